@@ -1,0 +1,184 @@
+#include "cli/CliOptions.h"
+
+#include <charconv>
+
+namespace vantorel::cli {
+
+const char* const kUsage =
+    R"(Usage: vantorel-cli [OPTIONS] find FIND
+       vantorel-cli [OPTIONS] replace FIND REPLACEMENT
+       vantorel-cli [OPTIONS] extract FIND
+
+Finds, replaces or extracts text in every file under a folder whose name
+matches a filter. Options may stand before or after the command word.
+
+  -d, --dir FOLDER        start folder (default: the current folder)
+  -f, --filter PATTERNS   ";"-separated wildcard patterns, matched against the
+                          whole file name without regard to case: * ? # [abc]
+                          [!abc] [a-z] (default "*")
+  -e, --regex             FIND is a regular expression with JavaScript's
+                          syntax (default: plain text)
+  -i, --ignore-case       (default: case-sensitive)
+  -w, --whole-words       whole words, plain text only
+  -n, --no-subfolders     only the start folder's own files
+  -b, --backups           keep ".bak" copies when replacing
+  -y, --yes               answer every question with Yes
+  -a, --show-all          list files without matches too
+  -m, --marked FILE       process the files listed in FILE (one path a line)
+                          instead of walking a folder
+  -j, --threads N         worker threads (default: one per processor)
+  -q, --quiet             no per-file lines
+      --csv FILE          also write the match list log (CSV) to FILE
+      --json              one JSON object per listed file, then one for the
+                          summary
+  -h, --help              this text
+  --                      ends the options (for a FIND that starts with "-")
+
+Output: one line per listed file, in processing order: full path, TAB, match
+count, TAB, size in characters, TAB, modification time (YYYY-MM-DD hh:mm:ss,
+local time). Then the summary, as the status bar would show it, and the text
+of every message the run ends with. Validation messages, read errors and
+warnings go to standard error. "extract" writes the text of every match,
+each followed by CR LF, to standard output, and everything else to standard
+error.
+
+In regular-expression mode the replacement may use $& $1..$99 $<name> $` $'
+$$, and \n \r \t \\ for line feed, carriage return, tab and backslash. In
+plain-text mode the replacement is taken as typed ($ references still apply).
+
+Files whose bytes are valid UTF-8 are read as UTF-8; any other file as
+Windows-1252, one byte a character. Files are rewritten through a temporary
+file renamed over them, never half-written; read-only files (owner-write bit
+clear) are left alone and counted.
+
+Questions are asked on the terminal; with --yes the answer is Yes; without a
+terminal and without --yes the answer is No. Ctrl+C stops the run at its next
+check; files already written stay written.
+
+Exit status: 0 when something matched, 1 when nothing matched or no file was
+found, 2 when the input was refused or the run failed.
+)";
+
+namespace {
+
+struct OptionSpec {
+    char shortName;
+    const char* longName;
+    bool takesValue;
+};
+
+constexpr OptionSpec kOptions[] = {
+    {'d', "dir", true},          {'f', "filter", true},    {'e', "regex", false},
+    {'i', "ignore-case", false}, {'w', "whole-words", false}, {'n', "no-subfolders", false},
+    {'b', "backups", false},     {'y', "yes", false},      {'a', "show-all", false},
+    {'m', "marked", true},       {'j', "threads", true},   {'q', "quiet", false},
+    {0, "csv", true},            {0, "json", false},       {'h', "help", false},
+};
+
+const OptionSpec* findLong(std::string_view name) {
+    for (const OptionSpec& spec : kOptions)
+        if (name == spec.longName) return &spec;
+    return nullptr;
+}
+
+const OptionSpec* findShort(char name) {
+    for (const OptionSpec& spec : kOptions)
+        if (spec.shortName != 0 && spec.shortName == name) return &spec;
+    return nullptr;
+}
+
+// Applies one option; returns an error text or "".
+std::string apply(CliOptions& o, const OptionSpec& spec, const std::string& value) {
+    const std::string_view name = spec.longName;
+    if (name == "dir") o.folder = value;
+    else if (name == "filter") o.filter = value;
+    else if (name == "regex") o.regularExpression = true;
+    else if (name == "ignore-case") o.ignoreCase = true;
+    else if (name == "whole-words") o.wholeWords = true;
+    else if (name == "no-subfolders") o.subfolders = false;
+    else if (name == "backups") o.backups = true;
+    else if (name == "yes") o.assumeYes = true;
+    else if (name == "show-all") o.showAll = true;
+    else if (name == "marked") o.markedFile = value;
+    else if (name == "quiet") o.quiet = true;
+    else if (name == "csv") o.csvFile = value;
+    else if (name == "json") o.json = true;
+    else if (name == "help") o.help = true;
+    else if (name == "threads") {
+        unsigned n = 0;
+        const auto [end, ec] = std::from_chars(value.data(), value.data() + value.size(), n);
+        if (ec != std::errc() || end != value.data() + value.size() || n == 0 || n > 1024)
+            return "--threads needs a whole number from 1 to 1024, not '" + value + "'";
+        o.threads = n;
+    }
+    return "";
+}
+
+}  // namespace
+
+ParseResult parseCommandLine(const std::vector<std::string>& arguments) {
+    CliOptions options;
+    std::vector<std::string> positional;
+    bool optionsEnded = false;
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        const std::string& arg = arguments[i];
+        if (optionsEnded || arg.size() < 2 || arg[0] != '-') {
+            positional.push_back(arg);
+            continue;
+        }
+        if (arg == "--") {
+            optionsEnded = true;
+            continue;
+        }
+        auto takeValue = [&](std::string& value) -> bool {
+            if (i + 1 >= arguments.size()) return false;
+            value = arguments[++i];
+            return true;
+        };
+        if (arg.rfind("--", 0) == 0) {
+            const std::size_t equals = arg.find('=');
+            const std::string name = arg.substr(2, equals == std::string::npos ? std::string::npos : equals - 2);
+            const OptionSpec* spec = findLong(name);
+            if (!spec) return {std::nullopt, "unknown option '--" + name + "'"};
+            std::string value;
+            if (spec->takesValue) {
+                if (equals != std::string::npos) value = arg.substr(equals + 1);
+                else if (!takeValue(value)) return {std::nullopt, "option '--" + name + "' needs a value"};
+            } else if (equals != std::string::npos) {
+                return {std::nullopt, "option '--" + name + "' takes no value"};
+            }
+            if (std::string error = apply(options, *spec, value); !error.empty()) return {std::nullopt, error};
+            continue;
+        }
+        // Short options, possibly grouped ("-ei"); a value may follow directly ("-j4").
+        for (std::size_t k = 1; k < arg.size(); ++k) {
+            const OptionSpec* spec = findShort(arg[k]);
+            if (!spec) return {std::nullopt, std::string("unknown option '-") + arg[k] + "'"};
+            std::string value;
+            if (spec->takesValue) {
+                if (k + 1 < arg.size()) value = arg.substr(k + 1);
+                else if (!takeValue(value))
+                    return {std::nullopt, std::string("option '-") + arg[k] + "' needs a value"};
+                k = arg.size();
+            }
+            if (std::string error = apply(options, *spec, value); !error.empty()) return {std::nullopt, error};
+        }
+    }
+    if (options.help) return {options, ""};
+    if (positional.empty()) return {std::nullopt, "a command is needed: find, replace or extract"};
+    const std::string& command = positional[0];
+    std::size_t needed = 2;
+    if (command == "find") options.kind = RunKind::Find;
+    else if (command == "extract") options.kind = RunKind::Extract;
+    else if (command == "replace") { options.kind = RunKind::Replace; needed = 3; }
+    else return {std::nullopt, "unknown command '" + command + "' (use find, replace or extract)"};
+    if (positional.size() < needed)
+        return {std::nullopt, command + (needed == 3 ? " needs FIND and REPLACEMENT" : " needs FIND")};
+    if (positional.size() > needed)
+        return {std::nullopt, "unexpected argument '" + positional[needed] + "'"};
+    options.findText = positional[1];
+    if (needed == 3) options.replaceText = positional[2];
+    return {options, ""};
+}
+
+}  // namespace vantorel::cli

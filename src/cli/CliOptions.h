@@ -1,0 +1,42 @@
+#pragma once
+// The command line of vantorel-cli.
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "search/RunTypes.h"
+
+namespace vantorel::cli {
+
+struct CliOptions {
+    RunKind kind = RunKind::Find;
+    std::string findText;
+    std::string replaceText;
+    std::string folder;  // empty: the current folder
+    std::string filter = "*";
+    bool regularExpression = false;
+    bool ignoreCase = false;
+    bool wholeWords = false;
+    bool subfolders = true;
+    bool backups = false;
+    bool assumeYes = false;
+    bool showAll = false;
+    std::string markedFile;  // empty: walk the folder
+    unsigned threads = 0;
+    bool quiet = false;
+    std::string csvFile;
+    bool json = false;
+    bool help = false;
+};
+
+struct ParseResult {
+    std::optional<CliOptions> options;
+    std::string error;  // what is wrong, when options is empty
+};
+
+ParseResult parseCommandLine(const std::vector<std::string>& arguments);
+
+extern const char* const kUsage;
+
+}  // namespace vantorel::cli

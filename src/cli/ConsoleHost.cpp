@@ -1,0 +1,147 @@
+#include "cli/ConsoleHost.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "files/FileFunctions.h"
+#include "search/TextEncoding.h"
+
+namespace vantorel::cli {
+
+std::string terminalText(const std::string& text) {
+    std::string out;
+    out.reserve(text.size());
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n') continue;
+        out += text[i];
+    }
+    return out;
+}
+
+std::string jsonString(std::string_view text) {
+    // Names that are not UTF-8 are shown as Windows-1252, like file contents.
+    const std::string utf8 = isValidUtf8(text) ? std::string(text) : windows1252ToUtf8(text);
+    std::string out = "\"";
+    for (const char c : utf8) {
+        switch (c) {
+            case '"': out += "\\\""; break;
+            case '\\': out += "\\\\"; break;
+            case '\n': out += "\\n"; break;
+            case '\r': out += "\\r"; break;
+            case '\t': out += "\\t"; break;
+            default:
+                if (static_cast<unsigned char>(c) < 0x20) {
+                    char buffer[8];
+                    std::snprintf(buffer, sizeof buffer, "\\u%04x", c);
+                    out += buffer;
+                } else {
+                    out += c;
+                }
+        }
+    }
+    return out + "\"";
+}
+
+ConsoleHost::ConsoleHost(const CliOptions& options, bool interactive)
+    : options_(options),
+      interactive_(interactive),
+      report_(options.kind == RunKind::Extract ? stderr : stdout) {}
+
+void ConsoleHost::showMessage(const Message& message) {
+    if (message.kind == MessageKind::Summary) {
+        summaries_.push_back(message);  // shown after the summary line
+        return;
+    }
+    std::fprintf(stderr, "%s\n", terminalText(message.text).c_str());
+}
+
+bool ConsoleHost::askYesNo(const Message& question) {
+    const std::string text = terminalText(question.text);
+    if (options_.assumeYes) {
+        std::fprintf(stderr, "%s yes\n", text.c_str());
+        return true;
+    }
+    if (!interactive_) {
+        std::fprintf(stderr, "%s no (no terminal to ask; --yes answers Yes)\n", text.c_str());
+        return false;
+    }
+    std::fflush(report_);
+    std::fprintf(stderr, "%s [y/N] ", text.c_str());
+    std::fflush(stderr);
+    std::string answer;
+    char c;
+    while (true) {
+        const ssize_t n = ::read(STDIN_FILENO, &c, 1);
+        if (n <= 0 || c == '\n') {
+            if (n <= 0) std::fprintf(stderr, "\n");
+            break;
+        }
+        answer += c;
+    }
+    return answer == "y" || answer == "Y" || answer == "yes" || answer == "Yes" || answer == "YES";
+}
+
+void ConsoleHost::passStarted(PassKind pass) {
+    holdRows_ = pass == PassKind::Counting && options_.assumeYes;
+}
+
+void ConsoleHost::clearRows() {
+    heldRows_.clear();
+    rows_.clear();
+}
+
+void ConsoleHost::addRow(const FileReport& row) {
+    rows_.push_back(ResultRow::fromReport(row));
+    if (holdRows_) heldRows_.push_back(row);
+    else printRow(row);
+}
+
+void ConsoleHost::printRow(const FileReport& row) {
+    if (options_.quiet) return;
+    if (options_.json) {
+        std::fprintf(report_, "{\"path\":%s,\"matches\":%llu,\"size\":%llu,\"modified\":\"%s\"}\n",
+                     jsonString(row.path).c_str(), static_cast<unsigned long long>(row.matches),
+                     static_cast<unsigned long long>(row.characters), formatDateTime(row.modified).c_str());
+    } else {
+        std::fprintf(report_, "%s\t%llu\t%llu\t%s\n", row.path.c_str(),
+                     static_cast<unsigned long long>(row.matches),
+                     static_cast<unsigned long long>(row.characters), formatDateTime(row.modified).c_str());
+    }
+}
+
+void ConsoleHost::printHeldRows() {
+    for (const FileReport& row : heldRows_) printRow(row);
+    heldRows_.clear();
+}
+
+void ConsoleHost::appendExtracted(std::string_view text) {
+    std::fwrite(text.data(), 1, text.size(), stdout);
+}
+
+void ConsoleHost::finish(const RunOutcome& outcome) {
+    printHeldRows();
+    if (outcome.result != RunResult::Completed) return;
+    if (options_.json) {
+        std::string messages = "[";
+        for (std::size_t i = 0; i < summaries_.size(); ++i)
+            messages += (i ? "," : "") + jsonString(terminalText(summaries_[i].text));
+        messages += "]";
+        std::fprintf(report_,
+                     "{\"summary\":%s,\"filesProcessed\":%llu,\"matches\":%llu,\"filesWithMatches\":%llu,"
+                     "\"readOnlySkipped\":%llu,\"stopped\":%s,\"replaced\":%s,\"messages\":%s}\n",
+                     jsonString(outcome.statusText).c_str(),
+                     static_cast<unsigned long long>(outcome.filesDone),
+                     static_cast<unsigned long long>(outcome.totalMatches),
+                     static_cast<unsigned long long>(outcome.filesWithMatches),
+                     static_cast<unsigned long long>(outcome.readOnlySkipped),
+                     outcome.stopped ? "true" : "false", outcome.replaced ? "true" : "false",
+                     messages.c_str());
+        return;
+    }
+    std::fprintf(report_, "%s\n", outcome.statusText.c_str());
+    for (const Message& message : summaries_) std::fprintf(report_, "%s\n", terminalText(message.text).c_str());
+}
+
+}  // namespace vantorel::cli

@@ -1,0 +1,52 @@
+#pragma once
+// The terminal as the front end of a run: rows and summaries on standard
+// output, problems on standard error, questions asked at the terminal.
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "cli/CliOptions.h"
+#include "results/ResultRow.h"
+#include "search/RunHost.h"
+
+namespace vantorel::cli {
+
+class ConsoleHost : public RunHost {
+public:
+    ConsoleHost(const CliOptions& options, bool interactive);
+
+    void showMessage(const Message& message) override;
+    bool askYesNo(const Message& question) override;
+    void passStarted(PassKind pass) override;
+    void clearRows() override;
+    void addRow(const FileReport& row) override;
+    void appendExtracted(std::string_view text) override;
+
+    // Prints what is left after the run: held rows, the summary and the
+    // messages it ended with.
+    void finish(const RunOutcome& outcome);
+    // The rows of the results list as the run left it.
+    const std::vector<ResultRow>& rows() const { return rows_; }
+
+private:
+    void printRow(const FileReport& row);
+    void printHeldRows();
+
+    const CliOptions& options_;
+    bool interactive_;
+    std::FILE* report_;  // where rows and summaries go
+    // Under --yes the counting pass's rows are held back: the writing pass
+    // replaces them, unless it never runs.
+    bool holdRows_ = false;
+    std::vector<FileReport> heldRows_;
+    std::vector<ResultRow> rows_;
+    std::vector<Message> summaries_;
+};
+
+// The text of a message for a terminal: CR LF becomes LF.
+std::string terminalText(const std::string& text);
+// A JSON string literal.
+std::string jsonString(std::string_view text);
+
+}  // namespace vantorel::cli

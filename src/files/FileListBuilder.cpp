@@ -1,0 +1,102 @@
+#include "files/FileListBuilder.h"
+
+#include <dirent.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+
+#include "files/FileFunctions.h"
+#include "files/Wildcard.h"
+
+namespace vantorel {
+
+const char* const kSelectFilterMessage = "Please select a file filter.";
+
+void FileList::addPath(const std::string& fullPath) {
+    folderIndex.push_back(static_cast<std::uint32_t>(folders.size()));
+    folders.push_back(FolderOf(fullPath));
+    names.push_back(FileNameOf(fullPath));
+}
+
+namespace {
+
+enum class EntryKind { File, Folder, Other };
+
+struct Entry {
+    std::string name;
+    EntryKind kind;
+};
+
+EntryKind kindOf(const std::string& folder, const dirent* entry) {
+    switch (entry->d_type) {
+        case DT_REG: return EntryKind::File;
+        case DT_DIR: return EntryKind::Folder;
+        case DT_LNK: {
+            // A link to a file is listed; a link to a folder is not entered.
+            struct stat st {};
+            const std::string path = folder + entry->d_name;
+            if (::stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode)) return EntryKind::File;
+            return EntryKind::Other;
+        }
+        case DT_UNKNOWN: {
+            struct stat st {};
+            const std::string path = folder + entry->d_name;
+            if (::lstat(path.c_str(), &st) != 0) return EntryKind::Other;
+            if (S_ISDIR(st.st_mode)) return EntryKind::Folder;
+            if (S_ISREG(st.st_mode)) return EntryKind::File;
+            if (S_ISLNK(st.st_mode) && ::stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode))
+                return EntryKind::File;
+            return EntryKind::Other;
+        }
+        default: return EntryKind::Other;
+    }
+}
+
+// The folder's entries in name order; nothing when it cannot be read.
+std::vector<Entry> readFolder(const std::string& folder) {
+    std::vector<Entry> entries;
+    DIR* dir = ::opendir(folder.c_str());
+    if (!dir) return entries;
+    while (const dirent* entry = ::readdir(dir)) {
+        const std::string_view name = entry->d_name;
+        if (name == "." || name == "..") continue;
+        entries.push_back({std::string(name), kindOf(folder, entry)});
+    }
+    ::closedir(dir);
+    std::sort(entries.begin(), entries.end(),
+              [](const Entry& a, const Entry& b) { return a.name < b.name; });
+    return entries;
+}
+
+}  // namespace
+
+FileList BuildFileList(const std::string& startFolder, const std::string& filter,
+                       bool includeSubfolders, const std::atomic<bool>& stopRequested,
+                       const FileListCallbacks& callbacks) {
+    FileList list;
+    const std::vector<std::string> patterns = splitFilter(filter);
+    if (patterns.empty()) {
+        if (callbacks.information) callbacks.information(kSelectFilterMessage);
+        return list;
+    }
+    list.folders.push_back(withTrailingSeparator(startFolder));
+    // Breadth-first: folders appended during the walk are visited in turn.
+    for (std::size_t f = 0; f < list.folders.size(); ++f) {
+        const std::string folder = list.folders[f];
+        if (callbacks.status) callbacks.status("Building File List: " + folder);
+        for (const Entry& entry : readFolder(folder)) {
+            if (entry.kind == EntryKind::Folder) {
+                if (includeSubfolders) list.folders.push_back(folder + entry.name + kPathSeparator);
+            } else if (entry.kind == EntryKind::File && matchesAny(patterns, entry.name)) {
+                list.names.push_back(entry.name);
+                list.folderIndex.push_back(static_cast<std::uint32_t>(f));
+            }
+            // A stop ends this folder's enumeration after the entry just taken;
+            // the remaining folders are still visited, as the walk has queued them.
+            if (stopRequested.load(std::memory_order_relaxed)) break;
+        }
+    }
+    return list;
+}
+
+}  // namespace vantorel

@@ -1,0 +1,31 @@
+#pragma once
+// Builds the list of files that a run searches: every file under the start
+// folder (and, if wanted, all its subfolders) whose name matches one of the
+// filter's wildcard patterns. The walk is breadth-first; entries of one
+// folder are taken in name order. Folders reached through symbolic links are
+// not entered (no loops); linked files are listed. Special files (pipes,
+// devices, sockets) are never listed.
+
+#include <atomic>
+#include <functional>
+#include <string>
+
+#include "files/FileList.h"
+
+namespace vantorel {
+
+struct FileListCallbacks {
+    // "Building File List: " + folder, for each folder as the walk reaches it.
+    std::function<void(const std::string& status)> status;
+    // Shown when the filter holds no pattern at all.
+    std::function<void(const std::string& message)> information;
+};
+
+// "Please select a file filter."
+extern const char* const kSelectFilterMessage;
+
+FileList BuildFileList(const std::string& startFolder, const std::string& filter,
+                       bool includeSubfolders, const std::atomic<bool>& stopRequested,
+                       const FileListCallbacks& callbacks = {});
+
+}  // namespace vantorel

@@ -1,0 +1,85 @@
+#include "search/FileProcessor.h"
+
+#include "search/FileText.h"
+#include "search/WriteBack.h"
+
+namespace vantorel {
+
+CompiledJob::CompiledJob(std::string findPattern, std::string replaceText, bool ignoreCase)
+    : findPattern_(std::move(findPattern)),
+      replaceText_(std::move(replaceText)),
+      regex_(findPattern_, ignoreCase),
+      utf8Template_(replaceText_, regex_.forEncoding(TextEncoding::Utf8)),
+      singleByteTemplate_(utf8Template_.transcoded(TextEncoding::Windows1252)) {}
+
+const ReplaceTemplate* CompiledJob::replacement(TextEncoding encoding) const {
+    if (encoding == TextEncoding::Utf8) return &utf8Template_;
+    return singleByteTemplate_ ? &*singleByteTemplate_ : nullptr;
+}
+
+namespace {
+
+// Appends the value of every match, each followed by CR LF, as UTF-8.
+std::uint64_t collectMatches(const CompiledPattern& pattern, std::string_view text,
+                             std::string& out) {
+    std::uint64_t count = 0;
+    pattern.forEachMatch(text, [&](const Match& match) {
+        out += toUtf8(match.value(), pattern.encoding());
+        out += "\r\n";
+        ++count;
+        return true;
+    });
+    return count;
+}
+
+// Finds, counts or collects without changing the text: every job sees the
+// text as it was read.
+std::uint64_t searchJobs(const FileText& text, const std::vector<CompiledJob>& jobs,
+                         const PassSettings& pass, std::string& extracted) {
+    std::uint64_t total = 0;
+    const TextEncoding encoding = text.encoding();
+    for (const CompiledJob& job : jobs) {
+        if (job.empty()) continue;
+        if (pass.replacing && !job.replacement(encoding)) continue;
+        const CompiledPattern& pattern = job.pattern(encoding);
+        total += pass.extract ? collectMatches(pattern, text.bytes(), extracted)
+                              : pattern.countMatches(text.bytes());
+    }
+    return total;
+}
+
+}  // namespace
+
+FileOutcome processFile(const std::string& path, const std::vector<CompiledJob>& jobs,
+                        const PassSettings& pass) {
+    FileOutcome outcome;
+    FileText::Result read = FileText::read(path);
+    switch (read.status) {
+        case FileText::Status::Ok: break;
+        case FileText::Status::Vanished: return outcome;
+        case FileText::Status::TooLarge:
+            outcome.readError = Message{tooLargeMessage(path), kProgramTitle, MessageIcon::None,
+                                        MessageKind::FileError};
+            return outcome;
+        case FileText::Status::Error:
+            outcome.readError = Message{readErrorMessage(path, read.error), kProgramTitle,
+                                        MessageIcon::None, MessageKind::FileError};
+            return outcome;
+    }
+    const FileText& text = read.text;
+    if (text.bytes().empty()) return outcome;  // an empty file is never listed
+    outcome.read = true;
+    outcome.characters = text.characters();
+    outcome.modified = text.modified();
+    if (!pass.write) {
+        outcome.matches = searchJobs(text, jobs, pass, outcome.extracted);
+        return outcome;
+    }
+    const WriteBackResult written = writeBack(path, text, jobs, pass.makeBackups);
+    outcome.matches = written.matches;
+    outcome.readOnlySkipped = written.readOnlySkipped;
+    outcome.writeMessages = written.messages;
+    return outcome;
+}
+
+}  // namespace vantorel

@@ -1,0 +1,61 @@
+#pragma once
+// One file of a run: read it whole, apply every job in turn, count or collect
+// the matches and, in the writing pass of a Replace, save the new text.
+
+#include <cstdint>
+#include <ctime>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/MessageHost.h"
+#include "search/Regex.h"
+#include "search/ReplaceTemplate.h"
+
+namespace vantorel {
+
+// A job ready to run: its final pattern compiled, its replacement parsed.
+class CompiledJob {
+public:
+    CompiledJob(std::string findPattern, std::string replaceText, bool ignoreCase);
+
+    const std::string& findPattern() const noexcept { return findPattern_; }
+    const std::string& replaceText() const noexcept { return replaceText_; }
+    bool empty() const noexcept { return findPattern_.empty(); }
+    const CompiledPattern& pattern(TextEncoding encoding) const { return regex_.forEncoding(encoding); }
+    // The replacement for text of this encoding; nothing when the encoding
+    // cannot hold it (the job then finds nothing in such a file).
+    const ReplaceTemplate* replacement(TextEncoding encoding) const;
+
+private:
+    std::string findPattern_;
+    std::string replaceText_;
+    Regex regex_;
+    ReplaceTemplate utf8Template_;
+    std::optional<ReplaceTemplate> singleByteTemplate_;
+};
+
+struct PassSettings {
+    bool replacing = false;  // a pass of a Replace run
+    bool write = false;      // the writing pass
+    bool extract = false;
+    bool makeBackups = false;
+};
+
+struct FileOutcome {
+    bool read = false;            // false: vanished, unreadable or empty, no row
+    std::optional<Message> readError;
+    std::uint64_t matches = 0;
+    std::uint64_t characters = 0;
+    std::time_t modified = 0;
+    std::string extracted;        // UTF-8 values, each followed by CR LF
+    bool readOnlySkipped = false;
+    std::vector<Message> writeMessages;  // backup and delete failures, in order
+};
+
+// Throws MatchError for an engine failure and std::system_error when the new
+// text cannot be written; both end the run.
+FileOutcome processFile(const std::string& path, const std::vector<CompiledJob>& jobs,
+                        const PassSettings& pass);
+
+}  // namespace vantorel

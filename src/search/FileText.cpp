@@ -1,0 +1,71 @@
+#include "search/FileText.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <new>
+
+#include "files/FileFunctions.h"
+
+namespace vantorel {
+namespace {
+
+struct FileHandle {
+    int fd;
+    ~FileHandle() {
+        if (fd >= 0) ::close(fd);
+    }
+};
+
+}  // namespace
+
+std::string tooLargeMessage(const std::string& path) {
+    return path + " is too large to process.";
+}
+
+std::string readErrorMessage(const std::string& path, const std::string& error) {
+    return "Error reading " + path + "\r\n" + error;
+}
+
+FileText::Result FileText::read(const std::string& path) {
+    Result result;
+    auto fail = [&result](int error) {
+        result.status = error == ENOENT ? Status::Vanished : Status::Error;
+        result.error = systemErrorText(error);
+        return std::move(result);
+    };
+    // Non-blocking, so that a file replaced by a pipe cannot hang the run.
+    FileHandle file{::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC)};
+    if (file.fd < 0) return fail(errno);
+    struct stat st {};
+    if (::fstat(file.fd, &st) != 0) return fail(errno);
+    if (!S_ISREG(st.st_mode)) return fail(S_ISDIR(st.st_mode) ? EISDIR : EINVAL);
+    FileText& text = result.text;
+    text.modified_ = st.st_mtime;
+    const auto size = static_cast<std::size_t>(st.st_size);
+    text.data_.reset(new (std::nothrow) char[size == 0 ? 1 : size]);
+    if (!text.data_) {
+        result.status = Status::TooLarge;
+        return result;
+    }
+    ::posix_fadvise(file.fd, 0, 0, POSIX_FADV_SEQUENTIAL);
+    // The file may shrink while we read: keep what is there.
+    std::size_t done = 0;
+    while (done < size) {
+        const ssize_t n = ::read(file.fd, text.data_.get() + done, size - done);
+        if (n < 0) {
+            if (errno == EINTR) continue;
+            return fail(errno);
+        }
+        if (n == 0) break;
+        done += static_cast<std::size_t>(n);
+    }
+    text.size_ = done;
+    text.encoding_ = detectEncoding(text.bytes());
+    text.characters_ = countCharacters(text.bytes(), text.encoding_);
+    return result;
+}
+
+}  // namespace vantorel

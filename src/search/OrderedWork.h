@@ -1,0 +1,128 @@
+#pragma once
+// Runs one piece of work per position on several threads and hands the
+// results back on the calling thread in position order, so that whatever the
+// user sees comes in the same order as with one thread. At most `window`
+// results wait to be taken, which bounds the memory they hold.
+//
+// A stop request keeps workers from starting new positions; positions whose
+// work had already begun are still handed back (their files may have been
+// written), and then the walk ends.
+
+#include <atomic>
+#include <condition_variable>
+#include <exception>
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <thread>
+#include <vector>
+
+namespace vantorel {
+
+template <class Result>
+class OrderedWork {
+public:
+    using Work = std::function<Result(std::size_t position)>;
+
+    OrderedWork(std::size_t count, unsigned threads, std::size_t window,
+                std::function<bool(std::size_t)> needsWork, Work work,
+                const std::atomic<bool>& stop)
+        : count_(count), window_(std::max<std::size_t>(window, 1)), needsWork_(std::move(needsWork)),
+          work_(std::move(work)), stop_(stop), slots_(window_) {
+        threads = std::min<unsigned>(threads, static_cast<unsigned>(std::max<std::size_t>(count, 1)));
+        if (threads <= 1) return;  // one thread: the work runs inside next()
+        runningWorkers_ = threads;
+        for (unsigned t = 0; t < threads; ++t) workers_.emplace_back([this] { workerLoop(); });
+    }
+
+    ~OrderedWork() {
+        {
+            std::lock_guard lock(mutex_);
+            cancelled_ = true;
+        }
+        changed_.notify_all();
+        for (std::thread& worker : workers_) worker.join();
+    }
+
+    OrderedWork(const OrderedWork&) = delete;
+    OrderedWork& operator=(const OrderedWork&) = delete;
+
+    // The next position's result (nothing for a position that needed no
+    // work). Returns false at the end, or when a stop came before that
+    // position's work began. Rethrows what the work threw.
+    bool next(std::size_t& position, std::optional<Result>& result) {
+        if (workers_.empty()) return nextInline(position, result);
+        std::unique_lock lock(mutex_);
+        if (delivered_ >= count_) return false;
+        Slot& slot = slots_[delivered_ % window_];
+        while (!slot.ready) {
+            const bool unclaimed = claimed_ <= delivered_;
+            if (unclaimed && (stop_.load() || runningWorkers_ == 0)) return false;
+            changed_.wait_for(lock, std::chrono::milliseconds(50));
+        }
+        position = delivered_++;
+        slot.ready = false;
+        std::exception_ptr error = std::move(slot.error);
+        result = std::move(slot.result);
+        slot.result.reset();
+        lock.unlock();
+        changed_.notify_all();
+        if (error) std::rethrow_exception(error);
+        return true;
+    }
+
+private:
+    struct Slot {
+        bool ready = false;
+        std::optional<Result> result;
+        std::exception_ptr error;
+    };
+
+    bool nextInline(std::size_t& position, std::optional<Result>& result) {
+        if (delivered_ >= count_ || stop_.load()) return false;
+        position = delivered_++;
+        result.reset();
+        if (needsWork_(position)) result.emplace(work_(position));
+        return true;
+    }
+
+    void workerLoop() {
+        std::unique_lock lock(mutex_);
+        while (true) {
+            changed_.wait(lock, [this] {
+                return cancelled_ || claimed_ >= count_ || claimed_ < delivered_ + window_;
+            });
+            if (cancelled_ || claimed_ >= count_ || stop_.load()) break;
+            const std::size_t position = claimed_++;
+            lock.unlock();
+            Slot done;
+            done.ready = true;
+            try {
+                if (needsWork_(position)) done.result.emplace(work_(position));
+            } catch (...) {
+                done.error = std::current_exception();
+            }
+            lock.lock();
+            slots_[position % window_] = std::move(done);
+            changed_.notify_all();
+        }
+        --runningWorkers_;
+        changed_.notify_all();
+    }
+
+    const std::size_t count_;
+    const std::size_t window_;
+    std::function<bool(std::size_t)> needsWork_;
+    Work work_;
+    const std::atomic<bool>& stop_;
+    std::vector<Slot> slots_;
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    std::size_t claimed_ = 0;
+    std::size_t delivered_ = 0;
+    unsigned runningWorkers_ = 0;
+    bool cancelled_ = false;
+    std::vector<std::thread> workers_;
+};
+
+}  // namespace vantorel

@@ -1,0 +1,75 @@
+#pragma once
+// The request, the reports and the outcome of one Find, Replace or Extract run.
+
+#include <cstdint>
+#include <ctime>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "search/PatternError.h"
+
+namespace vantorel {
+
+enum class RunKind { Find, Replace, Extract };
+
+// One find/replace pair as the user typed it.
+struct FindReplaceJob {
+    std::string findText;
+    std::string replaceText;
+};
+
+struct RunRequest {
+    RunKind kind = RunKind::Find;
+    // An interactive run has one job; a batch run has the queue's jobs in order.
+    std::vector<FindReplaceJob> jobs;
+    bool batch = false;
+    std::string startFolder;
+    std::string filter;
+    bool regularExpression = false;
+    bool ignoreCase = false;
+    bool wholeWords = false;
+    bool scanSubfolders = true;
+    bool makeBackups = false;
+    bool showAll = false;
+    // Limited to the marked rows of the results list, given as full paths.
+    bool markedOnly = false;
+    std::vector<std::string> markedFiles;
+    // Worker threads; 0 means one per processor.
+    unsigned threads = 0;
+};
+
+// One file that earns a row in the results list.
+struct FileReport {
+    std::string path;
+    std::uint64_t matches = 0;
+    std::uint64_t characters = 0;  // "File Size"
+    std::time_t modified = 0;
+    bool marked = false;  // a marked-files run checks its rows again
+};
+
+enum class PassKind { Counting, Writing, Searching };
+
+enum class RunResult {
+    Refused,    // the input was refused (or a question declined) before anything ran
+    Completed,  // the run went to its end, or was stopped
+    Failed      // an error ended the run
+};
+
+struct RunOutcome {
+    RunResult result = RunResult::Refused;
+    // False when a Replace was declined or stopped during its counting pass.
+    bool replaced = false;
+    bool stopped = false;
+    bool noFiles = false;
+    std::uint64_t filesDone = 0;
+    std::uint64_t totalMatches = 0;
+    std::uint64_t filesWithMatches = 0;
+    std::uint64_t readOnlySkipped = 0;
+    std::string statusText;
+    // Set when a pattern was refused: which job and what is wrong where.
+    std::optional<PatternError> patternError;
+    std::size_t invalidJob = 0;
+};
+
+}  // namespace vantorel

@@ -1,0 +1,104 @@
+#include "files/FileListBuilder.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+#include "support/TempTree.h"
+
+namespace vantorel {
+namespace {
+
+using test::TempTree;
+
+std::vector<std::string> paths(const FileList& list, const std::string& root) {
+    std::vector<std::string> out;
+    for (std::size_t i = 0; i < list.size(); ++i) out.push_back(list.path(i).substr(root.size() + 1));
+    return out;
+}
+
+class FileListBuilderTest : public ::testing::Test {
+protected:
+    FileListBuilderTest() {
+        tree.write("b.txt", "b");
+        tree.write("a.txt", "a");
+        tree.write("c.log", "c");
+        tree.write("sub1/deep/d.txt", "d");
+        tree.write("sub1/e.txt", "e");
+        tree.write("sub2/f.TXT", "f");
+    }
+    TempTree tree;
+    std::atomic<bool> stop{false};
+};
+
+TEST_F(FileListBuilderTest, WalksBreadthFirstWithEachFolderInNameOrder) {
+    const FileList list = BuildFileList(tree.root(), "*.txt", true, stop);
+    EXPECT_EQ(paths(list, tree.root()),
+              (std::vector<std::string>{"a.txt", "b.txt", "sub1/e.txt", "sub2/f.TXT", "sub1/deep/d.txt"}));
+    EXPECT_EQ(list.folders.front(), tree.root() + "/");
+    for (const std::string& folder : list.folders) EXPECT_EQ(folder.back(), '/');
+}
+
+TEST_F(FileListBuilderTest, StartFolderWithOrWithoutSeparatorGivesTheSameList) {
+    EXPECT_EQ(BuildFileList(tree.root(), "*", true, stop).names,
+              BuildFileList(tree.root() + "/", "*", true, stop).names);
+}
+
+TEST_F(FileListBuilderTest, WithoutSubfoldersOnlyTheStartFolderIsListed) {
+    const FileList list = BuildFileList(tree.root(), "*.txt;*.log", false, stop);
+    EXPECT_EQ(paths(list, tree.root()), (std::vector<std::string>{"a.txt", "b.txt", "c.log"}));
+}
+
+TEST_F(FileListBuilderTest, ANameMatchingSeveralPatternsIsListedOnce) {
+    const FileList list = BuildFileList(tree.root(), "a.*;*.txt; a.txt", false, stop);
+    EXPECT_EQ(paths(list, tree.root()), (std::vector<std::string>{"a.txt", "b.txt"}));
+}
+
+TEST_F(FileListBuilderTest, FilterWithoutPatternsTellsTheUser) {
+    std::vector<std::string> shown;
+    FileListCallbacks callbacks;
+    callbacks.information = [&](const std::string& text) { shown.push_back(text); };
+    EXPECT_TRUE(BuildFileList(tree.root(), "", true, stop, callbacks).empty());
+    EXPECT_EQ(shown, (std::vector<std::string>{"Please select a file filter."}));
+    EXPECT_TRUE(BuildFileList(tree.root(), ";", true, stop, callbacks).empty());
+    EXPECT_EQ(shown.size(), 1u);
+}
+
+TEST_F(FileListBuilderTest, ReportsEachFolderAsTheWalkReachesIt) {
+    std::vector<std::string> statuses;
+    FileListCallbacks callbacks;
+    callbacks.status = [&](const std::string& text) { statuses.push_back(text); };
+    BuildFileList(tree.root(), "*", true, stop, callbacks);
+    ASSERT_EQ(statuses.size(), 4u);
+    EXPECT_EQ(statuses[0], "Building File List: " + tree.root() + "/");
+    EXPECT_EQ(statuses[3], "Building File List: " + tree.root() + "/sub1/deep/");
+}
+
+TEST_F(FileListBuilderTest, LinkedFilesAreListedLinkedFoldersAreNotEntered) {
+    ASSERT_EQ(::symlink(tree.path("sub1").c_str(), tree.path("sub2/loop").c_str()), 0);
+    ASSERT_EQ(::symlink(tree.root().c_str(), tree.path("sub1/deep/up").c_str()), 0);
+    ASSERT_EQ(::symlink(tree.path("a.txt").c_str(), tree.path("sub2/link.txt").c_str()), 0);
+    ASSERT_EQ(::symlink(tree.path("missing").c_str(), tree.path("sub2/dangling.txt").c_str()), 0);
+    const FileList list = BuildFileList(tree.root(), "*.txt", true, stop);
+    EXPECT_EQ(paths(list, tree.root()), (std::vector<std::string>{"a.txt", "b.txt", "sub1/e.txt",
+                                                                  "sub2/f.TXT", "sub2/link.txt",
+                                                                  "sub1/deep/d.txt"}));
+}
+
+TEST_F(FileListBuilderTest, SpecialFilesAndUnreadableFoldersContributeNothing) {
+    ASSERT_EQ(::mkfifo(tree.path("pipe.txt").c_str(), 0644), 0);
+    const FileList list = BuildFileList(tree.root(), "*.txt", false, stop);
+    EXPECT_EQ(paths(list, tree.root()), (std::vector<std::string>{"a.txt", "b.txt"}));
+    EXPECT_TRUE(BuildFileList(tree.path("no-such-folder"), "*", true, stop).empty());
+}
+
+TEST_F(FileListBuilderTest, StopEndsEachFolderAfterItsFirstEntry) {
+    stop = true;
+    const FileList list = BuildFileList(tree.root(), "*", true, stop);
+    // The start folder gives its first entry (a.txt); no folder was queued.
+    EXPECT_EQ(paths(list, tree.root()), (std::vector<std::string>{"a.txt"}));
+}
+
+}  // namespace
+}  // namespace vantorel

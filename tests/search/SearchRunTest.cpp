@@ -1,0 +1,374 @@
+#include "search/SearchRun.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "support/RecordingHost.h"
+#include "support/TempTree.h"
+
+namespace vantorel {
+namespace {
+
+using test::RecordingHost;
+using test::TempTree;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class SearchRunTest : public ::testing::Test {
+protected:
+    RunRequest request(RunKind kind, std::string find, std::string replace = "") {
+        RunRequest r;
+        r.kind = kind;
+        r.jobs.push_back({std::move(find), std::move(replace)});
+        r.startFolder = tree.root();
+        r.filter = "*.txt";
+        r.threads = 1;
+        return r;
+    }
+    RunOutcome run(const RunRequest& r) { return RunSearch(r, state, host); }
+    std::string rowsText() const {
+        std::string out;
+        for (const FileReport& row : host.rows)
+            out += row.path.substr(tree.root().size() + 1) + ":" + std::to_string(row.matches) + " ";
+        return out;
+    }
+
+    TempTree tree;
+    SearchState state;
+    RecordingHost host;
+};
+
+TEST_F(SearchRunTest, FindListsFilesWithMatchesAndEndsWithTheStatusAlone) {
+    tree.write("a.txt", "one cat, two cats");
+    tree.write("b.txt", "no match here");
+    tree.write("sub/c.txt", "cat");
+    tree.write("d.log", "cat");
+    const RunOutcome outcome = run(request(RunKind::Find, "cat"));
+    EXPECT_EQ(outcome.result, RunResult::Completed);
+    EXPECT_EQ(rowsText(), "a.txt:2 sub/c.txt:1 ");
+    EXPECT_EQ(outcome.statusText, "3 files processed, 3 occurences found in 2 file(s)");
+    EXPECT_EQ(host.statuses.back(), outcome.statusText);
+    EXPECT_THAT(host.messages, IsEmpty());
+    EXPECT_EQ(state.previewPattern, "cat");
+    EXPECT_EQ(host.rows[0].characters, 17u);
+}
+
+TEST_F(SearchRunTest, TellsWhenNothingIsFoundOrNoFileMatchesTheFilter) {
+    tree.write("a.txt", "text");
+    run(request(RunKind::Find, "absent"));
+    EXPECT_THAT(host.messageTexts(), ElementsAre("No matches found in files."));
+    EXPECT_EQ(host.messages[0].title, "Search Complete");
+    EXPECT_EQ(host.statuses.back(), "1 files processed, 0 occurences found in 0 file(s)");
+
+    for (const std::string filter : {"*.none", ";"}) {
+        host = RecordingHost();
+        RunRequest r = request(RunKind::Find, "text");
+        r.filter = filter;
+        const RunOutcome outcome = run(r);
+        EXPECT_TRUE(outcome.noFiles);
+        EXPECT_THAT(host.messageTexts(), ElementsAre("No files found in search path matching filter."));
+    }
+}
+
+TEST_F(SearchRunTest, ValidatesEveryPatternThenTheFilterThenTheFolder) {
+    tree.write("a.txt", "abc");
+    struct Case {
+        std::vector<std::string> finds;
+        std::string filter;
+        std::string folder;
+        std::string message;
+    };
+    const std::string missing = tree.path("missing");
+    const std::vector<Case> cases = {
+        {{"(abc"}, "", missing, "Regular Expression is invalid - please check syntax."},
+        {{"a", "(b", "c"}, "*.txt", tree.root(), "Regular Expression is invalid - please check syntax."},
+        {{"abc"}, "", missing, "Please enter a valid file type filter (eg. *.txt)"},
+        {{"abc"}, "*.txt", missing, "Missing or invalid start location"},
+        {{"abc"}, "*.txt", "", "Missing or invalid start location"},
+        {{"abc"}, "*.txt", tree.path("a.txt"), "Missing or invalid start location"},
+    };
+    for (const Case& c : cases) {
+        host = RecordingHost();
+        RunRequest r = request(RunKind::Find, "");
+        r.regularExpression = true;
+        r.jobs.clear();
+        for (const std::string& find : c.finds) r.jobs.push_back({find, ""});
+        r.filter = c.filter;
+        r.startFolder = c.folder;
+        const RunOutcome outcome = run(r);
+        EXPECT_EQ(outcome.result, RunResult::Refused);
+        EXPECT_THAT(host.messageTexts(), ElementsAre(c.message));
+        EXPECT_EQ(host.messages[0].icon, MessageIcon::Information);
+        EXPECT_THAT(host.events, ElementsAre("message:Vantorel:" + c.message, "finished"));
+    }
+    host = RecordingHost();
+    RunRequest r = request(RunKind::Find, "a");
+    r.regularExpression = true;
+    r.jobs.push_back({"(b", ""});
+    EXPECT_EQ(run(r).invalidJob, 1u);
+}
+
+TEST_F(SearchRunTest, ReplacingWithNothingIsConfirmedFirst) {
+    tree.write("a.txt", "a.b a.b");
+    run(request(RunKind::Replace, "a.b", ""));
+    ASSERT_EQ(host.questions.size(), 1u);
+    EXPECT_EQ(host.questions[0].text, "a\\.b\r\n\r\nYou have chosen to replace this with nothing. Sure?");
+    EXPECT_EQ(host.questions[0].icon, MessageIcon::Question);
+    EXPECT_THAT(host.messages, IsEmpty());
+    EXPECT_EQ(tree.read("a.txt"), "a.b a.b");
+
+    host = RecordingHost();
+    host.answers = {true, true};
+    run(request(RunKind::Replace, "a.b", ""));
+    EXPECT_EQ(tree.read("a.txt"), " ");
+}
+
+TEST_F(SearchRunTest, ReplaceCountsAsksOnceThenRewritesTheFiles) {
+    tree.write("a.txt", "colour colour");
+    tree.write("b.txt", "nothing");
+    tree.write("sub/c.txt", "Colour");
+    host.answers = {true};
+    RunRequest r = request(RunKind::Replace, "colour", "color");
+    r.ignoreCase = true;
+    const RunOutcome outcome = run(r);
+    EXPECT_TRUE(outcome.replaced);
+    EXPECT_EQ(tree.read("a.txt"), "color color");
+    EXPECT_EQ(tree.read("b.txt"), "nothing");
+    EXPECT_EQ(tree.read("sub/c.txt"), "color");
+    const std::string a = tree.path("a.txt"), c = tree.path("sub/c.txt");
+    EXPECT_THAT(host.events,
+                ElementsAre("started", "clear", "pass:counting", "row:" + a + ":2", "row:" + c + ":1",
+                            "ask:Replace 3 occurences in 2 file(s) ?:yes", "clear", "pass:writing",
+                            "row:" + a + ":2", "row:" + c + ":1",
+                            "message:Replace Operation Complete:3 files processed, 3 occurences changed in 2 file(s)",
+                            "finished"));
+    EXPECT_EQ(state.previewPattern, "color");
+    EXPECT_NE(std::find(host.statuses.begin(), host.statuses.end(), "Replace Files?"), host.statuses.end());
+    EXPECT_NE(std::find(host.statuses.begin(), host.statuses.end(), "Replacing:c.txt"), host.statuses.end());
+}
+
+TEST_F(SearchRunTest, DecliningLeavesFilesAndRowsAndReportsASearch) {
+    tree.write("a.txt", "x x");
+    const RunOutcome outcome = run(request(RunKind::Replace, "x", "y"));
+    EXPECT_FALSE(outcome.replaced);
+    EXPECT_EQ(tree.read("a.txt"), "x x");
+    EXPECT_EQ(rowsText(), "a.txt:2 ");
+    EXPECT_EQ(outcome.statusText, "1 files processed, 2 occurences found in 1 file(s)");
+    EXPECT_THAT(host.messages, IsEmpty());
+    EXPECT_EQ(state.previewPattern, "x");
+}
+
+TEST_F(SearchRunTest, ReplaceWithoutMatchesAsksNothingAndWalksNoFile) {
+    tree.write("a.txt", "abc");
+    tree.write("b.txt", "def");
+    run(request(RunKind::Replace, "zzz", "y"));
+    EXPECT_THAT(host.questions, IsEmpty());
+    EXPECT_THAT(host.messageTexts(),
+                ElementsAre("2 files processed, 0 occurences changed in 0 file(s)", "No matches found in files."));
+}
+
+TEST_F(SearchRunTest, ReadOnlyFilesAreListedButNotChangedAndAreCounted) {
+    tree.write("a.txt", "old", 0444);
+    tree.write("b.txt", "old old");
+    host.answers = {true};
+    run(request(RunKind::Replace, "old", "new"));
+    EXPECT_EQ(tree.read("a.txt"), "old");
+    EXPECT_EQ(tree.read("b.txt"), "new new");
+    EXPECT_EQ(rowsText(), "a.txt:1 b.txt:2 ");
+    EXPECT_THAT(host.messageTexts(),
+                ElementsAre("2 files processed, 3 occurences changed in 2 file(s)\r\nWarning! 1 of the above "
+                            "file(s) were Read-Only and their replacements were not saved."));
+}
+
+TEST_F(SearchRunTest, BackupsKeepTheOldContentsUnderTheBakName) {
+    tree.write("data.csv", "v1", 0640);
+    tree.write("data.bak", "an older backup");
+    tree.write("page.html", "v1");
+    tree.write("old.bak", "v1");
+    tree.write("Makefile", "v1");
+    host.answers = {true};
+    RunRequest r = request(RunKind::Replace, "v1", "v2");
+    r.filter = "*.csv;*.html;old.bak;Makefile";
+    r.makeBackups = true;
+    run(r);
+    EXPECT_EQ(tree.read("data.csv"), "v2");
+    EXPECT_EQ(tree.read("data.bak"), "v1");
+    EXPECT_EQ(tree.mode("data.csv"), 0640);
+    EXPECT_EQ(tree.read("page.html.bak"), "v1");
+    EXPECT_EQ(tree.read("old.bak.bak"), "v1");
+    EXPECT_EQ(tree.read("old.bak"), "v2");
+    EXPECT_EQ(tree.read("Makefile.bak"), "v1");
+    EXPECT_EQ(host.messages.size(), 1u);  // the summary alone
+}
+
+TEST_F(SearchRunTest, WithoutBackupsNoTraceOfTheOldContentsRemains) {
+    tree.write("a.txt", "secret");
+    host.answers = {true};
+    run(request(RunKind::Replace, "secret", "public"));
+    int entries = 0;
+    for ([[maybe_unused]] const auto& e : std::filesystem::directory_iterator(tree.root())) ++entries;
+    EXPECT_EQ(entries, 1);
+    EXPECT_EQ(tree.read("a.txt"), "public");
+}
+
+TEST_F(SearchRunTest, JobsRunInOrderAndEachSeesTheTextTheLastOneLeft) {
+    tree.write("a.txt", "a");
+    host.answers = {true};
+    RunRequest r = request(RunKind::Replace, "a", "b");
+    r.jobs.push_back({"b", "c"});
+    run(r);
+    EXPECT_EQ(tree.read("a.txt"), "c");
+    EXPECT_EQ(host.questions[0].text, "Replace 1 occurences in 1 file(s) ?");
+    EXPECT_EQ(host.messages[0].text, "1 files processed, 2 occurences changed in 1 file(s)");
+}
+
+TEST_F(SearchRunTest, ExtractGathersEveryMatchInFileAndMatchOrder) {
+    tree.write("1.txt", "id=7 id=42");
+    tree.write("2.txt", "none");
+    tree.write("3.txt", "id=5\r\n");
+    tree.write("4.txt", "caf\xe9 id=\xe9t\xe9");  // Windows-1252
+    RunRequest r = request(RunKind::Extract, "id=\\S+");
+    r.regularExpression = true;
+    run(r);
+    EXPECT_EQ(host.extracted, "id=7\r\nid=42\r\nid=5\r\nid=\xc3\xa9t\xc3\xa9\r\n");
+    // Each file's text comes before its row.
+    EXPECT_EQ(host.events[3], "extract:id=7\r\nid=42\r\n");
+    EXPECT_EQ(host.events[4], "row:" + tree.path("1.txt") + ":2");
+}
+
+TEST_F(SearchRunTest, ShowAllListsFilesWithoutMatchesButNeverEmptyOnes) {
+    tree.write("a.txt", "abc");
+    tree.write("empty.txt", "");
+    tree.write("nul.txt", std::string("a\0b", 3));
+    RunRequest r = request(RunKind::Find, "b");
+    r.showAll = true;
+    run(r);
+    EXPECT_EQ(rowsText(), "a.txt:1 nul.txt:1 ");
+    EXPECT_EQ(host.rows[1].characters, 3u);
+    host = RecordingHost();
+    r.jobs[0].findText = "zzz";
+    run(r);
+    EXPECT_EQ(rowsText(), "a.txt:0 nul.txt:0 ");
+}
+
+TEST_F(SearchRunTest, MarkedFilesRunTakesOnlyThoseAndChecksTheirRows) {
+    const std::string a = tree.write("a.txt", "x");
+    tree.write("b.txt", "x");
+    const std::string c = tree.write("sub/c.txt", "y");
+    RunRequest r = request(RunKind::Find, "x");
+    r.markedOnly = true;
+    r.markedFiles = {c, a, tree.path("vanished.txt")};
+    const RunOutcome outcome = run(r);
+    EXPECT_EQ(rowsText(), "sub/c.txt:0 a.txt:1 ");
+    EXPECT_TRUE(host.rows[0].marked && host.rows[1].marked);
+    EXPECT_EQ(outcome.filesDone, 3u);
+    EXPECT_THAT(host.messages, IsEmpty());
+}
+
+TEST_F(SearchRunTest, UnreadableFilesAreReportedAndPassedOver) {
+    const std::string folder = tree.mkdir("folder.txt");
+    tree.write("a.txt", "x");
+    RunRequest r = request(RunKind::Find, "x");
+    r.markedOnly = true;
+    r.markedFiles = {folder, tree.path("a.txt")};
+    run(r);
+    EXPECT_THAT(host.messageTexts(), ElementsAre("Error reading " + folder + "\r\nIs a directory"));
+    EXPECT_EQ(rowsText(), "a.txt:1 ");
+}
+
+TEST_F(SearchRunTest, StopDuringTheCountingPassEndsAsAStoppedSearch) {
+    tree.write("a.txt", "x");
+    tree.write("b.txt", "x");
+    host.onRow = [this](const FileReport&) { state.stopRequested = true; };
+    const RunOutcome outcome = run(request(RunKind::Replace, "x", "y"));
+    EXPECT_FALSE(outcome.replaced);
+    EXPECT_TRUE(outcome.stopped);
+    EXPECT_THAT(host.questions, IsEmpty());
+    EXPECT_EQ(rowsText(), "a.txt:1 ");
+    EXPECT_THAT(host.messageTexts(), ElementsAre("Search operation stopped."));
+    EXPECT_EQ(tree.read("a.txt"), "x");
+}
+
+TEST_F(SearchRunTest, StopDuringTheWritingPassKeepsWhatWasWritten) {
+    tree.write("a.txt", "x");
+    tree.write("b.txt", "x");
+    host.answers = {true};
+    host.onRow = [this](const FileReport&) {
+        if (host.events.size() > 6) state.stopRequested = true;  // in the writing pass
+    };
+    const RunOutcome outcome = run(request(RunKind::Replace, "x", "y"));
+    EXPECT_TRUE(outcome.replaced);
+    EXPECT_EQ(tree.read("a.txt"), "y");
+    EXPECT_EQ(tree.read("b.txt"), "x");
+    EXPECT_THAT(host.messageTexts(),
+                ElementsAre("Replace operation stopped. Any replacements already made will not be undone.",
+                            "1 files processed, 1 occurences changed in 1 file(s)"));
+}
+
+TEST_F(SearchRunTest, EachFileIsMatchedInItsOwnEncoding) {
+    tree.write("utf8.txt", "\xef\xbb\xbf" "Caf\xc3\xa9 caf\xc3\xa9\r\n");
+    tree.write("cp1252.txt", "Caf\xe9 \x80 5\r\n");
+    RunRequest r = request(RunKind::Find, "Caf\xc3\xa9");
+    run(r);
+    EXPECT_EQ(rowsText(), "cp1252.txt:1 utf8.txt:1 ");
+    EXPECT_EQ(host.rows[1].characters, 12u);
+
+    host = RecordingHost();
+    host.answers = {true};
+    run(request(RunKind::Replace, "\xe2\x82\xac", "EUR"));  // €
+    EXPECT_EQ(tree.read("cp1252.txt"), "Caf\xe9 EUR 5\r\n");
+    EXPECT_EQ(tree.read("utf8.txt"), "\xef\xbb\xbf" "Caf\xc3\xa9 caf\xc3\xa9\r\n");
+
+    // A replacement that single-byte text cannot hold finds nothing there.
+    host = RecordingHost();
+    host.answers = {true};
+    run(request(RunKind::Replace, "Caf", "\xc4\x80"));
+    EXPECT_EQ(tree.read("cp1252.txt"), "Caf\xe9 EUR 5\r\n");
+    EXPECT_EQ(tree.read("utf8.txt"), "\xef\xbb\xbf\xc4\x80\xc3\xa9 caf\xc3\xa9\r\n");
+}
+
+TEST_F(SearchRunTest, AnEngineFailureEndsTheRunWithItsDescription) {
+    tree.write("a.txt", std::string(40, 'a') + "b");
+    RunRequest r = request(RunKind::Find, "(a+)+$");
+    r.regularExpression = true;
+    const RunOutcome outcome = run(r);
+    EXPECT_EQ(outcome.result, RunResult::Failed);
+    ASSERT_EQ(host.messages.size(), 1u);
+    EXPECT_EQ(host.messages[0].text.rfind("Error in Find/Replace process!\r\n", 0), 0u);
+    EXPECT_EQ(host.messages[0].icon, MessageIcon::Warning);
+    EXPECT_EQ(host.events.back(), "finished");
+}
+
+TEST_F(SearchRunTest, ManyThreadsShowExactlyWhatOneThreadShows) {
+    for (int i = 0; i < 150; ++i) {
+        std::string text;
+        for (int k = 0; k < i % 7; ++k) text += "key" + std::to_string(k) + "=v" + std::to_string(i) + "\n";
+        tree.write("d" + std::to_string(i % 5) + "/f" + std::to_string(i) + ".txt", text.empty() ? "none" : text);
+    }
+    auto runWith = [&](unsigned threads, RunKind kind) {
+        host = RecordingHost();
+        host.answers = {true};
+        RunRequest r = request(kind, "key\\d=(v\\d+)", "$1");
+        r.regularExpression = true;
+        r.threads = threads;
+        run(r);
+        return host.events;
+    };
+    EXPECT_EQ(runWith(1, RunKind::Extract), runWith(4, RunKind::Extract));
+    const auto single = runWith(1, RunKind::Find);
+    EXPECT_EQ(single, runWith(3, RunKind::Find));
+    const auto replaced = runWith(4, RunKind::Replace);
+    EXPECT_EQ(tree.read("d3/f3.txt"), "v3\nv3\nv3\n");
+    EXPECT_NE(std::find(replaced.begin(), replaced.end(),
+                        "message:Replace Operation Complete:150 files processed, 444 occurences changed in 128 file(s)"),
+              replaced.end());
+}
+
+}  // namespace
+}  // namespace vantorel

@@ -1,0 +1,30 @@
+#pragma once
+// A temporary folder tree for tests, removed with everything in it.
+
+#include <string>
+
+namespace vantorel::test {
+
+class TempTree {
+public:
+    TempTree();
+    ~TempTree();
+    TempTree(const TempTree&) = delete;
+    TempTree& operator=(const TempTree&) = delete;
+
+    // The root, without a trailing separator.
+    const std::string& root() const { return root_; }
+    // root + "/" + relative
+    std::string path(const std::string& relative) const;
+    // Writes a file (creating its folders); returns its full path.
+    std::string write(const std::string& relative, const std::string& bytes, int mode = 0644) const;
+    std::string mkdir(const std::string& relative) const;
+    std::string read(const std::string& relative) const;
+    bool exists(const std::string& relative) const;
+    int mode(const std::string& relative) const;
+
+private:
+    std::string root_;
+};
+
+}  // namespace vantorel::test
