@@ -1,5 +1,6 @@
 #include "cli/ConsoleHost.h"
 
+#include <poll.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -44,9 +45,10 @@ std::string jsonString(std::string_view text) {
     return out + "\"";
 }
 
-ConsoleHost::ConsoleHost(const CliOptions& options, bool interactive)
+ConsoleHost::ConsoleHost(const CliOptions& options, bool interactive, const std::atomic<bool>& stop)
     : options_(options),
       interactive_(interactive),
+      stop_(stop),
       report_(options.kind == RunKind::Extract ? stderr : stdout) {}
 
 void ConsoleHost::showMessage(const Message& message) {
@@ -71,13 +73,21 @@ bool ConsoleHost::askYesNo(const Message& question) {
     std::fprintf(stderr, "%s [y/N] ", text.c_str());
     std::fflush(stderr);
     std::string answer;
-    char c;
     while (true) {
+        pollfd input{STDIN_FILENO, POLLIN, 0};
+        const int ready = ::poll(&input, 1, 100);
+        if (stop_.load()) {
+            std::fprintf(stderr, "\n");
+            return false;
+        }
+        if (ready <= 0) continue;
+        char c;
         const ssize_t n = ::read(STDIN_FILENO, &c, 1);
-        if (n <= 0 || c == '\n') {
-            if (n <= 0) std::fprintf(stderr, "\n");
+        if (n <= 0) {
+            std::fprintf(stderr, "\n");
             break;
         }
+        if (c == '\n') break;
         answer += c;
     }
     return answer == "y" || answer == "Y" || answer == "yes" || answer == "Yes" || answer == "YES";
@@ -125,8 +135,10 @@ void ConsoleHost::finish(const RunOutcome& outcome) {
     if (outcome.result != RunResult::Completed) return;
     if (options_.json) {
         std::string messages = "[";
-        for (std::size_t i = 0; i < summaries_.size(); ++i)
-            messages += (i ? "," : "") + jsonString(terminalText(summaries_[i].text));
+        for (std::size_t i = 0; i < summaries_.size(); ++i) {
+            if (i > 0) messages += ',';
+            messages += jsonString(terminalText(summaries_[i].text));
+        }
         messages += "]";
         std::fprintf(report_,
                      "{\"summary\":%s,\"filesProcessed\":%llu,\"matches\":%llu,\"filesWithMatches\":%llu,"

@@ -2,6 +2,7 @@
 // The terminal as the front end of a run: rows and summaries on standard
 // output, problems on standard error, questions asked at the terminal.
 
+#include <atomic>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -14,7 +15,7 @@ namespace vantorel::cli {
 
 class ConsoleHost : public RunHost {
 public:
-    ConsoleHost(const CliOptions& options, bool interactive);
+    ConsoleHost(const CliOptions& options, bool interactive, const std::atomic<bool>& stop);
 
     void showMessage(const Message& message) override;
     bool askYesNo(const Message& question) override;
@@ -35,6 +36,7 @@ private:
 
     const CliOptions& options_;
     bool interactive_;
+    const std::atomic<bool>& stop_;  // Ctrl+C while a question waits answers No
     std::FILE* report_;  // where rows and summaries go
     // Under --yes the counting pass's rows are held back: the writing pass
     // replaces them, unless it never runs.

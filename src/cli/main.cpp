@@ -28,7 +28,7 @@ void installInterruptHandler() {
     struct sigaction action {};
     action.sa_handler = onInterrupt;
     sigemptyset(&action.sa_mask);
-    action.sa_flags = 0;  // no restart: a pending question is interrupted too
+    action.sa_flags = SA_RESTART;  // output in progress is not cut; questions poll the flag
     ::sigaction(SIGINT, &action, nullptr);
 }
 
@@ -97,7 +97,7 @@ int main(int argc, char** argv) {
     }
 
     installInterruptHandler();
-    cli::ConsoleHost host(options, ::isatty(STDIN_FILENO) != 0);
+    cli::ConsoleHost host(options, ::isatty(STDIN_FILENO) != 0, gState.stopRequested);
     const RunOutcome outcome = RunSearch(request, gState, host);
     host.finish(outcome);
     std::fflush(stdout);

@@ -1,0 +1,100 @@
+#pragma once
+// Runs vantorel-cli as a child process with its standard input from
+// /dev/null, capturing standard output and standard error.
+
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+extern char** environ;
+
+namespace vantorel::test {
+
+struct CliResult {
+    int exitCode = -1;
+    std::string out;
+    std::string err;
+};
+
+class CliProcess {
+public:
+    explicit CliProcess(const std::vector<std::string>& args, const std::string& cwd = "") {
+        int outPipe[2], errPipe[2];
+        if (::pipe(outPipe) != 0 || ::pipe(errPipe) != 0) throw std::runtime_error("pipe");
+        posix_spawn_file_actions_t actions;
+        posix_spawn_file_actions_init(&actions);
+        posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
+        posix_spawn_file_actions_adddup2(&actions, outPipe[1], 1);
+        posix_spawn_file_actions_adddup2(&actions, errPipe[1], 2);
+        posix_spawn_file_actions_addclose(&actions, outPipe[0]);
+        posix_spawn_file_actions_addclose(&actions, errPipe[0]);
+        if (!cwd.empty()) posix_spawn_file_actions_addchdir_np(&actions, cwd.c_str());
+        std::vector<std::string> all{VANTOREL_CLI};
+        all.insert(all.end(), args.begin(), args.end());
+        std::vector<char*> argv;
+        for (std::string& a : all) argv.push_back(a.data());
+        argv.push_back(nullptr);
+        if (posix_spawn(&pid_, VANTOREL_CLI, &actions, nullptr, argv.data(), environ) != 0)
+            throw std::runtime_error("spawn");
+        posix_spawn_file_actions_destroy(&actions);
+        ::close(outPipe[1]);
+        ::close(errPipe[1]);
+        out_ = outPipe[0];
+        err_ = errPipe[0];
+    }
+
+    // Reads standard output until at least one byte has come.
+    std::string readSomeOutput() {
+        char buffer[4096];
+        const ssize_t n = ::read(out_, buffer, sizeof buffer);
+        std::string text = n > 0 ? std::string(buffer, static_cast<std::size_t>(n)) : std::string();
+        result_.out += text;
+        return text;
+    }
+
+    void interrupt() { ::kill(pid_, SIGINT); }
+
+    CliResult wait() {
+        pollfd fds[2] = {{out_, POLLIN, 0}, {err_, POLLIN, 0}};
+        int open = 2;
+        char buffer[65536];
+        while (open > 0) {
+            ::poll(fds, 2, -1);
+            for (int i = 0; i < 2; ++i) {
+                if (fds[i].fd < 0 || !(fds[i].revents & (POLLIN | POLLHUP))) continue;
+                const ssize_t n = ::read(fds[i].fd, buffer, sizeof buffer);
+                if (n <= 0) {
+                    ::close(fds[i].fd);
+                    fds[i].fd = -1;
+                    --open;
+                } else {
+                    (i == 0 ? result_.out : result_.err).append(buffer, static_cast<std::size_t>(n));
+                }
+            }
+        }
+        int status = 0;
+        ::waitpid(pid_, &status, 0);
+        result_.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+        return result_;
+    }
+
+private:
+    pid_t pid_ = -1;
+    int out_ = -1;
+    int err_ = -1;
+    CliResult result_;
+};
+
+inline CliResult runCli(const std::vector<std::string>& args, const std::string& cwd = "") {
+    return CliProcess(args, cwd).wait();
+}
+
+}  // namespace vantorel::test

@@ -1,0 +1,247 @@
+// End-to-end runs of vantorel-cli on temporary folder trees.
+
+#include <sys/stat.h>
+
+#include <regex>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "cli/CliProcess.h"
+#include "support/TempTree.h"
+
+namespace vantorel {
+namespace {
+
+using test::CliProcess;
+using test::CliResult;
+using test::runCli;
+using test::TempTree;
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+std::vector<std::string> lines(const std::string& text) {
+    std::vector<std::string> out;
+    std::size_t start = 0;
+    while (start < text.size()) {
+        const std::size_t end = text.find('\n', start);
+        out.push_back(text.substr(start, end - start));
+        if (end == std::string::npos) break;
+        start = end + 1;
+    }
+    return out;
+}
+
+class CliTest : public ::testing::Test {
+protected:
+    CliTest() {
+        tree.write("a.txt", "one cat\ntwo cats\n");
+        tree.write("b.txt", "dog\n");
+        tree.write("sub/c.txt", "cat\n");
+        tree.write("sub/d.htm", "<p>cat</p>\n");
+    }
+    CliResult cli(std::vector<std::string> args) {
+        args.insert(args.begin(), {"--dir", tree.root()});
+        return runCli(args);
+    }
+    TempTree tree;
+};
+
+TEST_F(CliTest, FindPrintsOneLinePerFileThenTheSummary) {
+    const CliResult r = cli({"--filter", "*.txt", "find", "cat"});
+    EXPECT_EQ(r.exitCode, 0);
+    const auto out = lines(r.out);
+    ASSERT_EQ(out.size(), 3u) << r.out;
+    const std::regex row(R"(([^\t]+)\t(\d+)\t(\d+)\t\d{4}-\d\d-\d\d \d\d:\d\d:\d\d)");
+    std::smatch m;
+    ASSERT_TRUE(std::regex_match(out[0], m, row)) << out[0];
+    EXPECT_EQ(m[1], tree.path("a.txt"));
+    EXPECT_EQ(m[2], "2");
+    EXPECT_EQ(m[3], "17");
+    EXPECT_EQ(out[1].substr(0, out[1].find('\t')), tree.path("sub/c.txt"));
+    EXPECT_EQ(out[2], "3 files processed, 3 occurences found in 2 file(s)");
+    EXPECT_EQ(r.err, "");
+}
+
+TEST_F(CliTest, OptionsMayFollowTheCommandAndDoubleDashEndsThem) {
+    tree.write("dash.txt", "a -v b\n");
+    const CliResult r = runCli({"find", "--dir", tree.root(), "-f", "dash.txt", "--", "-v"});
+    EXPECT_EQ(r.exitCode, 0) << r.err;
+    EXPECT_THAT(r.out, HasSubstr("1 files processed, 1 occurences found in 1 file(s)"));
+    const CliResult grouped = runCli({"-ein", "-d", tree.root(), "find", "C.T"});
+    EXPECT_THAT(grouped.out, HasSubstr("3 files processed, 2 occurences found in 1 file(s)"));
+}
+
+TEST_F(CliTest, NothingFoundExitsWithOne) {
+    CliResult r = cli({"find", "absent"});
+    EXPECT_EQ(r.exitCode, 1);
+    EXPECT_EQ(r.out, "4 files processed, 0 occurences found in 0 file(s)\nNo matches found in files.\n");
+    r = cli({"-f", "*.none", "find", "cat"});
+    EXPECT_EQ(r.exitCode, 1);
+    EXPECT_THAT(r.out, HasSubstr("No files found in search path matching filter."));
+    r = cli({"-f", ";", "find", "cat"});
+    EXPECT_EQ(r.exitCode, 1);
+    EXPECT_THAT(r.out, HasSubstr("No files found in search path matching filter."));
+}
+
+TEST_F(CliTest, RefusedInputGoesToStandardErrorAndExitsWithTwo) {
+    struct Case {
+        std::vector<std::string> args;
+        std::string message;
+    };
+    const std::vector<Case> cases = {
+        {{"-d", tree.root(), "-e", "find", "(cat"}, "Regular Expression is invalid - please check syntax.\n"},
+        {{"-d", tree.root(), "-f", "", "find", "cat"}, "Please enter a valid file type filter (eg. *.txt)\n"},
+        {{"-d", tree.path("missing"), "find", "cat"}, "Missing or invalid start location\n"},
+        {{"--frobnicate", "find", "x"}, "vantorel-cli: unknown option '--frobnicate'\nTry 'vantorel-cli --help'.\n"},
+        {{"find", "x", "-d"}, "vantorel-cli: option '-d' needs a value\nTry 'vantorel-cli --help'.\n"},
+        {{"replace", "x"}, "vantorel-cli: replace needs FIND and REPLACEMENT\nTry 'vantorel-cli --help'.\n"},
+        {{"-j", "0", "find", "x"}, "vantorel-cli: --threads needs a whole number from 1 to 1024, not '0'\nTry 'vantorel-cli --help'.\n"},
+        {{"search", "x"}, "vantorel-cli: unknown command 'search' (use find, replace or extract)\nTry 'vantorel-cli --help'.\n"},
+    };
+    for (const Case& c : cases) {
+        const CliResult r = runCli(c.args);
+        EXPECT_EQ(r.exitCode, 2) << c.message;
+        EXPECT_EQ(r.err, c.message);
+        EXPECT_EQ(r.out, "");
+    }
+}
+
+TEST_F(CliTest, HelpDescribesEveryOption) {
+    const CliResult r = runCli({"--help"});
+    EXPECT_EQ(r.exitCode, 0);
+    for (const char* option : {"--dir", "--filter", "--regex", "--ignore-case", "--whole-words", "--no-subfolders",
+                               "--backups", "--yes", "--show-all", "--marked", "--threads", "--quiet", "--csv",
+                               "--json", "Exit status"})
+        EXPECT_THAT(r.out, HasSubstr(option));
+}
+
+TEST_F(CliTest, ReplaceWithoutATerminalOrYesChangesNothing) {
+    const CliResult r = cli({"-f", "*.txt", "replace", "cat", "cow"});
+    EXPECT_EQ(tree.read("a.txt"), "one cat\ntwo cats\n");
+    EXPECT_THAT(r.err, HasSubstr("Replace 3 occurences in 2 file(s) ? no"));
+    EXPECT_THAT(r.out, HasSubstr("3 files processed, 3 occurences found in 2 file(s)"));
+    EXPECT_EQ(r.exitCode, 0);
+}
+
+TEST_F(CliTest, ReplaceWithYesRewritesKeepsBackupsAndPermissions) {
+    ::chmod(tree.path("a.txt").c_str(), 0754);
+    const CliResult r = cli({"-f", "*.txt", "-y", "-b", "replace", "cat", "cow"});
+    EXPECT_EQ(r.exitCode, 0) << r.err;
+    EXPECT_EQ(tree.read("a.txt"), "one cow\ntwo cows\n");
+    EXPECT_EQ(tree.read("a.bak"), "one cat\ntwo cats\n");
+    EXPECT_EQ(tree.mode("a.txt"), 0754);
+    EXPECT_EQ(tree.read("sub/c.txt"), "cow\n");
+    EXPECT_EQ(tree.read("sub/d.htm"), "<p>cat</p>\n");
+    const auto out = lines(r.out);
+    ASSERT_EQ(out.size(), 4u) << r.out;  // the rows of the writing pass only, then the summary twice
+    EXPECT_EQ(out[2], "3 files processed, 3 occurences changed in 2 file(s)");
+    EXPECT_EQ(out[3], "3 files processed, 3 occurences changed in 2 file(s)");
+    EXPECT_THAT(r.err, HasSubstr("Replace 3 occurences in 2 file(s) ? yes"));
+}
+
+TEST_F(CliTest, ReadOnlyFilesAreReportedAndLeftAlone) {
+    ::chmod(tree.path("sub/c.txt").c_str(), 0444);
+    const CliResult r = cli({"-y", "-f", "*.txt", "replace", "cat", "cow"});
+    EXPECT_EQ(tree.read("sub/c.txt"), "cat\n");
+    EXPECT_THAT(r.out, HasSubstr("Warning! 1 of the above file(s) were Read-Only and their replacements were not saved."));
+}
+
+TEST_F(CliTest, ReplacingWithNothingAsksFirst) {
+    CliResult r = cli({"-f", "*.txt", "replace", "cat", ""});
+    EXPECT_EQ(r.exitCode, 2);
+    EXPECT_THAT(r.err, HasSubstr("cat\n\nYou have chosen to replace this with nothing. Sure? no"));
+    r = cli({"-y", "-f", "*.txt", "replace", "cat", ""});
+    EXPECT_EQ(tree.read("sub/c.txt"), "\n");
+}
+
+TEST_F(CliTest, ExtractWritesOnlyTheMatchesToStandardOutput) {
+    tree.write("e.txt", "id=1 id=22\r\nid=333\n");
+    const CliResult r = cli({"-e", "-f", "e.txt;a.txt", "extract", "id=\\d+|tw\\w+"});
+    EXPECT_EQ(r.exitCode, 0);
+    EXPECT_EQ(r.out, "two\r\nid=1\r\nid=22\r\nid=333\r\n");
+    EXPECT_THAT(r.err, HasSubstr("2 files processed, 4 occurences found in 2 file(s)"));
+}
+
+TEST_F(CliTest, JsonGivesOneObjectPerFileAndOneSummary) {
+    tree.write("q\"uote.txt", "cat\n");
+    const CliResult r = cli({"--json", "-f", "*.txt", "-n", "find", "cat"});
+    const auto out = lines(r.out);
+    ASSERT_EQ(out.size(), 3u) << r.out;
+    EXPECT_THAT(out[0], HasSubstr("{\"path\":\"" + tree.path("a.txt") + "\",\"matches\":2,\"size\":17,\"modified\":\""));
+    EXPECT_THAT(out[1], HasSubstr("q\\\"uote.txt"));
+    EXPECT_THAT(out[2], HasSubstr("\"summary\":\"3 files processed, 3 occurences found in 2 file(s)\",\"filesProcessed\":3"));
+}
+
+TEST_F(CliTest, CsvLogHoldsTheHeaderAndOneLinePerRow) {
+    const std::string csv = tree.path("log.csv");
+    const CliResult r = cli({"--csv", csv, "-q", "-f", "*.txt", "find", "cat"});
+    EXPECT_EQ(r.out, "3 files processed, 3 occurences found in 2 file(s)\n");  // --quiet
+    const std::string log = tree.read("log.csv");
+    const std::regex expected("File Name,Path,Matches,File Size,Modified\r\n"
+                              "a\\.txt," + tree.root() + "/,2,17,\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d\r\n"
+                              "c\\.txt," + tree.root() + "/sub/,1,4,[-0-9: ]+\r\n");
+    EXPECT_TRUE(std::regex_match(log, expected)) << log;
+}
+
+TEST_F(CliTest, MarkedListLimitsTheRunToThoseFiles) {
+    tree.write("list.lst", tree.path("sub/c.txt") + "\r\n" + tree.path("b.txt") + "\n\n");
+    const CliResult r = cli({"-m", tree.path("list.lst"), "find", "cat"});
+    const auto out = lines(r.out);
+    ASSERT_EQ(out.size(), 3u) << r.out;
+    EXPECT_THAT(out[0], HasSubstr(tree.path("sub/c.txt") + "\t1\t"));
+    EXPECT_THAT(out[1], HasSubstr(tree.path("b.txt") + "\t0\t"));
+    EXPECT_EQ(cli({"-m", tree.path("nope.lst"), "find", "cat"}).exitCode, 2);
+}
+
+TEST_F(CliTest, EncodingsAreKeptByteForByte) {
+    const std::string latin = "Caf\xe9 cr\xe8me\r\nCAF\xc9\r\n";
+    tree.write("latin.txt", latin);
+    tree.write("bom.txt", "\xef\xbb\xbf" "caf\xc3\xa9\n");
+    const CliResult find = cli({"-i", "-f", "latin.txt;bom.txt", "find", "caf\xc3\xa9"});
+    EXPECT_THAT(find.out, HasSubstr(tree.path("latin.txt") + "\t2\t18\t"));
+    EXPECT_THAT(find.out, HasSubstr(tree.path("bom.txt") + "\t1\t6\t"));
+    cli({"-y", "-f", "latin.txt;bom.txt", "replace", "cr\xc3\xa8me", "cream"});
+    EXPECT_EQ(tree.read("latin.txt"), "Caf\xe9 cream\r\nCAF\xc9\r\n");
+    EXPECT_EQ(tree.read("bom.txt"), "\xef\xbb\xbf" "caf\xc3\xa9\n");
+}
+
+TEST_F(CliTest, CtrlCStopsTheSearchAtTheNextFile) {
+    for (int i = 0; i < 200; ++i) {
+        std::string text;
+        for (int k = 0; k < 1000; ++k) text += "word ";
+        tree.write("many/f" + std::to_string(1000 + i) + ".txt", text);
+    }
+    CliProcess process({"-d", tree.path("many"), "-j", "2", "extract", "word"});
+    process.readSomeOutput();  // the run is under way and blocked on its output
+    process.interrupt();
+    const CliResult r = process.wait();
+    EXPECT_EQ(r.exitCode, 0);
+    EXPECT_THAT(r.err, HasSubstr("Search operation stopped."));
+    EXPECT_LT(r.out.size(), 200u * 1000u * 6u);
+    EXPECT_EQ(r.out.size() % (1000u * 6u), 0u);  // whole files only
+}
+
+TEST_F(CliTest, CtrlCDuringAReplaceLeavesEveryFileWhole) {
+    const std::string before(300, 'x');
+    for (int i = 0; i < 3000; ++i) tree.write("many/f" + std::to_string(10000 + i) + ".txt", before);
+    CliProcess process({"-d", tree.path("many"), "-y", "-j", "2", "replace", "x", "yy"});
+    process.readSomeOutput();  // rows of the writing pass are coming
+    process.interrupt();
+    const CliResult r = process.wait();
+    EXPECT_THAT(r.out, HasSubstr("Replace operation stopped. Any replacements already made will not be undone."));
+    const std::string after(600, 'y');
+    int changed = 0;
+    for (int i = 0; i < 3000; ++i) {
+        const std::string text = tree.read("many/f" + std::to_string(10000 + i) + ".txt");
+        ASSERT_TRUE(text == before || text == after) << i;
+        changed += text == after;
+    }
+    EXPECT_GT(changed, 0);
+    EXPECT_LT(changed, 3000);
+    EXPECT_THAT(r.out, HasSubstr(std::to_string(changed * 300) + " occurences changed in " +
+                                 std::to_string(changed) + " file(s)"));
+}
+
+}  // namespace
+}  // namespace vantorel
