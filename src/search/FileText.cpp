@@ -63,8 +63,9 @@ FileText::Result FileText::read(const std::string& path) {
         done += static_cast<std::size_t>(n);
     }
     text.size_ = done;
-    text.encoding_ = detectEncoding(text.bytes());
-    text.characters_ = countCharacters(text.bytes(), text.encoding_);
+    const EncodingScan scan = scanEncoding(text.bytes());
+    text.encoding_ = scan.encoding;
+    text.characters_ = scan.characters;
     return result;
 }
 

@@ -19,19 +19,22 @@ bool allAscii8(const unsigned char* p) noexcept {
     return (word & 0x8080808080808080ULL) == 0;
 }
 
-}  // namespace
-
-bool isValidUtf8(std::string_view bytes) noexcept {
+// Walks valid UTF-8, counting code points; -1 at the first invalid sequence.
+std::int64_t utf8Characters(std::string_view bytes) noexcept {
     const auto* p = reinterpret_cast<const unsigned char*>(bytes.data());
     const std::size_t n = bytes.size();
     std::size_t i = 0;
+    std::int64_t characters = 0;
     while (i < n) {
         // Fast path over runs of ASCII, 32 bytes at a time.
         while (i + 32 <= n && allAscii8(p + i) && allAscii8(p + i + 8) &&
-               allAscii8(p + i + 16) && allAscii8(p + i + 24))
+               allAscii8(p + i + 16) && allAscii8(p + i + 24)) {
             i += 32;
+            characters += 32;
+        }
         if (i >= n) break;
         const unsigned char c = p[i];
+        ++characters;
         if (c < 0x80) {
             ++i;
             continue;
@@ -46,17 +49,29 @@ bool isValidUtf8(std::string_view bytes) noexcept {
         } else if ((c & 0xF8) == 0xF0) {
             len = 4; minimum = 0x10000; cp = c & 0x07;
         } else {
-            return false;
+            return -1;
         }
-        if (i + len > n) return false;
+        if (i + len > n) return -1;
         for (std::size_t k = 1; k < len; ++k) {
-            if ((p[i + k] & 0xC0) != 0x80) return false;
+            if ((p[i + k] & 0xC0) != 0x80) return -1;
             cp = (cp << 6) | (p[i + k] & 0x3F);
         }
-        if (cp < minimum || cp > 0x10FFFF || (cp >= 0xD800 && cp <= 0xDFFF)) return false;
+        if (cp < minimum || cp > 0x10FFFF || (cp >= 0xD800 && cp <= 0xDFFF)) return -1;
         i += len;
     }
-    return true;
+    return characters;
+}
+
+}  // namespace
+
+bool isValidUtf8(std::string_view bytes) noexcept {
+    return utf8Characters(bytes) >= 0;
+}
+
+EncodingScan scanEncoding(std::string_view bytes) noexcept {
+    const std::int64_t characters = utf8Characters(bytes);
+    if (characters < 0) return {TextEncoding::Windows1252, bytes.size()};
+    return {TextEncoding::Utf8, static_cast<std::uint64_t>(characters)};
 }
 
 TextEncoding detectEncoding(std::string_view bytes) noexcept {

@@ -22,6 +22,13 @@ bool isValidUtf8(std::string_view bytes) noexcept;
 // UTF-8 when the bytes are valid UTF-8, else Windows-1252.
 TextEncoding detectEncoding(std::string_view bytes) noexcept;
 
+struct EncodingScan {
+    TextEncoding encoding;
+    std::uint64_t characters;
+};
+// The encoding and the number of characters, in one pass over the bytes.
+EncodingScan scanEncoding(std::string_view bytes) noexcept;
+
 // Number of characters: code points for UTF-8, bytes for Windows-1252.
 std::uint64_t countCharacters(std::string_view bytes, TextEncoding encoding) noexcept;
 
