@@ -1,0 +1,333 @@
+#include "core/RegistryStore.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <map>
+#include <cstdlib>
+#include <optional>
+
+#include "SettingsTestHost.h"
+#include "core/RegistryFile.h"
+
+namespace vantorel {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::listFolder;
+using testing::readWhole;
+using testing::SettingsTestHost;
+using testing::TempFolder;
+using testing::writeWhole;
+
+const KeyPath kKey{HKEY_CURRENT_USER, {"Software", "Brimlark", "Vantorel"}};
+
+std::string sz(const std::string& text) { return text + '\0'; }
+
+// Sets environment variables for one test and puts the old values back.
+class ScopedEnvironment {
+public:
+    void set(const char* name, const char* value) {
+        if (!saved_.count(name)) {
+            const char* old = std::getenv(name);
+            saved_[name] = old ? std::optional<std::string>(old) : std::nullopt;
+        }
+        if (value)
+            ::setenv(name, value, 1);
+        else
+            ::unsetenv(name);
+    }
+    ~ScopedEnvironment() {
+        for (const auto& [name, value] : saved_) {
+            if (value)
+                ::setenv(name.c_str(), value->c_str(), 1);
+            else
+                ::unsetenv(name.c_str());
+        }
+    }
+
+private:
+    std::map<std::string, std::optional<std::string>> saved_;
+};
+
+struct PathCase {
+    const char* label;
+    const char* own;   // VANTOREL_CONFIG_HOME
+    const char* xdg;   // XDG_CONFIG_HOME
+    const char* home;  // HOME
+    const char* expected;
+};
+
+class RegistryStorePath : public ::testing::TestWithParam<PathCase> {};
+
+TEST_P(RegistryStorePath, FollowsTheEnvironment) {
+    const auto& c = GetParam();
+    ScopedEnvironment env;
+    env.set("VANTOREL_CONFIG_HOME", c.own);
+    env.set("XDG_CONFIG_HOME", c.xdg);
+    env.set("HOME", c.home);
+    EXPECT_EQ(RegistryStore::defaultFile(), fs::path(c.expected));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Environment, RegistryStorePath,
+    ::testing::Values(
+        PathCase{"own_folder_first", "/tmp/t1", "/x/cfg", "/home/u", "/tmp/t1/settings.reg"},
+        PathCase{"xdg", nullptr, "/x/cfg", "/home/u", "/x/cfg/vantorel/settings.reg"},
+        PathCase{"empty_own_folder_ignored", "", "/x/cfg", "/home/u", "/x/cfg/vantorel/settings.reg"},
+        PathCase{"relative_xdg_ignored", nullptr, "rel/cfg", "/home/u", "/home/u/.config/vantorel/settings.reg"},
+        PathCase{"home", nullptr, nullptr, "/home/u", "/home/u/.config/vantorel/settings.reg"}),
+    [](const auto& info) { return std::string(info.param.label); });
+
+TEST(RegistryStore, ChangesReachTheFileOnlyWhenFlushed) {
+    TempFolder folder;
+    const fs::path file = folder / "cfg" / "settings.reg";  // the folder is made on the first write
+    {
+        RegistryStore store(file);
+        ASSERT_EQ(store.createKey(kKey), RegistryTree::CreateResult::Created);
+        ASSERT_TRUE(store.setValue(kKey, "Find0", REG_SZ, sz("needle")));
+        EXPECT_FALSE(fs::exists(file));
+        ASSERT_TRUE(store.flush());
+        EXPECT_EQ(listFolder(file.parent_path()), (std::vector<std::string>{"settings.reg", "settings.reg.lock"}));
+    }
+    RegistryStore again(file);
+    EXPECT_EQ(again.value(kKey, "find0")->data, sz("needle"));
+    EXPECT_FALSE(again.setValue(KeyPath{HKEY_CURRENT_USER, {"Nope"}}, "a", REG_SZ, sz("b")));
+    EXPECT_FALSE(again.setValue(kKey, "bad\nname", REG_SZ, sz("b")));
+    EXPECT_FALSE(again.createKey(KeyPath{HKEY_CURRENT_USER, {"a\\b"}}));
+}
+
+// Fails the rename that would put a finished temporary file in place.
+class FailingRenameStore : public RegistryStore {
+public:
+    using RegistryStore::RegistryStore;
+    bool failReplace = false;
+    bool failAside = false;
+    std::string temporaryText;
+
+protected:
+    std::error_code renameFile(const fs::path& from, const fs::path& to) override {
+        const bool aside = to.filename().string().find(".damaged-") != std::string::npos;
+        if (aside ? failAside : failReplace) {
+            if (!aside) temporaryText = readWhole(from);
+            return std::make_error_code(std::errc::io_error);
+        }
+        return RegistryStore::renameFile(from, to);
+    }
+};
+
+TEST(RegistryStore, AFailureBeforeTheRenameLeavesTheOldFileWhole) {
+    TempFolder folder;
+    const fs::path file = folder / "settings.reg";
+    FailingRenameStore store(file);
+    store.createKey(kKey);
+    store.setValue(kKey, "Find0", REG_SZ, sz("old"));
+    ASSERT_TRUE(store.flush());
+    const std::string old = readWhole(file);
+
+    store.setValue(kKey, "Find0", REG_SZ, sz("new"));
+    store.setValue(kKey, "Find1", REG_SZ, sz(std::string(5000, 'x')));
+    store.failReplace = true;
+    EXPECT_FALSE(store.flush());
+    EXPECT_NE(store.lastError().find("cannot be replaced"), std::string::npos) << store.lastError();
+    // The temporary file was complete, yet the store file is untouched and
+    // no temporary file is left behind.
+    EXPECT_NE(store.temporaryText.find("\"Find0\"=\"new\""), std::string::npos);
+    EXPECT_EQ(readWhole(file), old);
+    EXPECT_EQ(listFolder(folder.path()), (std::vector<std::string>{"settings.reg", "settings.reg.lock"}));
+    EXPECT_TRUE(store.hasUnsavedChanges());
+
+    store.failReplace = false;  // the changes are kept for the next try
+    writeWhole(folder / "settings.reg.tmp-AbC123", "left by an instance that died");
+    ASSERT_TRUE(store.flush());
+    EXPECT_EQ(listFolder(folder.path()), (std::vector<std::string>{"settings.reg", "settings.reg.lock"}));
+    RegistryStore reader(file);
+    EXPECT_EQ(reader.value(kKey, "Find0")->data, sz("new"));
+}
+
+TEST(RegistryStore, AWriteCutShortByTheFileSizeLimitLeavesTheOldFileWhole) {
+    TempFolder folder;
+    const fs::path file = folder / "settings.reg";
+    RegistryStore store(file);
+    store.createKey(kKey);
+    store.setValue(kKey, "Find0", REG_SZ, sz("old"));
+    ASSERT_TRUE(store.flush());
+    const std::string old = readWhole(file);
+    store.setValue(kKey, "Big", REG_BINARY, std::string(20000, '\x5a'));
+
+    rlimit saved{};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &saved), 0);
+    const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit small = saved;
+    small.rlim_cur = 4096;
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
+    const bool flushed = store.flush();
+    ::setrlimit(RLIMIT_FSIZE, &saved);
+    std::signal(SIGXFSZ, oldHandler);
+
+    EXPECT_FALSE(flushed);
+    EXPECT_NE(store.lastError().find("cannot be written"), std::string::npos) << store.lastError();
+    EXPECT_EQ(readWhole(file), old);
+    EXPECT_EQ(listFolder(folder.path()), (std::vector<std::string>{"settings.reg", "settings.reg.lock"}));
+    ASSERT_TRUE(store.flush());
+}
+
+TEST(RegistryStore, TwoInstancesKeepEachOthersChanges) {
+    TempFolder folder;
+    const fs::path file = folder / "settings.reg";
+    RegistryStore first(file);
+    RegistryStore second(file);
+    first.createKey(kKey);
+    second.createKey(kKey);
+    first.setValue(kKey, "FromFirst", REG_SZ, sz("1"));
+    first.setValue(kKey, "Both", REG_SZ, sz("first"));
+    second.setValue(kKey, "FromSecond", REG_SZ, sz("2"));
+    second.setValue(kKey, "Both", REG_SZ, sz("second"));
+    ASSERT_TRUE(first.flush());
+
+    // Reading the newer file keeps the changes not yet written on top.
+    second.refresh();
+    EXPECT_EQ(second.value(kKey, "FromFirst")->data, sz("1"));
+    EXPECT_EQ(second.value(kKey, "FromSecond")->data, sz("2"));
+    EXPECT_EQ(second.value(kKey, "Both")->data, sz("second"));
+    ASSERT_TRUE(second.flush());
+
+    first.refresh();
+    EXPECT_EQ(first.value(kKey, "FromFirst")->data, sz("1"));
+    EXPECT_EQ(first.value(kKey, "FromSecond")->data, sz("2"));
+    EXPECT_EQ(first.value(kKey, "Both")->data, sz("second"));  // the last writer wins
+}
+
+TEST(RegistryStore, WaitsForTheLockAndGivesUp) {
+    TempFolder folder;
+    const fs::path file = folder / "settings.reg";
+    RegistryStore store(file, nullptr, RegistryStore::Options{std::chrono::milliseconds(50)});
+    store.createKey(kKey);
+    ASSERT_TRUE(store.flush());
+    const std::string before = readWhole(file);
+
+    const int held = ::open((file.string() + ".lock").c_str(), O_RDWR);
+    ASSERT_GE(held, 0);
+    ASSERT_EQ(::flock(held, LOCK_EX), 0);
+    store.setValue(kKey, "Find0", REG_SZ, sz("x"));
+    EXPECT_FALSE(store.flush());
+    EXPECT_NE(store.lastError().find("another instance"), std::string::npos) << store.lastError();
+    EXPECT_EQ(readWhole(file), before);
+    ::close(held);
+    EXPECT_TRUE(store.flush());
+}
+
+TEST(RegistryStore, AFolderThatCannotBeMadeIsReportedNotFatal) {
+    TempFolder folder;
+    writeWhole(folder / "blocker", "a file where a folder should be");
+    RegistryStore store(folder / "blocker" / "vantorel" / "settings.reg");
+    EXPECT_FALSE(store.keyExists(kKey));  // missing, not damaged
+    ASSERT_TRUE(store.createKey(kKey));
+    EXPECT_FALSE(store.flush());
+    EXPECT_NE(store.lastError().find("cannot be created"), std::string::npos) << store.lastError();
+    EXPECT_TRUE(store.hasUnsavedChanges());
+}
+
+// Store files that cannot be used: each is kept aside whole, reported once,
+// and the program goes on with an empty store that saves normally.
+struct DamagedCase {
+    const char* label;
+    std::string content;  // ignored for a folder
+    bool folder;
+    const char* says;  // part of the message
+};
+
+class RegistryStoreDamaged : public ::testing::TestWithParam<DamagedCase> {};
+
+std::string validText() {
+    RegistryTree tree;
+    tree.createKey(kKey);
+    tree.setValue(kKey, "Find0", REG_SZ, sz("needle"));
+    tree.setValue(kKey, "Blob", REG_BINARY, std::string(100, '\x01'));
+    return RegistryFile::format(tree);
+}
+
+TEST_P(RegistryStoreDamaged, IsKeptAsideWithOneMessage) {
+    const auto& c = GetParam();
+    TempFolder folder;
+    const fs::path file = folder / "settings.reg";
+    if (c.folder) {
+        fs::create_directory(file);
+        writeWhole(file / "inside", "x");
+    } else {
+        writeWhole(file, c.content);
+    }
+    SettingsTestHost host;
+    RegistryStore store(file, &host);
+    EXPECT_FALSE(store.keyExists(kKey));
+
+    ASSERT_EQ(host.messages.size(), 1u);
+    const Message& message = host.messages[0];
+    EXPECT_EQ(message.icon, MessageIcon::Warning);
+    EXPECT_EQ(message.kind, MessageKind::FileError);
+    EXPECT_NE(message.text.find(file.string()), std::string::npos) << message.text;
+    EXPECT_NE(message.text.find(c.says), std::string::npos) << message.text;
+    EXPECT_NE(message.text.find("kept as"), std::string::npos) << message.text;
+
+    EXPECT_FALSE(fs::exists(file));
+    const auto names = listFolder(folder.path());
+    ASSERT_EQ(names.size(), 1u);
+    const fs::path aside = folder / names[0];
+    EXPECT_TRUE(names[0].starts_with("settings.reg.damaged-")) << names[0];
+    if (c.folder)
+        EXPECT_EQ(readWhole(aside / "inside"), "x");
+    else
+        EXPECT_EQ(readWhole(aside), c.content);
+
+    // The program goes on: it saves into a new file, and says nothing more.
+    ASSERT_TRUE(store.createKey(kKey));
+    ASSERT_TRUE(store.setValue(kKey, "Find0", REG_SZ, sz("fresh")));
+    ASSERT_TRUE(store.flush());
+    store.refresh();
+    EXPECT_EQ(host.messages.size(), 1u);
+    EXPECT_EQ(readWhole(aside.string() + (c.folder ? "/inside" : "")), c.folder ? "x" : c.content);
+    RegistryStore reader(file);
+    EXPECT_EQ(reader.value(kKey, "Find0")->data, sz("fresh"));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Files, RegistryStoreDamaged,
+    ::testing::Values(DamagedCase{"garbage", "\x89PNG\r\n\x1a\n not settings at all", false, "is damaged (line 1"},
+                      DamagedCase{"cut_off", validText().substr(0, validText().find("needle") + 3), false,
+                                  "a string has no closing quote"},
+                      DamagedCase{"wrong_kind_of_value", std::string(RegistryFile::kHeader) +
+                                                            "\n[HKEY_CURRENT_USER\\A]\n\"n\"=dword:twelve\n",
+                                  false, "line 3: a dword"},
+                      DamagedCase{"utf16", std::string("\xFF\xFE[\0H\0", 6), false, "UTF-16"},
+                      DamagedCase{"empty", "", false, "is damaged"},
+                      DamagedCase{"folder", "", true, "is a folder"}),
+    [](const auto& info) { return std::string(info.param.label); });
+
+TEST(RegistryStore, ADamagedFileThatCannotBeMovedIsNeverWrittenOver) {
+    TempFolder folder;
+    const fs::path file = folder / "settings.reg";
+    const std::string damaged = "not a settings file";
+    writeWhole(file, damaged);
+    SettingsTestHost host;
+    FailingRenameStore store(file, &host);
+    store.failAside = true;
+
+    EXPECT_FALSE(store.keyExists(kKey));
+    ASSERT_EQ(host.messages.size(), 1u);
+    EXPECT_NE(host.messages[0].text.find("could not be moved aside"), std::string::npos) << host.messages[0].text;
+
+    ASSERT_TRUE(store.createKey(kKey));
+    EXPECT_FALSE(store.flush());
+    EXPECT_NE(store.lastError().find("not written over"), std::string::npos);
+    store.refresh();
+    EXPECT_EQ(host.messages.size(), 1u);
+    EXPECT_EQ(readWhole(file), damaged);
+}
+
+}  // namespace
+}  // namespace vantorel
