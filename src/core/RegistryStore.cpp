@@ -335,8 +335,9 @@ bool RegistryStore::flush() {
         return false;
     }
     for (const auto& change : pending_) merged.apply(change);
-    if (!writeFile(RegistryFile::format(merged))) return false;
-    tree_ = std::move(merged);
+    const bool written = writeFile(RegistryFile::format(merged));
+    tree_ = std::move(merged);  // what was just read, with our changes on top
+    if (!written) return false;
     pending_.clear();
     loadedIdentity_ = currentIdentity();
     return true;
