@@ -36,7 +36,10 @@ run: build
 test: build
 	cd $(BUILD_DIR) && ctest --output-on-failure -j $(JOBS)
 
+BENCH_PACKAGES := ripgrep grep sed findutils time
+
 bench: build
+	@$(MAKE) --no-print-directory deps DEBIAN_PACKAGES="$(BENCH_PACKAGES)"
 	bench/run.sh
 
 clean:

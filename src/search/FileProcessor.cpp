@@ -75,10 +75,10 @@ FileOutcome processFile(const std::string& path, const std::vector<CompiledJob>&
         outcome.matches = searchJobs(text, jobs, pass, outcome.extracted);
         return outcome;
     }
-    const WriteBackResult written = writeBack(path, text, jobs, pass.makeBackups);
-    outcome.matches = written.matches;
-    outcome.readOnlySkipped = written.readOnlySkipped;
-    outcome.writeMessages = written.messages;
+    PreparedWrite prepared = prepareWriteBack(path, text, jobs, pass.makeBackups);
+    outcome.matches = prepared.matches;
+    outcome.readOnlySkipped = prepared.readOnlySkipped;
+    outcome.pendingWrite = std::move(prepared.pending);
     return outcome;
 }
 

@@ -11,6 +11,7 @@
 #include "core/MessageHost.h"
 #include "search/Regex.h"
 #include "search/ReplaceTemplate.h"
+#include "search/WriteBack.h"
 
 namespace vantorel {
 
@@ -50,11 +51,14 @@ struct FileOutcome {
     std::time_t modified = 0;
     std::string extracted;        // UTF-8 values, each followed by CR LF
     bool readOnlySkipped = false;
-    std::vector<Message> writeMessages;  // backup and delete failures, in order
+    // The writing pass: the new text, ready to replace the file.
+    std::unique_ptr<PendingWrite> pendingWrite;
 };
 
-// Throws MatchError for an engine failure and std::system_error when the new
-// text cannot be written; both end the run.
+// Nothing the user can see changes here: in the writing pass the new text
+// waits in `pendingWrite` until the driver commits it. Throws MatchError for
+// an engine failure and std::system_error when the new text cannot be
+// written; both end the run.
 FileOutcome processFile(const std::string& path, const std::vector<CompiledJob>& jobs,
                         const PassSettings& pass);
 

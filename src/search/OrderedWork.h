@@ -4,9 +4,9 @@
 // user sees comes in the same order as with one thread. At most `window`
 // results wait to be taken, which bounds the memory they hold.
 //
-// A stop request keeps workers from starting new positions; positions whose
-// work had already begun are still handed back (their files may have been
-// written), and then the walk ends.
+// A stop request ends the walk before the next position is handed back, as
+// it would with one thread; results computed ahead are dropped (work must
+// therefore leave no visible trace until its result is taken).
 
 #include <atomic>
 #include <condition_variable>
@@ -31,7 +31,6 @@ public:
           work_(std::move(work)), stop_(stop), slots_(window_) {
         threads = std::min<unsigned>(threads, static_cast<unsigned>(std::max<std::size_t>(count, 1)));
         if (threads <= 1) return;  // one thread: the work runs inside next()
-        runningWorkers_ = threads;
         for (unsigned t = 0; t < threads; ++t) workers_.emplace_back([this] { workerLoop(); });
     }
 
@@ -56,10 +55,10 @@ public:
         if (delivered_ >= count_) return false;
         Slot& slot = slots_[delivered_ % window_];
         while (!slot.ready) {
-            const bool unclaimed = claimed_ <= delivered_;
-            if (unclaimed && (stop_.load() || runningWorkers_ == 0)) return false;
-            changed_.wait_for(lock, std::chrono::milliseconds(50));
+            if (stop_.load()) return false;
+            changed_.wait_for(lock, std::chrono::milliseconds(20));
         }
+        if (stop_.load()) return false;
         position = delivered_++;
         slot.ready = false;
         std::exception_ptr error = std::move(slot.error);
@@ -106,8 +105,6 @@ private:
             slots_[position % window_] = std::move(done);
             changed_.notify_all();
         }
-        --runningWorkers_;
-        changed_.notify_all();
     }
 
     const std::size_t count_;
@@ -120,7 +117,6 @@ private:
     std::condition_variable changed_;
     std::size_t claimed_ = 0;
     std::size_t delivered_ = 0;
-    unsigned runningWorkers_ = 0;
     bool cancelled_ = false;
     std::vector<std::thread> workers_;
 };

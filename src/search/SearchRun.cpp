@@ -176,12 +176,16 @@ private:
         }
     }
 
-    void deliver(const std::string& path, const FileOutcome& file) {
+    void deliver(const std::string& path, FileOutcome& file) {
         if (file.readError) host_.showMessage(*file.readError);
         if (!file.extracted.empty()) host_.appendExtracted(file.extracted);
         if (file.read && (file.matches > 0 || request_.markedOnly || request_.showAll))
             host_.addRow(FileReport{path, file.matches, file.characters, file.modified, request_.markedOnly});
-        for (const Message& message : file.writeMessages) host_.showMessage(message);
+        if (file.pendingWrite) {
+            std::vector<Message> messages;
+            file.pendingWrite->commit(messages);
+            for (const Message& message : messages) host_.showMessage(message);
+        }
         if (file.readOnlySkipped) ++state_.readOnlySkipped;
     }
 

@@ -8,6 +8,7 @@
 #include <climits>
 #include <cstdlib>
 #include <memory>
+#include <system_error>
 
 #include "files/AtomicFileWriter.h"
 #include "files/FileFunctions.h"
@@ -101,9 +102,21 @@ std::uint64_t applyJobs(const FileText& text, const std::vector<CompiledJob>& jo
     return total;
 }
 
-WriteBackResult writeBack(const std::string& path, const FileText& text,
-                          const std::vector<CompiledJob>& jobs, bool makeBackups) {
-    WriteBackResult result;
+PendingWrite::PendingWrite(std::string path, std::string target,
+                           std::unique_ptr<AtomicFileWriter> writer, bool makeBackups)
+    : path_(std::move(path)), target_(std::move(target)), writer_(std::move(writer)), makeBackups_(makeBackups) {}
+
+PendingWrite::~PendingWrite() = default;
+
+bool PendingWrite::commit(std::vector<Message>& messages) {
+    if (makeBackups_ && !keepBackup(path_, target_, messages)) return false;
+    writer_->commit();
+    return true;
+}
+
+PreparedWrite prepareWriteBack(const std::string& path, const FileText& text,
+                               const std::vector<CompiledJob>& jobs, bool makeBackups) {
+    PreparedWrite result;
     if (IsReadOnly(path)) {
         DiscardSink discard;
         result.matches = applyJobs(text, jobs, discard);
@@ -111,14 +124,15 @@ WriteBackResult writeBack(const std::string& path, const FileText& text,
         return result;
     }
     const std::string target = resolvedTarget(path);
-    AtomicFileWriter writer(target);
-    WriterSink sink(writer);
+    // A file we may not write is not replaced behind its owner's back, even
+    // where its folder would let us rename over it.
+    if (::access(target.c_str(), W_OK) != 0) throw std::system_error(errno, std::generic_category(), target);
+    auto writer = std::make_unique<AtomicFileWriter>(target);
+    WriterSink sink(*writer);
     result.matches = applyJobs(text, jobs, sink);
-    if (result.matches == 0) return result;  // nothing changed: the writer discards its file
-    writer.finish();
-    if (makeBackups && !keepBackup(path, target, result.messages)) return result;
-    writer.commit();
-    result.written = true;
+    if (result.matches == 0) return result;  // nothing changed: the writer removes its file
+    writer->finish();
+    result.pending = std::make_unique<PendingWrite>(path, target, std::move(writer), makeBackups);
     return result;
 }
 
