@@ -34,16 +34,19 @@ std::uint64_t collectMatches(const CompiledPattern& pattern, std::string_view te
 
 // Finds, counts or collects without changing the text: every job sees the
 // text as it was read.
-std::uint64_t searchJobs(const FileText& text, const std::vector<CompiledJob>& jobs,
-                         const PassSettings& pass, std::string& extracted) {
+std::uint64_t searchJobs(const std::string& path, const FileText& text,
+                         const std::vector<CompiledJob>& jobs, const PassSettings& pass,
+                         FileOutcome& outcome) {
     std::uint64_t total = 0;
     const TextEncoding encoding = text.encoding();
+    const auto& preview = pass.request ? pass.request->previewSection : nullptr;
     for (const CompiledJob& job : jobs) {
         if (job.empty()) continue;
         if (pass.replacing && !job.replacement(encoding)) continue;
         const CompiledPattern& pattern = job.pattern(encoding);
-        total += pass.extract ? collectMatches(pattern, text.bytes(), extracted)
+        total += pass.extract ? collectMatches(pattern, text.bytes(), outcome.extracted)
                               : pattern.countMatches(text.bytes());
+        if (preview && total > 0) outcome.previewSections.push_back(preview(path, text.bytes(), encoding, pattern));
     }
     return total;
 }
@@ -72,7 +75,7 @@ FileOutcome processFile(const std::string& path, const std::vector<CompiledJob>&
     outcome.characters = text.characters();
     outcome.modified = text.modified();
     if (!pass.write) {
-        outcome.matches = searchJobs(text, jobs, pass, outcome.extracted);
+        outcome.matches = searchJobs(path, text, jobs, pass, outcome);
         return outcome;
     }
     PreparedWrite prepared = prepareWriteBack(path, text, jobs, pass.makeBackups);

@@ -11,6 +11,7 @@
 #include "core/MessageHost.h"
 #include "search/Regex.h"
 #include "search/ReplaceTemplate.h"
+#include "search/RunTypes.h"
 #include "search/WriteBack.h"
 
 namespace vantorel {
@@ -41,6 +42,7 @@ struct PassSettings {
     bool write = false;      // the writing pass
     bool extract = false;
     bool makeBackups = false;
+    const RunRequest* request = nullptr;  // its preview builder, when set
 };
 
 struct FileOutcome {
@@ -50,6 +52,7 @@ struct FileOutcome {
     std::uint64_t characters = 0;
     std::time_t modified = 0;
     std::string extracted;        // UTF-8 values, each followed by CR LF
+    std::vector<StyledText> previewSections;
     bool readOnlySkipped = false;
     // The writing pass: the new text, ready to replace the file.
     std::unique_ptr<PendingWrite> pendingWrite;

@@ -21,6 +21,8 @@ public:
     virtual void runStarted(const RunRequest& request) { (void)request; }
     virtual void passStarted(PassKind pass) { (void)pass; }
     virtual void clearRows() {}
+    // A file's section of the combined preview, just before its row.
+    virtual void appendPreview(const StyledText& section) { (void)section; }
     virtual void addRow(const FileReport& row) { (void)row; }
     // Extract: the values of one file's matches, each followed by CR LF.
     virtual void appendExtracted(std::string_view text) { (void)text; }

@@ -3,13 +3,18 @@
 
 #include <cstdint>
 #include <ctime>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "core/StyledText.h"
 #include "search/PatternError.h"
+#include "search/TextEncoding.h"
 
 namespace vantorel {
+
+class CompiledPattern;
 
 enum class RunKind { Find, Replace, Extract };
 
@@ -37,6 +42,12 @@ struct RunRequest {
     std::vector<std::string> markedFiles;
     // Worker threads; 0 means one per processor.
     unsigned threads = 0;
+    // When set (the combined preview is on), builds a file's preview section
+    // from its text, for each job, in a searching pass once the file's total
+    // is above 0. Runs on worker threads; sections reach the host in order.
+    std::function<StyledText(const std::string& path, std::string_view text, TextEncoding encoding,
+                             const CompiledPattern& pattern)>
+        previewSection;
 };
 
 // One file that earns a row in the results list.

@@ -154,7 +154,7 @@ private:
         host_.passStarted(pass);
         if (files_.empty()) return;
         const PassSettings settings{request_.kind == RunKind::Replace, pass == PassKind::Writing,
-                                    request_.kind == RunKind::Extract, request_.makeBackups};
+                                    request_.kind == RunKind::Extract, request_.makeBackups, &request_};
         const unsigned threads = threadCount(request_.threads);
         OrderedWork<FileOutcome> work(
             files_.size(), threads, std::size_t{threads} * 8,
@@ -179,6 +179,7 @@ private:
     void deliver(const std::string& path, FileOutcome& file) {
         if (file.readError) host_.showMessage(*file.readError);
         if (!file.extracted.empty()) host_.appendExtracted(file.extracted);
+        for (const StyledText& section : file.previewSections) host_.appendPreview(section);
         if (file.read && (file.matches > 0 || request_.markedOnly || request_.showAll))
             host_.addRow(FileReport{path, file.matches, file.characters, file.modified, request_.markedOnly});
         if (file.pendingWrite) {

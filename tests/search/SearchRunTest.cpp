@@ -9,6 +9,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "files/FileFunctions.h"
+#include "search/Regex.h"
 #include "support/RecordingHost.h"
 #include "support/TempTree.h"
 
@@ -368,6 +370,27 @@ TEST_F(SearchRunTest, ManyThreadsShowExactlyWhatOneThreadShows) {
     EXPECT_NE(std::find(replaced.begin(), replaced.end(),
                         "message:Replace Operation Complete:150 files processed, 444 occurences changed in 128 file(s)"),
               replaced.end());
+}
+
+TEST_F(SearchRunTest, PreviewSectionsArriveBeforeTheirRowsInSearchingPassesOnly) {
+    tree.write("a.txt", "x y x");
+    tree.write("b.txt", "none");
+    tree.write("c.txt", "x");
+    RunRequest r = request(RunKind::Replace, "x", "z");
+    r.threads = 3;
+    r.previewSection = [](const std::string& path, std::string_view text, TextEncoding,
+                          const CompiledPattern& pattern) {
+        return StyledText{{FileNameOf(path) + "=" + std::to_string(pattern.countMatches(text)) + ":" + std::string(text), kGrey, true}};
+    };
+    host.answers = {true};
+    run(r);
+    const std::string a = tree.path("a.txt"), c = tree.path("c.txt");
+    EXPECT_THAT(host.events, ElementsAre("started", "clear", "pass:counting", "preview:a.txt=2:x y x",
+                                         "row:" + a + ":2", "preview:c.txt=1:x", "row:" + c + ":1",
+                                         "ask:Replace 3 occurences in 2 file(s) ?:yes", "clear", "pass:writing",
+                                         "row:" + a + ":2", "row:" + c + ":1",
+                                         "message:Replace Operation Complete:3 files processed, 3 occurences changed in 2 file(s)",
+                                         "finished"));
 }
 
 }  // namespace

@@ -45,6 +45,11 @@ public:
         rows.clear();
         events.push_back("clear");
     }
+    void appendPreview(const StyledText& section) override {
+        std::string text;
+        for (const StyledRun& run : section) text += run.text;
+        events.push_back("preview:" + text);
+    }
     void addRow(const FileReport& row) override {
         rows.push_back(row);
         events.push_back("row:" + row.path + ":" + std::to_string(row.matches));
