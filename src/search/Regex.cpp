@@ -1,0 +1,202 @@
+#include "search/Regex.h"
+
+#include <pcre2.h>
+
+#include "search/EcmaPatternParser.h"
+#include "search/PatternTranslator.h"
+#include "search/Windows1252CharacterTables.h"
+
+namespace vantorel {
+namespace {
+
+constexpr std::uint32_t kBaseOptions = PCRE2_ALT_BSUX | PCRE2_MATCH_UNSET_BACKREF |
+                                       PCRE2_ALLOW_EMPTY_CLASS | PCRE2_DOLLAR_ENDONLY |
+                                       PCRE2_NEVER_BACKSLASH_C;
+
+std::string pcre2Message(int code) {
+    PCRE2_UCHAR buffer[256];
+    if (pcre2_get_error_message(code, buffer, sizeof buffer) < 0) return "regular expression error";
+    return reinterpret_cast<const char*>(buffer);
+}
+
+// Matching state of one thread: a JIT stack that may grow large enough for
+// long lines, and the match context that hands it to PCRE2.
+struct ThreadMatchContext {
+    pcre2_match_context* context = nullptr;
+    pcre2_jit_stack* stack = nullptr;
+    ThreadMatchContext() {
+        context = pcre2_match_context_create(nullptr);
+        stack = pcre2_jit_stack_create(32 * 1024, 64 * 1024 * 1024, nullptr);
+        if (context && stack) pcre2_jit_stack_assign(context, nullptr, stack);
+    }
+    ~ThreadMatchContext() {
+        pcre2_jit_stack_free(stack);
+        pcre2_match_context_free(context);
+    }
+};
+
+pcre2_match_context* threadMatchContext() {
+    thread_local ThreadMatchContext state;
+    return state.context;
+}
+
+struct CompileContextDeleter {
+    void operator()(pcre2_compile_context* context) const { pcre2_compile_context_free(context); }
+};
+
+// ECMAScript accepts every pattern that reaches PCRE2; what PCRE2 still
+// refuses is a limit of PCRE2, said in words a user can act on.
+std::string compileErrorMessage(int code) {
+    switch (code) {
+        case PCRE2_ERROR_LOOKBEHIND_NOT_FIXED_LENGTH:
+            return "Each alternative of a look-behind must match a fixed number of characters here "
+                   "(no *, +, ?, {n,m} or back-reference inside (?<=...) or (?<!...))";
+        case PCRE2_ERROR_LOOKBEHIND_TOO_COMPLICATED:
+        case PCRE2_ERROR_LOOKBEHIND_TOO_LONG:
+            return "This look-behind is too complicated or too long";
+        case PCRE2_ERROR_PATTERN_TOO_LARGE:
+        case PCRE2_ERROR_PATTERN_TOO_COMPLICATED:
+        case PCRE2_ERROR_TOO_MANY_CAPTURES:
+        case PCRE2_ERROR_PARENTHESES_NEST_TOO_DEEP:
+        case PCRE2_ERROR_HEAP_FAILED:
+            return "The regular expression is too large or too complicated (" + pcre2Message(code) + ")";
+        default:
+            return "The regular expression cannot be used: " + pcre2Message(code);
+    }
+}
+
+struct MatchDataDeleter {
+    void operator()(pcre2_match_data* data) const { pcre2_match_data_free(data); }
+};
+
+}  // namespace
+
+struct CompiledPattern::Code {
+    pcre2_code* code = nullptr;
+    bool jit = false;
+    ~Code() { pcre2_code_free(code); }
+};
+
+std::optional<std::string_view> Match::group(std::uint32_t n) const noexcept {
+    if (n >= pairs_ || ovector_[2 * n] == PCRE2_UNSET) return std::nullopt;
+    return subject_.substr(ovector_[2 * n], ovector_[2 * n + 1] - ovector_[2 * n]);
+}
+
+CompiledPattern::CompiledPattern(std::string_view ecmaPattern, TextEncoding encoding,
+                                 bool ignoreCase)
+    : code_(std::make_unique<Code>()), encoding_(encoding) {
+    const TranslatedPattern translated = translateEcmaPattern(ecmaPattern, encoding, ignoreCase);
+    pcre2Pattern_ = translated.pcre2Pattern;
+    std::uint32_t options = kBaseOptions | translated.extraCompileOptions;
+    if (encoding == TextEncoding::Utf8) options |= PCRE2_UTF | PCRE2_NO_UTF_CHECK;
+    std::unique_ptr<pcre2_compile_context, CompileContextDeleter> context(
+        pcre2_compile_context_create(nullptr));
+    if (!context) throw PatternError("Out of memory while compiling the regular expression", 0);
+    // The translation adds a level of parentheses here and there.
+    pcre2_set_parens_nest_limit(context.get(), 4 * EcmaPatternParser::kMaxNesting);
+    if (encoding == TextEncoding::Windows1252)
+        if (const std::uint8_t* tables = Windows1252CharacterTables::pcre2Tables())
+            pcre2_set_character_tables(context.get(), tables);
+    int errorCode = 0;
+    PCRE2_SIZE errorOffset = 0;
+    code_->code = pcre2_compile(reinterpret_cast<PCRE2_SPTR>(pcre2Pattern_.data()), pcre2Pattern_.size(),
+                                options, &errorCode, &errorOffset, context.get());
+    if (!code_->code) throw PatternError(compileErrorMessage(errorCode), translated.typedOffset(errorOffset));
+    code_->jit = pcre2_jit_compile(code_->code, PCRE2_JIT_COMPLETE) == 0;
+    pcre2_pattern_info(code_->code, PCRE2_INFO_CAPTURECOUNT, &captureCount_);
+
+    std::uint32_t nameCount = 0, entrySize = 0;
+    PCRE2_SPTR table = nullptr;
+    pcre2_pattern_info(code_->code, PCRE2_INFO_NAMECOUNT, &nameCount);
+    pcre2_pattern_info(code_->code, PCRE2_INFO_NAMEENTRYSIZE, &entrySize);
+    pcre2_pattern_info(code_->code, PCRE2_INFO_NAMETABLE, &table);
+    for (std::uint32_t i = 0; i < nameCount; ++i) {
+        const PCRE2_SPTR entry = table + i * entrySize;
+        const std::uint32_t number = (entry[0] << 8) | entry[1];
+        std::string name(reinterpret_cast<const char*>(entry + 2));
+        for (const auto& [internal, typed] : translated.renamedGroups)
+            if (internal == name) name = typed;
+        groupNames_.emplace_back(std::move(name), number);
+    }
+}
+
+CompiledPattern::~CompiledPattern() = default;
+
+CompiledPattern::SearchHints CompiledPattern::searchHints() const {
+    SearchHints hints;
+    pcre2_pattern_info(code_->code, PCRE2_INFO_FIRSTCODETYPE, &hints.firstCodeType);
+    if (hints.firstCodeType == 1) pcre2_pattern_info(code_->code, PCRE2_INFO_FIRSTCODEUNIT, &hints.firstCodeUnit);
+    std::uint32_t lastType = 0;
+    pcre2_pattern_info(code_->code, PCRE2_INFO_LASTCODETYPE, &lastType);
+    hints.hasRequiredCodeUnit = lastType == 1;
+    if (hints.hasRequiredCodeUnit) pcre2_pattern_info(code_->code, PCRE2_INFO_LASTCODEUNIT, &hints.requiredCodeUnit);
+    const std::uint8_t* bitmap = nullptr;
+    pcre2_pattern_info(code_->code, PCRE2_INFO_FIRSTBITMAP, &bitmap);
+    hints.hasStartBitmap = bitmap != nullptr;
+    pcre2_pattern_info(code_->code, PCRE2_INFO_MINLENGTH, &hints.minLength);
+    return hints;
+}
+
+std::uint32_t CompiledPattern::groupNumber(std::string_view name) const noexcept {
+    for (const auto& [groupName, number] : groupNames_)
+        if (groupName == name) return number;
+    return 0;
+}
+
+template <class OnMatch>
+void CompiledPattern::run(std::string_view subject, OnMatch&& onMatch) const {
+    std::unique_ptr<pcre2_match_data, MatchDataDeleter> data(
+        pcre2_match_data_create_from_pattern(code_->code, nullptr));
+    if (!data) throw MatchError("out of memory for match data");
+    pcre2_match_context* context = threadMatchContext();
+    const auto* text = reinterpret_cast<PCRE2_SPTR>(subject.data());
+    const std::size_t length = subject.size();
+    const std::uint32_t options = encoding_ == TextEncoding::Utf8 ? PCRE2_NO_UTF_CHECK : 0;
+    std::size_t start = 0;
+    while (start <= length) {
+        const int rc = code_->jit
+                           ? pcre2_jit_match(code_->code, text, length, start, options, data.get(), context)
+                           : pcre2_match(code_->code, text, length, start, options, data.get(), context);
+        if (rc == PCRE2_ERROR_NOMATCH) return;
+        if (rc < 0) throw MatchError(pcre2Message(rc));
+        const PCRE2_SIZE* ovector = pcre2_get_ovector_pointer(data.get());
+        const std::size_t begin = ovector[0];
+        std::size_t end = ovector[1];
+        // A \K in a lookahead can end a match before its start; treat as empty.
+        if (end < begin) end = begin;
+        if (!onMatch(Match(subject, ovector, pcre2_get_ovector_count(data.get())))) return;
+        if (end > begin) {
+            start = end;
+        } else {
+            // Empty match: search again one character further on.
+            start = end + 1;
+            if (encoding_ == TextEncoding::Utf8)
+                while (start < length && (static_cast<unsigned char>(subject[start]) & 0xC0) == 0x80)
+                    ++start;
+        }
+    }
+}
+
+void CompiledPattern::forEachMatch(std::string_view subject,
+                                   const std::function<bool(const Match&)>& onMatch) const {
+    run(subject, onMatch);
+}
+
+std::uint64_t CompiledPattern::countMatches(std::string_view subject) const {
+    std::uint64_t count = 0;
+    run(subject, [&count](const Match&) {
+        ++count;
+        return true;
+    });
+    return count;
+}
+
+Regex::Regex(std::string_view ecmaPattern, bool ignoreCase)
+    : pattern_(ecmaPattern), ignoreCase_(ignoreCase) {
+    utf8_ = std::make_shared<CompiledPattern>(ecmaPattern, TextEncoding::Utf8, ignoreCase);
+    // A character that Windows-1252 lacks becomes one that never matches
+    // there, so the single-byte form compiles whenever the UTF-8 one does.
+    singleByte_ = std::make_shared<CompiledPattern>(ecmaPattern, TextEncoding::Windows1252, ignoreCase);
+}
+
+}  // namespace vantorel
