@@ -1,6 +1,7 @@
 #include "search/FileText.h"
 
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -19,7 +20,15 @@ struct FileHandle {
     }
 };
 
+constexpr std::size_t kHugePage = std::size_t{2} << 20;
+constexpr std::size_t kMapFrom = std::size_t{8} << 20;
+
 }  // namespace
+
+void FileBufferRelease::operator()(char* data) const noexcept {
+    if (mappedBytes > 0) ::munmap(data, mappedBytes);
+    else delete[] data;
+}
 
 std::string tooLargeMessage(const std::string& path) {
     return path + " is too large to process.";
@@ -45,7 +54,16 @@ FileText::Result FileText::read(const std::string& path) {
     FileText& text = result.text;
     text.modified_ = st.st_mtime;
     const auto size = static_cast<std::size_t>(st.st_size);
-    text.data_.reset(new (std::nothrow) char[size == 0 ? 1 : size]);
+    if (size >= kMapFrom) {
+        const std::size_t bytes = (size + kHugePage - 1) / kHugePage * kHugePage;
+        void* memory = ::mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        if (memory != MAP_FAILED) {
+            ::madvise(memory, bytes, MADV_HUGEPAGE);
+            text.data_ = std::unique_ptr<char, FileBufferRelease>(static_cast<char*>(memory), FileBufferRelease{bytes});
+        }
+    } else {
+        text.data_.reset(new (std::nothrow) char[size == 0 ? 1 : size]);
+    }
     if (!text.data_) {
         result.status = Status::TooLarge;
         return result;
