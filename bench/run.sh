@@ -41,7 +41,7 @@ median_time() {
 
 ratio() { awk -v a="$1" -v b="$2" 'BEGIN { if (b > 0) printf "%.2fx", a / b; else print "-" }'; }
 
-vantorel_count() { "$cli" -q $threads "$@" 2>&1 | sed -n 's/.* \([0-9][0-9]*\) occurences \(found\|changed\) in .*/\1/p' | head -1; }
+vantorel_count() { { "$cli" -q $threads "$@" 2>&1 || true; } | sed -n 's/.* \([0-9][0-9]*\) occurences \(found\|changed\) in .*/\1/p' | head -1; }
 rg_count() { rg --count-matches -uuu "$@" | awk -F: '{ s += $NF } END { print s + 0 }'; }
 
 printf '%-26s %9s %9s %9s %9s   %-8s %-8s %-8s %s\n' case vantorel rg grep grep-P "/rg" "/grep" "/grep-P" counts

@@ -393,5 +393,45 @@ TEST_F(SearchRunTest, PreviewSectionsArriveBeforeTheirRowsInSearchingPassesOnly)
                                          "finished"));
 }
 
+TEST(ParallelReplaceTest, ManyThreadsLeaveExactlyTheFilesOneThreadLeaves) {
+    TempTree one, many;
+    for (const TempTree* tree : {&one, &many})
+        for (int i = 0; i < 120; ++i) {
+            std::string text = "head " + std::to_string(i) + "\r\n";
+            for (int k = 0; k < i % 5; ++k) text += "item=" + std::to_string(k) + (i % 3 ? "\n" : "\xe9\n");
+            tree->write("d" + std::to_string(i % 4) + "/f" + std::to_string(i) + ".txt", text, i % 9 == 0 ? 0444 : 0644);
+        }
+    auto replaceWith = [](const TempTree& tree, unsigned threads) {
+        SearchState state;
+        RecordingHost host;
+        host.answers = {true};
+        RunRequest r;
+        r.kind = RunKind::Replace;
+        r.jobs = {{"item=(\\d)", "<$1>"}, {"<2>", "two"}};
+        r.regularExpression = true;
+        r.startFolder = tree.root();
+        r.filter = "*.txt";
+        r.makeBackups = true;
+        r.threads = threads;
+        RunSearch(r, state, host);
+        std::vector<std::string> seen;
+        for (std::string event : host.events) {
+            for (std::size_t at; (at = event.find(tree.root())) != std::string::npos;) event.erase(at, tree.root().size());
+            seen.push_back(event);
+        }
+        return seen;
+    };
+    EXPECT_EQ(replaceWith(one, 1), replaceWith(many, 4));
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(one.root())) {
+        if (!entry.is_regular_file()) continue;
+        const std::string relative = entry.path().string().substr(one.root().size() + 1);
+        ASSERT_TRUE(many.exists(relative)) << relative;
+        EXPECT_EQ(one.read(relative), many.read(relative)) << relative;
+    }
+    EXPECT_EQ(one.read("d2/f2.txt"), "head 2\r\n<0>\n<1>\n");
+    EXPECT_EQ(one.read("d3/f3.txt"), "head 3\r\n<0>\xe9\n<1>\xe9\ntwo\xe9\n");
+    EXPECT_EQ(one.read("d3/f3.bak"), "head 3\r\nitem=0\xe9\nitem=1\xe9\nitem=2\xe9\n");
+}
+
 }  // namespace
 }  // namespace vantorel
