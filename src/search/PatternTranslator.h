@@ -19,8 +19,8 @@ struct TranslatedPattern {
     // Windows-1252 text. A character that the target encoding cannot hold
     // becomes something that never matches.
     std::string pcre2Pattern;
-    // Options to add to the engine's fixed compile options (for example
-    // PCRE2_CASELESS where the translation relies on it).
+    // Options to add to the engine's fixed compile options. None at present:
+    // case-insensitive matching is spelled out in the pattern itself.
     std::uint32_t extraCompileOptions = 0;
     // Groups renamed because PCRE2 refuses their ECMAScript name:
     // (name in pcre2Pattern, name as typed).

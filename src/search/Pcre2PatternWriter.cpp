@@ -50,9 +50,11 @@ constexpr std::array<SetEscape, 4> kSetEscapes = {{{EcmaSetKind::Digit, "\\d"},
                                                    {EcmaSetKind::Word, "\\w"},
                                                    {EcmaSetKind::NotWord, "\\W"}}};
 
-// Matches no character. Not the empty class "[]": PCRE2 10.42 fails "[]?"
-// and "[]*" where they should match the empty string.
-constexpr const char* kNothing = "(?!)";
+// A class that matches no character, one character long (so that it may
+// stand in a look-behind like any other). Not the empty class "[]": PCRE2
+// 10.42 fails "[]?" and "[]*" where they should match the empty string.
+constexpr const char* kNoByte = "[^\\x00-\\xff]";
+constexpr const char* kNoCodePoint = "[^\\x00-\xf4\x8f\xbf\xbf]";  // up to U+10FFFF
 
 }  // namespace
 
@@ -194,7 +196,7 @@ void Pcre2PatternWriter::writeSet(CodePointSet set) {
 void Pcre2PatternWriter::writeUnicodeSet(CodePointSet set) {
     static const CodePointSet everything = withoutSurrogates(CodePointSet::all());
     if (set.empty()) {
-        out() += kNothing;
+        out() += kNoCodePoint;
         return;
     }
     if (set == everything) {
@@ -226,7 +228,7 @@ void Pcre2PatternWriter::writeUnicodeSet(CodePointSet set) {
 void Pcre2PatternWriter::writeByteSet(const std::vector<bool>& bytes) {
     const auto members = byteRuns(bytes, true);
     if (members.empty()) {
-        out() += kNothing;
+        out() += kNoByte;
         return;
     }
     if (members.size() == 1 && members.front() == std::pair<unsigned, unsigned>(0, 255)) {
