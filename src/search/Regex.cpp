@@ -9,6 +9,9 @@
 namespace vantorel {
 namespace {
 
+// The translation relies on ALT_BSUX (\uHHHH, \xHH) and MATCH_UNSET_BACKREF
+// (a reference to a group that did not take part matches the empty string);
+// the others guard against constructs that it never writes.
 constexpr std::uint32_t kBaseOptions = PCRE2_ALT_BSUX | PCRE2_MATCH_UNSET_BACKREF |
                                        PCRE2_ALLOW_EMPTY_CLASS | PCRE2_DOLLAR_ENDONLY |
                                        PCRE2_NEVER_BACKSLASH_C;
@@ -162,7 +165,8 @@ void CompiledPattern::run(std::string_view subject, OnMatch&& onMatch) const {
         const PCRE2_SIZE* ovector = pcre2_get_ovector_pointer(data.get());
         const std::size_t begin = ovector[0];
         std::size_t end = ovector[1];
-        // A \K in a lookahead can end a match before its start; treat as empty.
+        // Only \K in a look-around could end a match before its start; the
+        // translation never writes one, but stay safe.
         if (end < begin) end = begin;
         if (!onMatch(Match(subject, ovector, pcre2_get_ovector_count(data.get())))) return;
         if (end > begin) {
