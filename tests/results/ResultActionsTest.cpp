@@ -1,0 +1,54 @@
+#include "results/ResultActions.h"
+
+#include <gtest/gtest.h>
+
+namespace vantorel {
+namespace {
+
+TEST(ResultActionsTest, CaptionsNameTheFileAndTheProgram) {
+    EXPECT_EQ(runCaption("notes.txt"), "Open notes.txt with associated program");
+    EXPECT_EQ(markCaption("my file.txt", false), "Mark my file.txt");
+    EXPECT_EQ(markCaption("my file.txt", true), "Unmark my file.txt");
+    EXPECT_EQ(openWithCaption("/usr/bin/ed.exe"), "Open with ed.exe");
+    EXPECT_EQ(openWithCaption("a.exe"), "Open with a.exe");
+    EXPECT_EQ(openWithCaption("/bin"), std::nullopt);
+    EXPECT_EQ(openWithCaption(""), std::nullopt);
+    EXPECT_FALSE(showsMultiMarkItems(1));
+    EXPECT_TRUE(showsMultiMarkItems(2));
+}
+
+TEST(ResultActionsTest, MarkingTicksTheBoxUnmarkingTheLastDisablesIt) {
+    std::vector<bool> marks{false, false, false};
+    const std::vector<bool> none{false, false, false};
+    MarkAction action{marks, none};
+    MarkedBoxState box = action.toggle(1);
+    EXPECT_TRUE(box.enabled && box.checked && box.touchChecked);
+    box = action.toggle(2);
+    box = action.toggle(1);  // one mark is left: the box stays as it is
+    EXPECT_TRUE(box.enabled);
+    EXPECT_FALSE(box.touchChecked);
+    box = action.toggle(2);  // the last mark goes
+    EXPECT_FALSE(box.enabled);
+    EXPECT_EQ(marks, (std::vector<bool>{false, false, false}));
+}
+
+TEST(ResultActionsTest, SelectedRowsAreMarkedUnmarkedAndAllMarksInverted) {
+    std::vector<bool> marks{true, false, false, false};
+    const std::vector<bool> selected{false, true, true, false};
+    MarkAction action{marks, selected};
+    EXPECT_TRUE(action.markSelected().checked);
+    EXPECT_EQ(marks, (std::vector<bool>{true, true, true, false}));
+    EXPECT_TRUE(action.unmarkSelected().enabled);
+    EXPECT_EQ(marks, (std::vector<bool>{true, false, false, false}));
+    const MarkedBoxState inverted = action.invert();
+    EXPECT_EQ(marks, (std::vector<bool>{false, true, true, true}));
+    EXPECT_TRUE(inverted.enabled);
+    EXPECT_FALSE(inverted.touchChecked);
+    std::vector<bool> all{true, true};
+    const std::vector<bool> both{true, true};
+    EXPECT_FALSE((MarkAction{all, both}.invert().enabled));
+    EXPECT_FALSE((MarkAction{all, both}.unmarkSelected().enabled));
+}
+
+}  // namespace
+}  // namespace vantorel
