@@ -1,0 +1,34 @@
+#include "core/ProgramFolder.h"
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <system_error>
+
+namespace vantorel {
+
+std::filesystem::path userDataFolder() {
+    const char* xdg = std::getenv("XDG_DATA_HOME");
+    if (xdg && *xdg == '/') return std::filesystem::path(xdg) / "vantorel";
+    const char* home = std::getenv("HOME");
+    if (home && *home) return std::filesystem::path(home) / ".local" / "share" / "vantorel";
+    return {};
+}
+
+std::filesystem::path programDataFolder(const std::filesystem::path& executableFolder) {
+    if (!executableFolder.empty() && ::access(executableFolder.c_str(), W_OK) == 0) return executableFolder;
+    const std::filesystem::path user = userDataFolder();
+    return user.empty() ? executableFolder : user;
+}
+
+std::filesystem::path findProgramFile(const std::filesystem::path& executableFolder, std::string_view name) {
+    std::error_code ec;
+    for (const std::filesystem::path& folder : {programDataFolder(executableFolder), executableFolder}) {
+        if (folder.empty()) continue;
+        const std::filesystem::path candidate = folder / std::string(name);
+        if (std::filesystem::is_regular_file(candidate, ec)) return candidate;
+    }
+    return {};
+}
+
+}  // namespace vantorel

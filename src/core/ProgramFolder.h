@@ -1,0 +1,23 @@
+#pragma once
+// Where the program's own data files live ("intro.rtf", "readme.html" and the
+// expression library and batch job files): beside the executable when that
+// folder is writable, otherwise in the per-user data folder
+// ($XDG_DATA_HOME/vantorel, or ~/.local/share/vantorel).
+
+#include <filesystem>
+#include <string_view>
+
+namespace vantorel {
+
+// The per-user data folder (which may not exist yet); empty when no home
+// folder can be found.
+std::filesystem::path userDataFolder();
+
+// The folder in which the program keeps its data files.
+std::filesystem::path programDataFolder(const std::filesystem::path& executableFolder);
+
+// A data file to read: from the data folder, else from beside the
+// executable (where the build puts the shipped files). Empty when neither has it.
+std::filesystem::path findProgramFile(const std::filesystem::path& executableFolder, std::string_view name);
+
+}  // namespace vantorel
