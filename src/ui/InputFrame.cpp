@@ -1,0 +1,115 @@
+#include "ui/InputFrame.h"
+
+#include <QCheckBox>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+
+#include "core/SettingsStore.h"
+#include "ui/HistoryCombo.h"
+
+namespace vantorel::ui {
+namespace {
+
+QLabel* caption(const QString& name, const QString& text, QWidget* buddy, QWidget* parent) {
+    auto* label = new QLabel(text, parent);
+    label->setObjectName(name);
+    label->setBuddy(buddy);
+    return label;
+}
+
+QCheckBox* checkBox(const QString& name, const QString& text, QWidget* parent) {
+    auto* box = new QCheckBox(text, parent);
+    box->setObjectName(name);
+    return box;
+}
+
+}  // namespace
+
+InputFrame::InputFrame(QWidget* parent) : QWidget(parent) {
+    setObjectName(QStringLiteral("UpperFrame"));
+    find_ = new HistoryCombo(QStringLiteral("FindText"), SettingsStore::kFindHistory, this);
+    replace_ = new HistoryCombo(QStringLiteral("RepText"), SettingsStore::kReplaceHistory, this);
+    folder_ = new HistoryCombo(QStringLiteral("StartDir"), SettingsStore::kFolderHistory, this);
+    filter_ = new HistoryCombo(QStringLiteral("FilterCombo"), SettingsStore::kFilterHistory, this);
+    findCaption_ = caption(QStringLiteral("Findcaption"), QStringLiteral("Find:"), find_, this);
+    replaceCaption_ = caption(QStringLiteral("RepCaption"), QStringLiteral("&Replace:"), replace_, this);
+    folderLabel_ = caption(QStringLiteral("StLocLbl"), QStringLiteral("F&older:"), folder_, this);
+    filterLabel_ = caption(QStringLiteral("ffiltLbl"), QStringLiteral("Fi&les:"), filter_, this);
+    folderButton_ = new QPushButton(QStringLiteral("..."), this);
+    folderButton_->setObjectName(QStringLiteral("FolderButton"));
+    folderButton_->setToolTip(QStringLiteral("Choose the start folder"));
+    folderButton_->setFixedWidth(folderButton_->fontMetrics().horizontalAdvance(QStringLiteral("...")) + 24);
+    regularExpression_ = checkBox(QStringLiteral("RegExpFind"), QStringLiteral("Re&gular Expression"), this);
+    matchCase_ = checkBox(QStringLiteral("CaseSensChk"), QStringLiteral("Match &Case"), this);
+    wholeWords_ = checkBox(QStringLiteral("WholeWordsChk"), QStringLiteral("&Whole Words"), this);
+    marked_ = checkBox(QStringLiteral("MarkedChk"), QStringLiteral("In Marked Files Only"), this);
+    marked_->setEnabled(false);  // usable only while some row is marked
+    filter_->setToolTip(QStringLiteral("One or more patterns separated by \";\", such as *.txt or *.htm*;*.css"));
+
+    auto* folderRow = new QHBoxLayout;
+    folderRow->setContentsMargins(0, 0, 0, 0);
+    folderRow->addWidget(folder_, 1);
+    folderRow->addWidget(folderButton_);
+
+    auto* grid = new QGridLayout(this);
+    grid->setContentsMargins(8, 6, 8, 2);
+    grid->setVerticalSpacing(4);
+    grid->addWidget(findCaption_, 0, 0);
+    grid->addWidget(find_, 0, 1);
+    grid->addWidget(regularExpression_, 0, 2);
+    grid->addWidget(replaceCaption_, 1, 0);
+    grid->addWidget(replace_, 1, 1);
+    grid->addWidget(matchCase_, 1, 2);
+    grid->addWidget(folderLabel_, 2, 0);
+    grid->addLayout(folderRow, 2, 1);
+    grid->addWidget(wholeWords_, 2, 2);
+    grid->addWidget(filterLabel_, 3, 0);
+    grid->addWidget(filter_, 3, 1);
+    grid->addWidget(marked_, 3, 2);
+    grid->setColumnStretch(1, 1);
+    // The find box's caption changes width between "Find:" and "Reg Ex:".
+    grid->setColumnMinimumWidth(0, fontMetrics().horizontalAdvance(QStringLiteral("Replace: ")) + 4);
+
+    connect(regularExpression_, &QCheckBox::toggled, this, &InputFrame::applyRegularExpressionMode);
+    connect(marked_, &QCheckBox::toggled, this, &InputFrame::applyMarkedOnly);
+    applyRegularExpressionMode(false);
+}
+
+void InputFrame::setOptionColumnWidth(int pixels) {
+    for (QCheckBox* box : {regularExpression_, matchCase_, wholeWords_, marked_})
+        box->setMinimumWidth(std::max(pixels, box->sizeHint().width()));
+}
+
+HistoryCombo* InputFrame::box(HistoryBox which) const {
+    switch (which) {
+        case HistoryBox::Find: return find_;
+        case HistoryBox::Replace: return replace_;
+        case HistoryBox::Folder: return folder_;
+        case HistoryBox::Filter: return filter_;
+    }
+    return find_;
+}
+
+QCheckBox* InputFrame::option(OptionBox which) const {
+    switch (which) {
+        case OptionBox::RegularExpression: return regularExpression_;
+        case OptionBox::MatchCase: return matchCase_;
+        case OptionBox::WholeWords: return wholeWords_;
+    }
+    return regularExpression_;
+}
+
+void InputFrame::applyRegularExpressionMode(bool on) {
+    wholeWords_->setEnabled(!on);
+    findCaption_->setText(on ? QStringLiteral("Reg Ex:") : QStringLiteral("Find:"));
+    emit regularExpressionModeChanged(on);
+}
+
+void InputFrame::applyMarkedOnly(bool on) {
+    for (QWidget* input : std::initializer_list<QWidget*>{filter_, folder_, folderButton_, filterLabel_, folderLabel_})
+        input->setEnabled(!on);
+}
+
+}  // namespace vantorel::ui

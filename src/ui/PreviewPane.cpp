@@ -1,0 +1,86 @@
+#include "ui/PreviewPane.h"
+
+#include <QScrollBar>
+#include <QTextBlock>
+#include <QTextCursor>
+
+namespace vantorel::ui {
+
+QString paneText(const std::string& utf8) {
+    QString text = QString::fromStdString(utf8);
+    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
+    return text;
+}
+
+PreviewPane::PreviewPane(QWidget* parent) : QPlainTextEdit(parent) {
+    setObjectName(QStringLiteral("RTB1"));
+    setReadOnly(true);
+    setUndoRedoEnabled(false);
+    setLineWrapMode(QPlainTextEdit::WidgetWidth);
+    setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    // The engine's colours are meant for a light page.
+    QPalette colours = palette();
+    colours.setColor(QPalette::Base, Qt::white);
+    colours.setColor(QPalette::Text, Qt::black);
+    setPalette(colours);
+}
+
+void PreviewPane::setPreviewFont(const QString& family, int pointSize) {
+    QFont font(family, pointSize > 0 ? pointSize : 10);
+    font.setStyleHint(QFont::SansSerif);
+    setFont(font);
+    document()->setDefaultFont(font);
+    setTabStopDistance(QFontMetricsF(font).horizontalAdvance(QLatin1Char(' ')) * 4);
+}
+
+const QTextCharFormat& PreviewPane::format(std::uint32_t colour, bool bold) {
+    const quint64 key = (quint64{colour} << 1) | (bold ? 1 : 0);
+    auto found = formats_.find(key);
+    if (found == formats_.end()) {
+        QTextCharFormat format;
+        // Colours are kept as 0xBBGGRR.
+        format.setForeground(QColor(colour & 0xFF, (colour >> 8) & 0xFF, (colour >> 16) & 0xFF));
+        format.setFontWeight(bold ? QFont::Bold : QFont::Normal);
+        found = formats_.insert(key, format);
+    }
+    return *found;
+}
+
+void PreviewPane::showStyled(const StyledText& text) {
+    clear();
+    appendStyled(text);
+    moveCursor(QTextCursor::Start);
+}
+
+int PreviewPane::appendStyled(const StyledText& text) {
+    QTextCursor cursor(document());
+    cursor.movePosition(QTextCursor::End);
+    const int start = document()->isEmpty() ? 0 : cursor.blockNumber() + (cursor.atBlockStart() ? 0 : 1);
+    cursor.beginEditBlock();
+    if (!document()->isEmpty() && !cursor.atBlockStart()) cursor.insertBlock();
+    for (const StyledRun& run : text) cursor.insertText(paneText(run.text), format(run.colour, run.bold));
+    cursor.endEditBlock();
+    return start;
+}
+
+void PreviewPane::truncateAt(int block) {
+    const QTextBlock first = document()->findBlockByNumber(block);
+    if (!first.isValid()) return;
+    QTextCursor cursor(document());
+    cursor.setPosition(first.position() > 0 ? first.position() - 1 : 0);
+    cursor.movePosition(QTextCursor::End, QTextCursor::KeepAnchor);
+    cursor.removeSelectedText();
+}
+
+void PreviewPane::scrollToBlock(int block) {
+    const QTextBlock target = document()->findBlockByNumber(block);
+    if (!target.isValid()) return;
+    // From the end, the cursor's block becomes the first one shown.
+    moveCursor(QTextCursor::End);
+    QTextCursor cursor(target);
+    setTextCursor(cursor);
+    ensureCursorVisible();
+}
+
+}  // namespace vantorel::ui

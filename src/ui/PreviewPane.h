@@ -1,0 +1,40 @@
+#pragma once
+// The preview pane (RTB1): shows styled text built by the engine. Large
+// combined previews are appended section by section.
+
+#include <QHash>
+#include <QPlainTextEdit>
+#include <QTextBlock>
+#include <QTextCharFormat>
+
+#include "core/StyledText.h"
+
+namespace vantorel::ui {
+
+class PreviewPane : public QPlainTextEdit {
+    Q_OBJECT
+public:
+    explicit PreviewPane(QWidget* parent = nullptr);
+
+    void setPreviewFont(const QString& family, int pointSize);
+    // Replaces everything with the text.
+    void showStyled(const StyledText& text);
+    // Appends at the end; returns the block where the text starts.
+    int appendStyled(const StyledText& text);
+    // Removes every block from `block` on.
+    void truncateAt(int block);
+    // Scrolls so that the block is the first one shown.
+    void scrollToBlock(int block);
+    int firstVisibleBlockNumber() const { return firstVisibleBlock().blockNumber(); }
+    // Characters held, for the bound on the combined preview.
+    qint64 characterCount() const { return document()->characterCount(); }
+
+private:
+    const QTextCharFormat& format(std::uint32_t colour, bool bold);
+    QHash<quint64, QTextCharFormat> formats_;
+};
+
+// "\r\n" and lone "\r" as the pane's line breaks.
+QString paneText(const std::string& utf8);
+
+}  // namespace vantorel::ui

@@ -1,0 +1,652 @@
+#include "ui/RepForm.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QDir>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QScreen>
+#include <QStatusBar>
+#include <QTimer>
+#include <QVBoxLayout>
+#include <fstream>
+#include <sstream>
+
+#include "core/ProgramFolder.h"
+#include "core/RegistryStore.h"
+#include "core/SettingsStore.h"
+#include "results/RtfReader.h"
+#include "ui/ColourProgressBar.h"
+#include "ui/DesktopServices.h"
+#include "ui/DragLine.h"
+#include "ui/FileDialog.h"
+#include "ui/GuiMessageHost.h"
+#include "ui/HistoryCombo.h"
+#include "ui/InputFrame.h"
+#include "ui/Logo.h"
+#include "ui/PreviewFrame.h"
+#include "ui/PreviewPane.h"
+#include "ui/ResultsModel.h"
+#include "ui/ResultsView.h"
+#include "ui/RunController.h"
+#include "ui/Twips.h"
+#include "ui/frmAbout.h"
+
+namespace vantorel::ui {
+namespace {
+
+// The combined preview holds at most this many characters; later files'
+// sections are built when their row is clicked.
+constexpr qint64 kPreviewCharacters = 3'000'000;
+// Sections built during a run at most (the shown ones and a margin for the
+// files that workers finish out of order).
+constexpr long kSectionsBuilt = 20'000;
+
+constexpr long kColumnWidths[] = {3000, 2500, 1000, 1000, 2000};
+constexpr const char* kPreviewStale = "Preview will not be updated until the search is performed again.";
+constexpr const char* kUnableToShow = "Unable to show file.";
+
+QString versionText() { return QStringLiteral("Version ") + QStringLiteral(VANTOREL_VERSION); }
+
+}  // namespace
+
+RepForm::RepForm(RepFormOptions options, QWidget* parent) : QMainWindow(parent), options_(std::move(options)) {
+    setObjectName(QStringLiteral("RepForm"));
+    if (options_.messages) {
+        messages_ = options_.messages;
+    } else {
+        ownMessages_ = std::make_unique<GuiMessageHost>(this);
+        messages_ = ownMessages_.get();
+    }
+    if (options_.desktop) {
+        desktop_ = options_.desktop;
+    } else {
+        ownDesktop_ = std::make_unique<SystemDesktop>();
+        desktop_ = ownDesktop_.get();
+    }
+    if (options_.programFolder.empty())
+        options_.programFolder = QCoreApplication::applicationDirPath().toStdString();
+    runs_ = new RunController(*this, *messages_, state_, this);
+
+    buildWidgets();
+    buildMenus();
+    setWindowTitle(QString::fromUtf8(kProgramTitle));
+    setWindowIcon(productLogo(64));
+    versionLabel_->setText(versionText());
+    // The designed size; the settings put back the user's own.
+    resize(twipsToPixelsX(13500, this), twipsToPixelsY(10500, this));
+
+    const std::filesystem::path file =
+        options_.settingsFile.empty() ? RegistryStore::defaultFile() : options_.settingsFile;
+    store_ = std::make_unique<RegistryStore>(file, messages_);
+    settingsStore_ = std::make_unique<SettingsStore>(*store_, *messages_);
+    settingsStore_->LoadSettings(settings_, *this);
+
+    for (int column = 0; column < 5; ++column)
+        view_->header()->resizeSection(column, twipsToPixelsX(kColumnWidths[column], this));
+    loadIntroduction();
+    layoutFrames();
+    previewAllAction_->setChecked(settings_.PreviewAll);
+    showAllAction_->setChecked(!settings_.ShowAll);
+}
+
+RepForm::~RepForm() { runs_->abandon(); }
+
+void RepForm::buildWidgets() {
+    auto* central = new QWidget(this);
+    central->setObjectName(QStringLiteral("CentralArea"));
+    setCentralWidget(central);
+    central->installEventFilter(this);
+
+    inputs_ = new InputFrame(central);
+    inputs_->setOptionColumnWidth(twipsToPixelsX(2235, this));
+
+    mid_ = new QWidget(central);
+    mid_->setObjectName(QStringLiteral("MidFrame"));
+    auto button = [this](const char* name, const QString& text) {
+        auto* b = new QPushButton(text, mid_);
+        b->setObjectName(QString::fromLatin1(name));
+        b->setMinimumWidth(std::max(b->sizeHint().width(), twipsToPixelsX(1200, this)));
+        return b;
+    };
+    findButton_ = button("FindBtn", QStringLiteral("Find"));
+    replaceButton_ = button("RepBtn", QStringLiteral("Replace"));
+    extractButton_ = button("ExtrBtn", QStringLiteral("Extract"));
+    stopButton_ = button("StopBtn", QStringLiteral("Stop"));
+    findButton_->setDefault(true);
+    stopButton_->setEnabled(false);
+    stopButton_->setShortcut(QKeySequence(Qt::Key_Escape));
+    extractButton_->setToolTip(QStringLiteral("Gather the text of every match (regular expressions only)"));
+    progress_ = new ColourProgressBar(mid_);
+    versionLabel_ = new QLabel(mid_);
+    versionLabel_->setObjectName(QStringLiteral("VLabel"));
+    logo_ = new QLabel(mid_);
+    logo_->setObjectName(QStringLiteral("Picture2"));
+    logo_->setPixmap(makerLogo(28));
+    logo_->setCursor(Qt::PointingHandCursor);
+    logo_->setToolTip(QString::fromUtf8(kMakerPage));
+    logo_->installEventFilter(this);
+    auto* buttons = new QHBoxLayout(mid_);
+    buttons->setContentsMargins(8, 4, 8, 6);
+    for (QPushButton* b : {findButton_, replaceButton_, extractButton_, stopButton_}) buttons->addWidget(b);
+    buttons->addSpacing(12);
+    buttons->addWidget(progress_, 1);
+    buttons->addSpacing(12);
+    buttons->addWidget(versionLabel_);
+    buttons->addWidget(logo_);
+
+    lower_ = new QWidget(central);
+    lower_->setObjectName(QStringLiteral("LowerFrame"));
+    view_ = new ResultsView(lower_);
+    model_ = new ResultsModel(this);
+    view_->setModel(model_);
+    auto* list = new QVBoxLayout(lower_);
+    list->setContentsMargins(4, 0, 4, 0);
+    list->addWidget(view_);
+
+    dragLine_ = new DragLine(central);
+    preview_ = new PreviewFrame(central);
+
+    statusBar()->setObjectName(QStringLiteral("StatusBar1"));
+    statusPanel_ = new QLabel(statusBar());
+    statusPanel_->setObjectName(QStringLiteral("StatusPanel"));
+    statusBar()->addWidget(statusPanel_, 1);
+
+    splashTimer_ = new QTimer(this);
+    splashTimer_->setObjectName(QStringLiteral("SplashTimer"));
+    splashTimer_->setSingleShot(true);
+    splashTimer_->setInterval(400);
+    connect(splashTimer_, &QTimer::timeout, this, [this] {
+        splashTimer_->stop();
+        showAbout();
+    });
+
+    connect(findButton_, &QPushButton::clicked, this, &RepForm::startFind);
+    connect(replaceButton_, &QPushButton::clicked, this, &RepForm::startReplace);
+    connect(extractButton_, &QPushButton::clicked, this, &RepForm::startExtract);
+    connect(stopButton_, &QPushButton::clicked, this, &RepForm::stopRun);
+    for (HistoryBox box : {HistoryBox::Find, HistoryBox::Folder, HistoryBox::Filter})
+        connect(inputs_->box(box)->lineEdit(), &QLineEdit::returnPressed, this, [this] {
+            if (findButton_->isEnabled()) startFind();
+        });
+    connect(inputs_, &InputFrame::regularExpressionModeChanged, this, [this](bool on) {
+        if (!isRunning()) extractButton_->setEnabled(on);
+    });
+    extractButton_->setEnabled(inputs_->option(OptionBox::RegularExpression)->isChecked());
+    connect(inputs_->folderButton(), &QPushButton::clicked, this, &RepForm::chooseFolder);
+    connect(dragLine_, &DragLine::dragged, this, &RepForm::moveDivider);
+    connect(model_, &ResultsModel::checkChanged, this, &RepForm::onRowCheckChanged);
+    connect(view_, &ResultsView::leftReleased, this, &RepForm::onListLeftReleased);
+    connect(view_, &ResultsView::keyReleased, this, &RepForm::onListKeyReleased);
+    connect(view_, &QTreeView::doubleClicked, this, [this](const QModelIndex& index) { openRow(index.row()); });
+    connect(view_->header(), &QHeaderView::sectionClicked, this, &RepForm::onHeaderClicked);
+    connect(preview_, &PreviewFrame::pageRequested, this, &RepForm::onPageRequested);
+    connect(preview_, &PreviewFrame::shown, this, &RepForm::previewShown);
+    connect(preview_, &PreviewFrame::unableToShow, this, [this] { showMessage(kUnableToShow); });
+}
+
+void RepForm::buildMenus() {
+    fileMenu_ = menuBar()->addMenu(QStringLiteral("&File"));
+    fileMenu_->setObjectName(QStringLiteral("mnuFile"));
+    QAction* exit = fileMenu_->addAction(QStringLiteral("Exit"));
+    exit->setObjectName(QStringLiteral("mExit"));
+    exit->setShortcut(QKeySequence::Quit);
+    connect(exit, &QAction::triggered, this, &QWidget::close);
+
+    viewMenu_ = menuBar()->addMenu(QStringLiteral("&View"));
+    viewMenu_->setObjectName(QStringLiteral("mView"));
+    showAllAction_ = viewMenu_->addAction(QStringLiteral("Only List Files with Matches"));
+    showAllAction_->setObjectName(QStringLiteral("mShowAll"));
+    showAllAction_->setCheckable(true);
+    connect(showAllAction_, &QAction::triggered, this, &RepForm::onShowAllTriggered);
+    previewAllAction_ = viewMenu_->addAction(QStringLiteral("Preview all matches together"));
+    previewAllAction_->setObjectName(QStringLiteral("mAllFound"));
+    previewAllAction_->setCheckable(true);
+    connect(previewAllAction_, &QAction::triggered, this, &RepForm::onPreviewAllTriggered);
+
+    QMenu* help = menuBar()->addMenu(QStringLiteral("&Help"));
+    help->setObjectName(QStringLiteral("mnuHelp"));
+    QAction* instructions = help->addAction(QStringLiteral("Show Help"));
+    instructions->setObjectName(QStringLiteral("mInstructions"));
+    instructions->setShortcut(QKeySequence::HelpContents);
+    connect(instructions, &QAction::triggered, this, &RepForm::showHelp);
+    help->addSeparator()->setObjectName(QStringLiteral("mdiv0"));
+    QAction* web = help->addAction(QStringLiteral("Visit Brimlark on the web"));
+    web->setObjectName(QStringLiteral("mweb"));
+    connect(web, &QAction::triggered, this, [this] { OpenPage(*desktop_, *messages_, QString::fromUtf8(kMakerPage)); });
+    QAction* home = help->addAction(QStringLiteral("Vantorel Home"));
+    home->setObjectName(QStringLiteral("mweb2"));
+    connect(home, &QAction::triggered, this, [this] { OpenPage(*desktop_, *messages_, QString::fromUtf8(kProductPage)); });
+    help->addSeparator()->setObjectName(QStringLiteral("mDiv1"));
+    aboutAction_ = help->addAction(QStringLiteral("About..."));
+    aboutAction_->setObjectName(QStringLiteral("mAbout"));
+    connect(aboutAction_, &QAction::triggered, this, &RepForm::showAbout);
+}
+
+void RepForm::loadIntroduction() {
+    const std::filesystem::path file = findProgramFile(options_.programFolder, "intro.rtf");
+    if (file.empty()) return;  // a missing introduction leaves the pane empty
+    std::ifstream in(file, std::ios::binary);
+    std::ostringstream bytes;
+    bytes << in.rdbuf();
+    try {
+        preview_->pane()->showStyled(RtfReader::read(bytes.str()));
+    } catch (const std::exception&) {
+        // Not readable as RTF: the pane stays empty.
+    }
+}
+
+void RepForm::setStartFolder(const QString& folder) {
+    QString text = folder;
+    text.remove(QLatin1Char('"'));
+    if (text.isEmpty()) return;
+    if (QDir::isRelativePath(text)) text = QDir::cleanPath(QDir::current().absoluteFilePath(text));
+    inputs_->box(HistoryBox::Folder)->setEditText(text);
+}
+
+bool RepForm::isRunning() const { return runs_->isRunning(); }
+
+// ---- Settings: what MainWindowState reads and writes --------------------
+
+std::vector<std::string> RepForm::historyItems(HistoryBox box) const { return inputs_->box(box)->items(); }
+
+void RepForm::setHistoryItems(HistoryBox box, const std::vector<std::string>& items) {
+    inputs_->box(box)->setItems(items);
+}
+
+std::string RepForm::boxText(HistoryBox box) const { return inputs_->box(box)->text(); }
+
+void RepForm::setBoxText(HistoryBox box, const std::string& text) { inputs_->box(box)->setText(text); }
+
+bool RepForm::isOptionChecked(OptionBox box) const { return inputs_->option(box)->isChecked(); }
+
+void RepForm::setOptionChecked(OptionBox box, bool checked) { inputs_->option(box)->setChecked(checked); }
+
+WindowGeometry RepForm::geometry() const {
+    const QRect normal = isMaximized() || isMinimized() ? normalGeometry() : QRect(pos(), size());
+    return WindowGeometry{pixelsToTwipsY(normal.y(), this), pixelsToTwipsX(normal.x(), this),
+                          pixelsToTwipsX(normal.width(), this), pixelsToTwipsY(normal.height(), this)};
+}
+
+void RepForm::setGeometry(const WindowGeometry& geometry) {
+    move(twipsToPixelsX(geometry.left, this), twipsToPixelsY(geometry.top, this));
+    if (geometry.width > 0 && geometry.height > 0)
+        resize(twipsToPixelsX(geometry.width, this), twipsToPixelsY(geometry.height, this));
+}
+
+WindowShowState RepForm::showState() const {
+    if (isMinimized()) return WindowShowState::Minimised;
+    if (isMaximized()) return WindowShowState::Maximised;
+    return WindowShowState::Normal;
+}
+
+void RepForm::maximise() { setWindowState(windowState() | Qt::WindowMaximized); }
+
+void RepForm::setDividerPosition(long position) {
+    divider_ = position;
+    layoutFrames();
+}
+
+void RepForm::setPreviewFont(const std::string& name, long size) {
+    preview_->pane()->setPreviewFont(QString::fromStdString(name), static_cast<int>(size));
+}
+
+// On a first run the About box comes up once, shortly after the window shows.
+void RepForm::switchOnFirstRunElement() { firstRun_ = true; }
+
+// ---- Starting and stopping runs ------------------------------------------
+
+void RepForm::startFind() { startRun(RunKind::Find); }
+void RepForm::startReplace() { startRun(RunKind::Replace); }
+void RepForm::startExtract() { startRun(RunKind::Extract); }
+void RepForm::stopRun() { runs_->stop(); }
+
+RunRequest RepForm::buildRequest(RunKind kind) const {
+    RunRequest request;
+    request.kind = kind;
+    request.jobs.push_back({boxText(HistoryBox::Find), boxText(HistoryBox::Replace)});
+    std::string folder = boxText(HistoryBox::Folder);
+    if (!folder.empty() && QDir::isRelativePath(QString::fromStdString(folder)))
+        folder = QDir::current().absoluteFilePath(QString::fromStdString(folder)).toStdString();
+    request.startFolder = folder;
+    request.filter = boxText(HistoryBox::Filter);
+    request.regularExpression = isOptionChecked(OptionBox::RegularExpression);
+    request.ignoreCase = !isOptionChecked(OptionBox::MatchCase);
+    request.wholeWords = isOptionChecked(OptionBox::WholeWords) && !request.regularExpression;
+    request.scanSubfolders = settings_.ScanSubfolders;
+    request.makeBackups = settings_.MakeBackups;
+    request.showAll = settings_.ShowAll;
+    request.markedOnly = inputs_->markedBox()->isChecked();
+    if (request.markedOnly) request.markedFiles = model_->checkedPaths();
+    if (settings_.PreviewAll) {
+        const MatchPreview preview(previewSettings());
+        auto built = std::make_shared<std::atomic<long>>(0);
+        request.previewSection = [preview, built](const std::string& path, std::string_view text,
+                                                  TextEncoding encoding, const CompiledPattern& pattern) {
+            if (built->fetch_add(1) >= kSectionsBuilt) return StyledText{};
+            return preview.section(path, text, encoding, pattern);
+        };
+    }
+    return request;
+}
+
+void RepForm::startRun(RunKind kind) {
+    if (isRunning()) return;
+    RunRequest request = buildRequest(kind);
+    runKind_ = kind;
+    runMarkedOnly_ = request.markedOnly;
+    runPreviewAll_ = settings_.PreviewAll;
+    if (kind == RunKind::Extract && settings_.ClearExtractText) extracted_.clear();
+    inputs_->markedBox()->setEnabled(false);
+    runs_->start(std::move(request));
+}
+
+void RepForm::setBusy(bool busy) {
+    stopButton_->setEnabled(busy);
+    findButton_->setEnabled(!busy);
+    replaceButton_->setEnabled(!busy);
+    extractButton_->setEnabled(!busy && isOptionChecked(OptionBox::RegularExpression));
+    fileMenu_->menuAction()->setEnabled(!busy);
+    viewMenu_->menuAction()->setEnabled(!busy);
+    aboutAction_->setEnabled(!busy);
+    preview_->pane()->setEnabled(!busy);
+    view_->setEnabled(!busy);
+    if (busy) setCursor(Qt::BusyCursor);
+    else unsetCursor();
+}
+
+PreviewSettings RepForm::previewSettings() const {
+    return PreviewSettings{settings_.HitsPerPage, settings_.CharsAround, settings_.CharsBetween,
+                           settings_.ShowLineNumbers};
+}
+
+bool RepForm::ignoreCase() const { return !isOptionChecked(OptionBox::MatchCase); }
+
+void RepForm::showMessage(const std::string& text, MessageIcon icon) {
+    messages_->showMessage(Message{text, kProgramTitle, icon, MessageKind::Notice});
+}
+
+// ---- What a run reports ----------------------------------------------------
+
+void RepForm::runStarted() {
+    progress_->setProgress(-1, PassKind::Searching);
+    preview_->reset();
+    preview_->pane()->clear();
+    preview_->pane()->setPreviewFont(QString::fromStdString(settings_.PreviewFontName),
+                                     static_cast<int>(settings_.PreviewFontSize));
+    anchorsByPath_.clear();
+    previewFull_ = false;
+    setBusy(true);
+}
+
+void RepForm::passStarted(PassKind pass) { pass_ = pass; }
+
+void RepForm::clearRows() {
+    pendingRows_.clear();
+    model_->clear();
+    view_->header()->setSortIndicatorShown(false);
+}
+
+int RepForm::appendPreview(const StyledText& section) {
+    if (section.empty() || previewFull_) return -1;
+    PreviewPane* pane = preview_->pane();
+    if (pane->characterCount() >= kPreviewCharacters) {
+        previewFull_ = true;
+        pane->appendStyled({StyledRun{"The preview holds the files above. Click a later file in the list to see "
+                                      "its matches here.\r\n\r\n",
+                                      kGrey, true}});
+        return -1;
+    }
+    return pane->appendStyled(section);
+}
+
+void RepForm::addRow(const FileReport& row, int previewAnchor) {
+    if (previewAnchor >= 0) {
+        if (pass_ != PassKind::Writing) anchorsByPath_[row.path] = previewAnchor;
+    } else if (pass_ == PassKind::Writing) {
+        // The writing pass builds no sections: its rows lead to the counting pass's.
+        const auto found = anchorsByPath_.find(row.path);
+        if (found != anchorsByPath_.end()) previewAnchor = found->second;
+    }
+    pendingRows_.emplace_back(row, previewAnchor);
+}
+
+void RepForm::appendExtracted(const std::string& text) { extracted_ += text; }
+
+void RepForm::setStatus(const std::string& text) { statusPanel_->setText(displayText(text)); }
+
+void RepForm::setProgress(int percent, PassKind pass) { progress_->setProgress(percent, pass); }
+
+void RepForm::flush() {
+    if (pendingRows_.empty()) return;
+    std::vector<ResultsModel::Entry> entries;
+    entries.reserve(pendingRows_.size());
+    for (auto& [report, anchor] : pendingRows_) entries.push_back({ResultRow::fromReport(report), anchor});
+    pendingRows_.clear();
+    model_->append(std::move(entries));
+}
+
+void RepForm::runFinished(const RunOutcome& outcome, const std::string& previewPattern) {
+    flush();
+    setBusy(false);
+    const bool anyMarked = model_->anyChecked();
+    if (!anyMarked) inputs_->markedBox()->setChecked(false);
+    inputs_->markedBox()->setEnabled(anyMarked);
+    if (outcome.patternError) pointAtPatternError(outcome.patternError->offset(), outcome.patternError->what());
+    if (outcome.result != RunResult::Refused) {
+        previewPattern_ = previewPattern;
+        progress_->setProgress(-1, PassKind::Searching);
+    }
+    if (outcome.result == RunResult::Completed) {
+        inputs_->box(HistoryBox::Find)->remember(QString::fromStdString(boxText(HistoryBox::Find)));
+        if (runKind_ == RunKind::Replace)
+            inputs_->box(HistoryBox::Replace)->remember(QString::fromStdString(boxText(HistoryBox::Replace)));
+        inputs_->box(HistoryBox::Folder)->remember(QString::fromStdString(boxText(HistoryBox::Folder)));
+        inputs_->box(HistoryBox::Filter)->remember(QString::fromStdString(boxText(HistoryBox::Filter)));
+        // One file at a time: show the first file's matches straight away.
+        if (!settings_.PreviewAll && model_->rowCount() > 0) {
+            view_->setCurrentIndex(model_->index(0, 0));
+            previewSelectedRow();
+        } else if (runPreviewAll_) {
+            preview_->pane()->moveCursor(QTextCursor::Start);
+        }
+    }
+    emit runEnded();
+}
+
+void RepForm::pointAtPatternError(std::size_t offset, const std::string& what) {
+    QLineEdit* edit = inputs_->box(HistoryBox::Find)->lineEdit();
+    const QString text = edit->text();
+    // The offset counts characters (code points); the box counts UTF-16 units.
+    int position = 0;
+    for (std::size_t seen = 0; seen < offset && position < text.size(); ++seen)
+        position += text.at(position).isHighSurrogate() && position + 1 < text.size() ? 2 : 1;
+    edit->setFocus();
+    edit->setSelection(position, position < text.size() ? 1 : 0);
+    statusPanel_->setText(QString::fromStdString(what));
+}
+
+// ---- The results list and the preview ------------------------------------
+
+void RepForm::onRowCheckChanged(int, bool checked) {
+    QCheckBox* marked = inputs_->markedBox();
+    if (checked) {
+        marked->setEnabled(true);
+        marked->setChecked(true);
+    } else if (!model_->anyChecked()) {
+        marked->setChecked(false);
+        marked->setEnabled(false);
+    }
+}
+
+void RepForm::previewSelectedRow() {
+    const int row = view_->selectedRow();
+    if (row < 0) return;
+    preview_->showFilePage(model_->pathAt(row), previewPattern_, ignoreCase(), previewSettings(), 1);
+}
+
+void RepForm::onListLeftReleased() {
+    const int row = view_->selectedRow();
+    if (row < 0) return;
+    if (!settings_.PreviewAll) {
+        previewSelectedRow();
+        return;
+    }
+    if (model_->rowAt(row).matches == 0) return;
+    const int anchor = model_->previewAnchorAt(row);
+    if (anchor >= 0) {
+        preview_->pane()->scrollToBlock(anchor);
+        emit previewShown();
+    } else {
+        preview_->showSectionOnDemand(model_->pathAt(row), previewPattern_, ignoreCase(), previewSettings());
+    }
+}
+
+void RepForm::onListKeyReleased() {
+    if (!settings_.PreviewAll) previewSelectedRow();
+}
+
+void RepForm::onHeaderClicked(int column) {
+    try {
+        const bool descending = sortDirections_.toggle(static_cast<std::size_t>(column));
+        model_->sortByColumn(column, descending);
+        view_->header()->setSortIndicator(column, descending ? Qt::DescendingOrder : Qt::AscendingOrder);
+        view_->header()->setSortIndicatorShown(true);
+    } catch (const std::exception&) {
+        showMessage("Error sorting list");
+    }
+}
+
+void RepForm::onPageRequested(int direction) {
+    if (model_->rowCount() == 0 || settings_.PreviewAll) return;
+    preview_->turnPage(direction);
+}
+
+void RepForm::onPreviewAllTriggered(bool on) {
+    settings_.PreviewAll = on;
+    previewAllAction_->setChecked(on);
+    if (on) {
+        preview_->reset();
+        PreviewPane* pane = preview_->pane();
+        pane->setPreviewFont(QString::fromStdString(settings_.PreviewFontName),
+                             static_cast<int>(settings_.PreviewFontSize));
+        pane->showStyled({StyledRun{kPreviewStale, kBlack, false}});
+        emit previewShown();
+    } else {
+        previewSelectedRow();
+    }
+}
+
+void RepForm::onShowAllTriggered(bool checked) {
+    // The check mark stands for listing only files with matches.
+    settings_.ShowAll = !checked;
+}
+
+void RepForm::openRow(int row) {
+    if (row < 0 || row >= model_->rowCount()) return;
+    // Opened with its default program; a failure is not reported.
+    desktop_->openUrl(QUrl::fromLocalFile(QString::fromStdString(model_->pathAt(row))));
+}
+
+void RepForm::chooseFolder() {
+    try {
+        if (settings_.LastFolder.empty()) settings_.LastFolder = "/";
+        QString start = QString::fromStdString(settings_.LastFolder);
+        if (start == QLatin1String("\\")) start = QDir::homePath();  // the first run's folder
+        const QString chosen = BrowseForFolder(*desktop_, this, QStringLiteral("Select Folder:"), start);
+        if (chosen.isEmpty()) return;
+        inputs_->box(HistoryBox::Folder)->setEditText(chosen);
+        settings_.LastFolder = chosen.toStdString();
+    } catch (const std::exception&) {
+        showMessage("Error selecting folder.");
+    }
+}
+
+void RepForm::showAbout() {
+    auto* about = new frmAbout(*desktop_, *messages_, this);
+    about->setAttribute(Qt::WA_DeleteOnClose);
+    about->open();
+}
+
+void RepForm::showHelp() {
+    const std::filesystem::path readme = findProgramFile(options_.programFolder, "readme.html");
+    const std::filesystem::path shown = readme.empty() ? options_.programFolder / "readme.html" : readme;
+    OpenPage(*desktop_, *messages_, QString::fromStdString(shown.string()));
+}
+
+// ---- Window events and layout --------------------------------------------
+
+void RepForm::closeEvent(QCloseEvent* event) {
+    runs_->abandon();
+    settingsStore_->SaveSettings(settings_, *this);
+    event->accept();
+}
+
+void RepForm::showEvent(QShowEvent* event) {
+    QMainWindow::showEvent(event);
+    // A window saved on a screen that is gone comes back on the primary one.
+    bool visible = false;
+    for (const QScreen* screen : QGuiApplication::screens())
+        visible = visible || screen->availableGeometry().intersects(frameGeometry());
+    if (!visible && QGuiApplication::primaryScreen())
+        move(QGuiApplication::primaryScreen()->availableGeometry().topLeft());
+    if (firstRun_) {
+        firstRun_ = false;
+        splashTimer_->start();
+    }
+}
+
+bool RepForm::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == centralWidget() && event->type() == QEvent::Resize) {
+        clampDividerOnResize();
+        layoutFrames();
+    } else if (watched == logo_ && event->type() == QEvent::MouseButtonRelease) {
+        OpenPage(*desktop_, *messages_, QString::fromUtf8(kMakerPage));
+        return true;
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
+long RepForm::bandHeight() const {
+    const int top = inputs_->sizeHint().height() + mid_->sizeHint().height();
+    return pixelsToTwipsY(std::max(0, centralWidget()->height() - top), this);
+}
+
+void RepForm::moveDivider(int offsetPixels) {
+    const long wanted = divider_ + pixelsToTwipsY(offsetPixels, this);
+    const long inner = bandHeight();
+    if (wanted < kListMinimum) divider_ = kListMinimum;
+    else if (inner - kPreviewMinimum >= wanted) divider_ = wanted;
+    else divider_ = inner - kPreviewMinimum;  // the preview's minimum wins
+    layoutFrames();
+}
+
+void RepForm::clampDividerOnResize() {
+    const long inner = bandHeight();
+    if (inner >= kListMinimum && inner - kPreviewMinimum < divider_) divider_ = inner - kPreviewMinimum;
+    if (divider_ < kListMinimum) divider_ = kListMinimum;  // the list's minimum wins
+}
+
+void RepForm::layoutFrames() {
+    QWidget* area = centralWidget();
+    const int width = area->width();
+    const int height = area->height();
+    const int upper = inputs_->sizeHint().height();
+    const int mid = mid_->sizeHint().height();
+    inputs_->setGeometry(0, 0, width, upper);
+    mid_->setGeometry(0, upper, width, mid);
+    const int top = upper + mid;
+    const int list = std::max(0, twipsToPixelsY(divider_, this));
+    const int bar = dragLine_->sizeHint().height();
+    lower_->setGeometry(0, top, width, list);
+    dragLine_->setGeometry(0, top + list, width, bar);
+    preview_->setGeometry(0, top + list + bar, width, std::max(0, height - top - list - bar));
+}
+
+}  // namespace vantorel::ui

@@ -1,0 +1,201 @@
+#pragma once
+// The main window: the inputs of a run, the results list above a movable
+// divider and the match preview below it, the status bar, and the menus.
+// Runs go to a worker thread through the run controller; the window shows
+// what they report and stays responsive.
+
+#include <QMainWindow>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <unordered_map>
+
+#include "core/AppSettings.h"
+#include "core/MainWindowState.h"
+#include "core/MessageHost.h"
+#include "core/SearchState.h"
+#include "results/MatchPreview.h"
+#include "results/ResultSort.h"
+#include "ui/RunDisplay.h"
+
+class QAction;
+class QLabel;
+class QMenu;
+class QPushButton;
+class QTimer;
+
+namespace vantorel {
+class RegistryStore;
+class SettingsStore;
+}  // namespace vantorel
+
+namespace vantorel::ui {
+
+class ColourProgressBar;
+class DesktopServices;
+class DragLine;
+class GuiMessageHost;
+class InputFrame;
+class PreviewFrame;
+class ResultsModel;
+class ResultsView;
+class RunController;
+
+struct RepFormOptions {
+    // Where messages and questions go; by default the desktop's message boxes.
+    MessageHost* messages = nullptr;
+    // How pages, documents and dialogs are opened; by default the desktop's own.
+    DesktopServices* desktop = nullptr;
+    // The settings file; by default the user's (RegistryStore::defaultFile()).
+    std::filesystem::path settingsFile;
+    // The folder of the program's data files; by default the executable's.
+    std::filesystem::path programFolder;
+};
+
+class RepForm : public QMainWindow, public MainWindowState, private RunDisplay {
+    Q_OBJECT
+public:
+    // The divider keeps the list at least this tall and the preview band at
+    // least this tall (twips); when both cannot hold, see moveDivider().
+    static constexpr long kListMinimum = 2000;
+    static constexpr long kPreviewMinimum = 5000;
+
+    explicit RepForm(RepFormOptions options = {}, QWidget* parent = nullptr);
+    ~RepForm() override;
+
+    // The command line's folder.
+    void setStartFolder(const QString& folder);
+    AppSettings& settings() noexcept { return settings_; }
+    const std::string& extractedText() const noexcept { return extracted_; }
+    const std::string& previewPattern() const noexcept { return previewPattern_; }
+    bool isRunning() const;
+    ResultsModel* results() const noexcept { return model_; }
+    // The height of the band below the buttons, holding list, divider and preview (twips).
+    long bandHeight() const;
+
+    // MainWindowState
+    std::vector<std::string> historyItems(HistoryBox box) const override;
+    void setHistoryItems(HistoryBox box, const std::vector<std::string>& items) override;
+    std::string boxText(HistoryBox box) const override;
+    void setBoxText(HistoryBox box, const std::string& text) override;
+    bool isOptionChecked(OptionBox box) const override;
+    void setOptionChecked(OptionBox box, bool checked) override;
+    WindowGeometry geometry() const override;
+    void setGeometry(const WindowGeometry& geometry) override;
+    WindowShowState showState() const override;
+    void maximise() override;
+    long dividerPosition() const override { return divider_; }
+    void setDividerPosition(long position) override;
+    void setPreviewFont(const std::string& name, long size) override;
+    void switchOnFirstRunElement() override;
+
+public slots:
+    void startFind();
+    void startReplace();
+    void startExtract();
+    void stopRun();
+    // Dragging the divider by a number of pixels.
+    void moveDivider(int offsetPixels);
+
+signals:
+    // A run has ended and the window is idle again.
+    void runEnded();
+    // The preview shows what was asked of it (a page, a section, a message).
+    void previewShown();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void buildWidgets();
+    void buildMenus();
+    void loadIntroduction();
+    void startRun(RunKind kind);
+    RunRequest buildRequest(RunKind kind) const;
+    void setBusy(bool busy);
+    PreviewSettings previewSettings() const;
+    bool ignoreCase() const;
+    void showMessage(const std::string& text, MessageIcon icon = MessageIcon::None);
+
+    // RunDisplay
+    void runStarted() override;
+    void passStarted(PassKind pass) override;
+    void clearRows() override;
+    int appendPreview(const StyledText& section) override;
+    void addRow(const FileReport& row, int previewAnchor) override;
+    void appendExtracted(const std::string& text) override;
+    void setStatus(const std::string& text) override;
+    void setProgress(int percent, PassKind pass) override;
+    void flush() override;
+    void runFinished(const RunOutcome& outcome, const std::string& previewPattern) override;
+
+    void onRowCheckChanged(int row, bool checked);
+    void onListLeftReleased();
+    void onListKeyReleased();
+    void previewSelectedRow();
+    void onHeaderClicked(int column);
+    void onPageRequested(int direction);
+    void onPreviewAllTriggered(bool on);
+    void onShowAllTriggered(bool checked);
+    void openRow(int row);
+    void chooseFolder();
+    void showAbout();
+    void showHelp();
+    void pointAtPatternError(std::size_t offset, const std::string& what);
+
+    void layoutFrames();
+    void clampDividerOnResize();
+
+    RepFormOptions options_;
+    std::unique_ptr<GuiMessageHost> ownMessages_;
+    std::unique_ptr<DesktopServices> ownDesktop_;
+    MessageHost* messages_ = nullptr;
+    DesktopServices* desktop_ = nullptr;
+    std::unique_ptr<RegistryStore> store_;
+    std::unique_ptr<SettingsStore> settingsStore_;
+    AppSettings settings_;
+    SearchState state_;
+    RunController* runs_ = nullptr;
+
+    InputFrame* inputs_ = nullptr;
+    QWidget* mid_ = nullptr;
+    QWidget* lower_ = nullptr;
+    DragLine* dragLine_ = nullptr;
+    PreviewFrame* preview_ = nullptr;
+    ResultsView* view_ = nullptr;
+    ResultsModel* model_ = nullptr;
+    QPushButton* findButton_ = nullptr;
+    QPushButton* replaceButton_ = nullptr;
+    QPushButton* extractButton_ = nullptr;
+    QPushButton* stopButton_ = nullptr;
+    ColourProgressBar* progress_ = nullptr;
+    QLabel* versionLabel_ = nullptr;
+    QLabel* logo_ = nullptr;
+    QLabel* statusPanel_ = nullptr;
+    QMenu* fileMenu_ = nullptr;
+    QMenu* viewMenu_ = nullptr;
+    QAction* showAllAction_ = nullptr;
+    QAction* previewAllAction_ = nullptr;
+    QAction* aboutAction_ = nullptr;
+    QTimer* splashTimer_ = nullptr;
+    bool firstRun_ = false;
+
+    long divider_ = 3000;  // the list's height, in twips
+    SortDirections sortDirections_;
+
+    // The run going on, or the last one.
+    RunKind runKind_ = RunKind::Find;
+    bool runMarkedOnly_ = false;
+    bool runPreviewAll_ = true;
+    PassKind pass_ = PassKind::Searching;
+    std::string previewPattern_;
+    bool previewCaseSensitive_ = false;
+    std::string extracted_;
+    std::vector<std::pair<FileReport, int>> pendingRows_;
+    std::unordered_map<std::string, int> anchorsByPath_;
+    bool previewFull_ = false;
+};
+
+}  // namespace vantorel::ui

@@ -1,0 +1,27 @@
+#pragma once
+// The results list (ListView1): reports the key and mouse releases that keep
+// the preview in step with the selection.
+
+#include <QTreeView>
+
+namespace vantorel::ui {
+
+class ResultsView : public QTreeView {
+    Q_OBJECT
+public:
+    explicit ResultsView(QWidget* parent = nullptr);
+    // The row the preview follows: the current row, or -1.
+    int selectedRow() const;
+
+signals:
+    // A key other than Ctrl+A was released without modifiers.
+    void keyReleased();
+    // The left button was released over the list without modifiers.
+    void leftReleased();
+
+protected:
+    void keyReleaseEvent(QKeyEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+};
+
+}  // namespace vantorel::ui

@@ -1,0 +1,59 @@
+#pragma once
+// Runs a Find, Replace or Extract on a worker thread and shows what it
+// reports on the window's thread: events are taken from a bounded queue in
+// short time slices, so the window stays responsive whatever the run finds.
+// Messages and questions are shown on the window's thread while the worker
+// waits for the answer.
+
+#include <QObject>
+#include <QTimer>
+#include <memory>
+
+#include "core/MessageHost.h"
+#include "core/SearchState.h"
+#include "search/RunTypes.h"
+#include "ui/RunDisplay.h"
+
+class QThread;
+
+namespace vantorel::ui {
+
+class RunEventQueue;
+class WorkerRunHost;
+
+class RunController : public QObject {
+    Q_OBJECT
+public:
+    RunController(RunDisplay& display, MessageHost& messages, SearchState& state, QObject* parent = nullptr);
+    ~RunController() override;
+
+    bool isRunning() const noexcept { return thread_ != nullptr; }
+    // Starts a run; false when one is already going on.
+    bool start(RunRequest request);
+    // The Stop button: the run notices at its next check.
+    void stop();
+    // The window is closing: stop, answer any question with No, drop what is
+    // still to be shown and wait for the worker to end.
+    void abandon();
+
+signals:
+    void finished();
+
+private slots:
+    void drain();
+
+private:
+    void cleanUp();
+
+    RunDisplay& display_;
+    MessageHost& messages_;
+    SearchState& state_;
+    std::unique_ptr<RunEventQueue> queue_;
+    std::unique_ptr<WorkerRunHost> host_;
+    QThread* thread_ = nullptr;
+    QTimer timer_;
+    bool draining_ = false;
+    int pendingAnchor_ = -1;
+};
+
+}  // namespace vantorel::ui

@@ -1,0 +1,78 @@
+#include "ui/RunEventQueue.h"
+
+namespace vantorel::ui {
+
+std::size_t RunEvent::weight() const {
+    std::size_t bytes = sizeof(RunEvent) + text.size() + row.path.size() + message.text.size();
+    for (const StyledRun& run : section) bytes += sizeof(StyledRun) + run.text.size();
+    return bytes;
+}
+
+RunEventQueue::RunEventQueue(std::size_t maxEvents, std::size_t maxBytes)
+    : maxEvents_(maxEvents), maxBytes_(maxBytes) {}
+
+void RunEventQueue::setWakeUp(std::function<void()> wakeUp) {
+    std::lock_guard lock(mutex_);
+    wakeUp_ = std::move(wakeUp);
+}
+
+void RunEventQueue::push(std::unique_lock<std::mutex>& lock, RunEvent event, bool wake) {
+    bytes_ += event.weight();
+    events_.push_back(std::move(event));
+    std::function<void()> wakeUp = wake ? wakeUp_ : nullptr;
+    lock.unlock();
+    if (wakeUp) wakeUp();
+    lock.lock();
+}
+
+void RunEventQueue::post(RunEvent event) {
+    std::unique_lock lock(mutex_);
+    changed_.wait(lock, [this] { return abandoned_ || !fullLocked(); });
+    if (abandoned_) return;
+    const bool wake = event.kind == RunEvent::Kind::Finished;
+    push(lock, std::move(event), wake);
+}
+
+bool RunEventQueue::roundTrip(RunEvent event) {
+    std::unique_lock lock(mutex_);
+    if (abandoned_) return false;
+    answer_.reset();
+    push(lock, std::move(event), true);
+    changed_.wait(lock, [this] { return abandoned_ || answer_.has_value(); });
+    if (abandoned_) return false;
+    const bool value = *answer_;
+    answer_.reset();
+    return value;
+}
+
+bool RunEventQueue::take(RunEvent& event) {
+    std::lock_guard lock(mutex_);
+    if (events_.empty()) return false;
+    const std::size_t weight = events_.front().weight();
+    event = std::move(events_.front());
+    events_.pop_front();
+    bytes_ = weight > bytes_ ? 0 : bytes_ - weight;
+    changed_.notify_all();
+    return true;
+}
+
+bool RunEventQueue::empty() const {
+    std::lock_guard lock(mutex_);
+    return events_.empty();
+}
+
+void RunEventQueue::answer(bool value) {
+    std::lock_guard lock(mutex_);
+    answer_ = value;
+    changed_.notify_all();
+}
+
+void RunEventQueue::abandon() {
+    std::lock_guard lock(mutex_);
+    abandoned_ = true;
+    events_.clear();
+    bytes_ = 0;
+    changed_.notify_all();
+}
+
+}  // namespace vantorel::ui
