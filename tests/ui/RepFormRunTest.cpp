@@ -1,0 +1,247 @@
+// A Find, a Replace and an Extract driven through the window's controls, with
+// every message and question answered through the message seam.
+
+#include <QHeaderView>
+#include <QMenu>
+#include <QTreeView>
+
+#include "UiTestSupport.h"
+#include "support/TempTree.h"
+#include "ui/ResultsView.h"
+
+using namespace vantorel;
+using namespace vantorel::test;
+
+class RepFormRunTest : public QObject {
+    Q_OBJECT
+
+    // b.txt and docs/a.txt hold "colour" 1 and 3 times (any case); c.txt none;
+    // d.log is not a .txt file.
+    static void writeTree(const TempTree& tree) {
+        tree.write("b.txt", "Colour\n");
+        tree.write("c.txt", "nothing here\n");
+        tree.write("d.log", "colour\n");
+        tree.write("docs/a.txt", "colour one\ncolour two colour\n");
+    }
+    static QString root(const TempTree& tree) { return QString::fromStdString(tree.root()); }
+
+private slots:
+    void findListsFilesAndShowsTheirSections() {
+        TempTree tree;
+        writeTree(tree);
+        FormFixture f;
+        f.setInputs(root(tree), "*.txt", "colour");
+        QVERIFY(f.runBy("FindBtn"));
+
+        QCOMPARE(f.status(), QString("3 files processed, 4 occurences found in 2 file(s)"));
+        QVERIFY(f.messages.messages.empty());
+        QCOMPARE(f.column(0), QStringList({"b.txt", "a.txt"}));
+        QCOMPARE(f.column(1), QStringList({root(tree) + "/", root(tree) + "/docs/"}));
+        QCOMPARE(f.column(2), QStringList({"1", "3"}));
+        QCOMPARE(f.column(3), QStringList({"7", "29"}));
+        QVERIFY(f.rows().index(0, 0).data(Qt::FontRole).value<QFont>().bold());
+        QCOMPARE(f.rows().index(0, 2).data(Qt::ForegroundRole).value<QColor>(), QColor(0, 0, 255));
+
+        // The combined preview: each file's section under its header, and each
+        // row leads to its own section.
+        const QString text = f.pane()->toPlainText();
+        QVERIFY2(text.contains(root(tree) + "/b.txt  (1 Found)\n00000001 | Colour"), qPrintable(text));
+        QVERIFY(text.contains(root(tree) + "/docs/a.txt  (3 Found)\n00000001 | colour one\n00000002 | colour two colour"));
+        const QTextDocument* document = f.pane()->document();
+        QVERIFY(document->findBlockByNumber(f.rows().previewAnchorAt(1)).text().startsWith(root(tree) + "/docs/a.txt  ("));
+        QVERIFY(document->findBlockByNumber(f.rows().previewAnchorAt(0)).text().startsWith(root(tree) + "/b.txt  ("));
+
+        // The inputs went to the top of their histories.
+        QCOMPARE(f.combo("FindText")->itemText(0), QString("colour"));
+        QCOMPARE(f.combo("StartDir")->itemText(0), root(tree));
+        QCOMPARE(f.combo("FilterCombo")->itemText(0), QString("*.txt"));
+        QCOMPARE(f.combo("FilterCombo")->count(), 7);  // "*.txt" was listed already
+        QCOMPARE(f.combo("RepText")->count(), 0);        // only a Replace records it
+        QCOMPARE(f.form->previewPattern(), std::string("colour"));
+    }
+
+    void replaceAsksOnceOnTheWindowThreadAndRewritesFiles() {
+        TempTree tree;
+        writeTree(tree);
+        FormFixture f;
+        f.setInputs(root(tree), "*.txt", "colour", "color");
+        f.messages.answers = {true};
+        bool busyWhileAsked = false;
+        f.messages.onQuestion = [&](const Message&) {
+            busyWhileAsked = !f.button("FindBtn")->isEnabled() && !f.button("RepBtn")->isEnabled() &&
+                             f.button("StopBtn")->isEnabled() && !f.child("ListView1")->isEnabled() &&
+                             !f.pane()->isEnabled() && !f.child<QMenu>("mnuFile")->menuAction()->isEnabled() &&
+                             !f.child<QMenu>("mView")->menuAction()->isEnabled() &&
+                             !f.action("mAbout")->isEnabled() && f.status() == "Replace Files?";
+        };
+        QVERIFY(f.runBy("RepBtn"));
+
+        QVERIFY(busyWhileAsked);
+        QVERIFY(!f.messages.offWindowThread);
+        QCOMPARE(f.messages.questions.size(), size_t(1));
+        QCOMPARE(f.messages.questions[0].text, std::string("Replace 4 occurences in 2 file(s) ?"));
+        QCOMPARE(f.messages.questions[0].icon, MessageIcon::Question);
+        QCOMPARE(f.messages.messages.size(), size_t(1));
+        QCOMPARE(f.messages.messages[0].title, std::string("Replace Operation Complete"));
+        QCOMPARE(f.messages.messages[0].text, std::string("3 files processed, 4 occurences changed in 2 file(s)"));
+        QCOMPARE(f.messages.messages[0].icon, MessageIcon::Information);
+        QCOMPARE(f.status(), QString("3 files processed, 4 occurences changed in 2 file(s)"));
+        QCOMPARE(tree.read("docs/a.txt"), std::string("color one\ncolor two color\n"));
+        QCOMPARE(tree.read("b.txt"), std::string("color\n"));
+        QCOMPARE(tree.read("d.log"), std::string("colour\n"));
+        QCOMPARE(f.column(0), QStringList({"b.txt", "a.txt"}));  // rebuilt by the writing pass
+        QCOMPARE(f.combo("RepText")->itemText(0), QString("color"));
+        QCOMPARE(f.form->previewPattern(), std::string("color"));
+
+        // Idle again.
+        QVERIFY(f.button("FindBtn")->isEnabled());
+        QVERIFY(!f.button("StopBtn")->isEnabled());
+        QVERIFY(f.child("ListView1")->isEnabled());
+        QVERIFY(f.child<QMenu>("mnuFile")->menuAction()->isEnabled());
+        QVERIFY(!f.button("ExtrBtn")->isEnabled());  // still plain-text mode
+    }
+
+    void declinedOrStoppedReplaceKeepsTheFiles() {
+        TempTree tree;
+        writeTree(tree);
+        FormFixture f;
+        f.setInputs(root(tree), "*.txt", "colour", "color");
+        f.messages.answers = {false};
+        QVERIFY(f.runBy("RepBtn"));
+        QCOMPARE(f.status(), QString("3 files processed, 4 occurences found in 2 file(s)"));
+        QVERIFY(f.messages.messages.empty());
+        QCOMPARE(f.column(0), QStringList({"b.txt", "a.txt"}));  // the counting pass's rows stay
+        QCOMPARE(tree.read("b.txt"), std::string("Colour\n"));
+
+        // Stop pressed while the question is open: the writing pass never starts.
+        f.messages.answers = {true};
+        f.messages.onQuestion = [&](const Message&) { QTest::mouseClick(f.button("StopBtn"), Qt::LeftButton); };
+        QVERIFY(f.runBy("RepBtn"));
+        QCOMPARE(f.messages.texts(), std::vector<std::string>({"Search operation stopped."}));
+        QCOMPARE(f.status(), QString("3 files processed, 4 occurences found in 2 file(s)"));
+        QCOMPARE(tree.read("docs/a.txt"), std::string("colour one\ncolour two colour\n"));
+        QVERIFY(f.button("RepBtn")->isEnabled());
+    }
+
+    void refusedInputsShowTheirMessageAndLeaveTheWindowIdle() {
+        TempTree tree;
+        writeTree(tree);
+        FormFixture f;
+        struct Case {
+            QString folder, filter, find;
+            bool regex;
+            std::string message;
+        };
+        const Case cases[] = {
+            {root(tree), "", "colour", false, "Please enter a valid file type filter (eg. *.txt)"},
+            {root(tree) + "/missing", "*.txt", "colour", false, "Missing or invalid start location"},
+            {"", "*.txt", "colour", false, "Missing or invalid start location"},
+            // The pattern is checked before the filter.
+            {root(tree), "", "a)b", true, "Regular Expression is invalid - please check syntax."},
+        };
+        for (const Case& c : cases) {
+            f.messages.messages.clear();
+            f.child<QCheckBox>("RegExpFind")->setChecked(c.regex);
+            f.setInputs(c.folder, c.filter, c.find);
+            QVERIFY(f.runBy("FindBtn"));
+            QCOMPARE(f.messages.texts(), std::vector<std::string>({c.message}));
+            QCOMPARE(f.messages.messages[0].icon, MessageIcon::Information);
+            QVERIFY(f.button("FindBtn")->isEnabled());
+            QVERIFY(!f.button("StopBtn")->isEnabled());
+            QCOMPARE(f.combo("FindText")->count(), 0);  // nothing was recorded
+            QCOMPARE(f.combo("FindText")->currentText(), c.find);  // nothing typed was lost
+        }
+        // The window points at the fault in the pattern.
+        QLineEdit* edit = f.combo("FindText")->lineEdit();
+        QCOMPARE(edit->selectionStart(), 1);
+        QCOMPARE(edit->selectedText(), QString(")"));
+        QVERIFY(!f.status().isEmpty());  // says what is wrong
+    }
+
+    void searchCompleteWhenNothingIsFound() {
+        TempTree tree;
+        writeTree(tree);
+        FormFixture f;
+        f.setInputs(root(tree), "*.none", "colour");
+        QVERIFY(f.runBy("FindBtn"));
+        QCOMPARE(f.messages.messages.size(), size_t(1));
+        QCOMPARE(f.messages.messages[0].title, std::string("Search Complete"));
+        QCOMPARE(f.messages.messages[0].text, std::string("No files found in search path matching filter."));
+
+        f.messages.messages.clear();
+        f.setInputs(root(tree), "*.txt", "zebra");
+        QVERIFY(f.runBy("FindBtn"));
+        QCOMPARE(f.messages.texts(), std::vector<std::string>({"No matches found in files."}));
+        QCOMPARE(f.rows().rowCount(), 0);
+    }
+
+    void anUnexpectedErrorRestoresTheControls() {
+        TempTree tree;
+        tree.write("a.txt", std::string(40, 'a') + "!");
+        FormFixture f;
+        f.child<QCheckBox>("RegExpFind")->setChecked(true);
+        f.setInputs(root(tree), "*.txt", "^(\\w+\\s?)*$");  // exceeds the engine's match limit
+        QVERIFY(f.runBy("FindBtn"));
+        QCOMPARE(f.messages.messages.size(), size_t(1));
+        QVERIFY(QString::fromStdString(f.messages.messages[0].text).startsWith("Error in Find/Replace process!\r\n"));
+        QCOMPARE(f.messages.messages[0].icon, MessageIcon::Warning);
+        QVERIFY(f.button("FindBtn")->isEnabled());
+        QVERIFY(f.button("ExtrBtn")->isEnabled());
+        QVERIFY(!f.button("StopBtn")->isEnabled());
+        QVERIFY(f.child("ListView1")->isEnabled());
+        QVERIFY(f.pane()->isEnabled());
+        QVERIFY(f.form->cursor().shape() != Qt::BusyCursor);
+    }
+
+    void markedFilesRunTakesOnlyTheMarkedRows() {
+        TempTree tree;
+        writeTree(tree);
+        FormFixture f;
+        f.setInputs(root(tree), "*.txt", "colour");
+        QVERIFY(f.runBy("FindBtn"));
+        auto* marked = f.child<QCheckBox>("MarkedChk");
+        QVERIFY(!marked->isEnabled());
+
+        f.rows().setData(f.rows().index(0, 0), Qt::Checked, Qt::CheckStateRole);
+        f.rows().setData(f.rows().index(1, 0), Qt::Checked, Qt::CheckStateRole);
+        QVERIFY(marked->isEnabled() && marked->isChecked());
+        for (const char* input : {"FilterCombo", "StartDir", "FolderButton", "ffiltLbl", "StLocLbl"})
+            QVERIFY2(!f.child(input)->isEnabled(), input);
+        // Unchecking one of two marked rows changes nothing.
+        f.rows().setData(f.rows().index(0, 0), Qt::Unchecked, Qt::CheckStateRole);
+        QVERIFY(marked->isEnabled() && marked->isChecked());
+
+        tree.write("docs/a.txt", "colour colour\n");
+        QVERIFY(f.runBy("FindBtn"));
+        QVERIFY(f.messages.messages.empty());
+        QCOMPARE(f.status(), QString("1 files processed, 2 occurences found in 1 file(s)"));
+        QCOMPARE(f.column(0), QStringList({"a.txt"}));
+        QCOMPARE(f.rows().index(0, 0).data(Qt::CheckStateRole).toInt(), int(Qt::Checked));
+        QVERIFY(marked->isEnabled() && marked->isChecked());
+
+        // Clearing the last mark clears and disables the box and frees the inputs.
+        f.rows().setData(f.rows().index(0, 0), Qt::Unchecked, Qt::CheckStateRole);
+        QVERIFY(!marked->isEnabled() && !marked->isChecked());
+        for (const char* input : {"FilterCombo", "StartDir", "FolderButton", "ffiltLbl", "StLocLbl"})
+            QVERIFY2(f.child(input)->isEnabled(), input);
+    }
+
+    void extractGathersTheMatchesInFileOrder() {
+        TempTree tree;
+        writeTree(tree);
+        FormFixture f;
+        f.child<QCheckBox>("RegExpFind")->setChecked(true);
+        f.setInputs(root(tree), "*.txt", "col\\w+");
+        QVERIFY(f.runBy("ExtrBtn"));
+        const std::string expected = "Colour\r\ncolour\r\ncolour\r\ncolour\r\n";
+        QCOMPARE(f.form->extractedText(), expected);
+        QVERIFY(f.runBy("ExtrBtn"));
+        QCOMPARE(f.form->extractedText(), expected);  // cleared before each Extract
+        f.form->settings().ClearExtractText = false;
+        QVERIFY(f.runBy("ExtrBtn"));
+        QCOMPARE(f.form->extractedText(), expected + expected);
+    }
+};
+
+QTEST_MAIN(RepFormRunTest)
+#include "RepFormRunTest.moc"

@@ -1,0 +1,139 @@
+#pragma once
+// Doubles and helpers for the window tests: a message host that records
+// every message and answers questions from a script, a desktop that records
+// what it is asked to open, and a window on a temporary settings file.
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QThread>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/MessageHost.h"
+#include "ui/DesktopServices.h"
+#include "ui/HistoryCombo.h"
+#include "ui/PreviewPane.h"
+#include "ui/RepForm.h"
+#include "ui/ResultsModel.h"
+
+namespace vantorel::test {
+
+class RecordingMessages : public MessageHost {
+public:
+    std::vector<Message> messages;
+    std::vector<Message> questions;
+    std::deque<bool> answers;  // No when empty
+    bool offWindowThread = false;  // set when anything arrived off the window's thread
+    // Called while a question is open, before it is answered (to look at the window).
+    std::function<void(const Message&)> onQuestion;
+
+    void showMessage(const Message& message) override {
+        check();
+        messages.push_back(message);
+    }
+    bool askYesNo(const Message& question) override {
+        check();
+        questions.push_back(question);
+        if (onQuestion) onQuestion(question);
+        const bool yes = !answers.empty() && answers.front();
+        if (!answers.empty()) answers.pop_front();
+        return yes;
+    }
+    std::vector<std::string> texts() const {
+        std::vector<std::string> out;
+        for (const Message& m : messages) out.push_back(m.text);
+        return out;
+    }
+
+private:
+    void check() { offWindowThread = offWindowThread || QThread::currentThread() != qApp->thread(); }
+};
+
+class RecordingDesktop : public ui::DesktopServices {
+public:
+    std::vector<QUrl> opened;
+    bool openSucceeds = true;
+    QString folderAnswer;
+    QString folderTitle;
+    QString folderStart;
+
+    bool openUrl(const QUrl& url) override {
+        opened.push_back(url);
+        return openSucceeds;
+    }
+    QString chooseFolder(QWidget*, const QString& title, const QString& start) override {
+        folderTitle = title;
+        folderStart = start;
+        return folderAnswer;
+    }
+    QString chooseFileToSave(QWidget*, const QString&, const QString&, const QString&) override { return {}; }
+    QString chooseFileToOpen(QWidget*, const QString&, const QString&) override { return {}; }
+};
+
+// A window on its own settings file, with recording doubles.
+struct FormFixture {
+    QTemporaryDir config;
+    RecordingMessages messages;
+    RecordingDesktop desktop;
+    std::unique_ptr<ui::RepForm> form;
+
+    FormFixture() { open(); }
+
+    void open() {
+        ui::RepFormOptions options;
+        options.messages = &messages;
+        options.desktop = &desktop;
+        options.settingsFile = (config.path() + QStringLiteral("/settings.reg")).toStdString();
+        options.programFolder = VANTOREL_DATA_DIR;
+        form = std::make_unique<ui::RepForm>(options);
+    }
+    // Closes the window (which saves the settings) and opens a new one.
+    void restart() {
+        form->close();
+        form.reset();
+        open();
+    }
+
+    template <class T = QWidget>
+    T* child(const char* name) const {
+        T* found = form->findChild<T*>(QString::fromLatin1(name));
+        if (!found) qFatal("no child named %s", name);
+        return found;
+    }
+    ui::HistoryCombo* combo(const char* name) const { return child<ui::HistoryCombo>(name); }
+    QAbstractButton* button(const char* name) const { return child<QAbstractButton>(name); }
+    QAction* action(const char* name) const { return child<QAction>(name); }
+    ui::PreviewPane* pane() const { return child<ui::PreviewPane>("RTB1"); }
+    QString status() const { return child<QLabel>("StatusPanel")->text(); }
+    ui::ResultsModel& rows() const { return *form->results(); }
+
+    void setInputs(const QString& folder, const QString& filter, const QString& find, const QString& replace = {}) {
+        combo("StartDir")->setEditText(folder);
+        combo("FilterCombo")->setEditText(filter);
+        combo("FindText")->setEditText(find);
+        combo("RepText")->setEditText(replace);
+    }
+    // Clicks a button and waits until the run it starts has ended.
+    bool runBy(const char* buttonName) {
+        QSignalSpy ended(form.get(), &ui::RepForm::runEnded);
+        QTest::mouseClick(button(buttonName), Qt::LeftButton);
+        return ended.count() > 0 || ended.wait(20000);
+    }
+    QStringList column(int column) const {
+        QStringList texts;
+        for (int r = 0; r < rows().rowCount(); ++r) texts << rows().index(r, column).data().toString();
+        return texts;
+    }
+};
+
+}  // namespace vantorel::test
