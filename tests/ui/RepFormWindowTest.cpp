@@ -1,0 +1,354 @@
+// The window's own rules: option boxes, sorting, the preview's pages and
+// sections, the divider, the desktop actions and the settings kept between
+// sessions.
+
+#include <QDialog>
+#include <QHeaderView>
+#include <QMouseEvent>
+#include <QTimer>
+#include <QTreeView>
+#include <sys/time.h>
+
+#include "UiTestSupport.h"
+#include "support/TempTree.h"
+#include "ui/FileDialog.h"
+#include "ui/ResultsView.h"
+
+using namespace vantorel;
+using namespace vantorel::test;
+
+namespace {
+
+QString root(const TempTree& tree) { return QString::fromStdString(tree.root()); }
+
+void setModified(const std::string& path, std::time_t when) {
+    const struct timeval times[2] = {{when, 0}, {when, 0}};
+    ::utimes(path.c_str(), times);
+}
+
+void showWindow(FormFixture& f) {
+    f.child<QTimer>("SplashTimer")->stop();
+    f.form->resize(900, 700);
+    f.form->show();
+    QVERIFY(QTest::qWaitForWindowExposed(f.form.get()));
+    f.child<QTimer>("SplashTimer")->stop();
+}
+
+void clickHeader(FormFixture& f, int column) {
+    QHeaderView* header = f.child<QTreeView>("ListView1")->header();
+    QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
+                      QPoint(header->sectionViewportPosition(column) + 4, header->height() / 2));
+}
+
+void dragDivider(FormFixture& f, int by) {
+    QWidget* line = f.child("DragLine");
+    const QPointF start(10, 2);
+    QMouseEvent press(QEvent::MouseButtonPress, start, line->mapToGlobal(start), Qt::LeftButton, Qt::LeftButton,
+                      Qt::NoModifier);
+    QApplication::sendEvent(line, &press);
+    const QPointF to(10, 2 + by);
+    QMouseEvent move(QEvent::MouseMove, to, line->mapToGlobal(to), Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(line, &move);
+    QMouseEvent release(QEvent::MouseButtonRelease, to, line->mapToGlobal(to), Qt::LeftButton, Qt::NoButton,
+                        Qt::NoModifier);
+    QApplication::sendEvent(line, &release);
+}
+
+}  // namespace
+
+class RepFormWindowTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void regularExpressionModeSwitchesWholeWordsExtractAndCaption() {
+        FormFixture f;
+        auto* regex = f.child<QCheckBox>("RegExpFind");
+        QCOMPARE(f.child<QLabel>("Findcaption")->text(), QString("Find:"));
+        QVERIFY(f.child("WholeWordsChk")->isEnabled());
+        QVERIFY(!f.button("ExtrBtn")->isEnabled());
+        QTest::mouseClick(regex, Qt::LeftButton, {}, QPoint(4, regex->height() / 2));
+        QVERIFY(regex->isChecked());
+        QCOMPARE(f.child<QLabel>("Findcaption")->text(), QString("Reg Ex:"));
+        QVERIFY(!f.child("WholeWordsChk")->isEnabled());
+        QVERIFY(f.button("ExtrBtn")->isEnabled());
+        QTest::mouseClick(regex, Qt::LeftButton, {}, QPoint(4, regex->height() / 2));
+        QCOMPARE(f.child<QLabel>("Findcaption")->text(), QString("Find:"));
+        QVERIFY(f.child("WholeWordsChk")->isEnabled());
+        QVERIFY(!f.button("ExtrBtn")->isEnabled());
+        QCOMPARE(f.child<QLabel>("VLabel")->text(), QString("Version " VANTOREL_VERSION));
+        QCOMPARE(f.form->windowTitle(), QString("Vantorel"));
+    }
+
+    void historiesPutNewEntriesOnTopWithoutDuplicates() {
+        FormFixture f;
+        ui::HistoryCombo* find = f.combo("FindText");
+        QCOMPARE(find->limit(), 20);
+        QCOMPARE(f.combo("StartDir")->limit(), 10);
+        find->setEditText("typing");
+        for (int i = 0; i < 25; ++i) find->remember(QString("entry %1").arg(i));
+        QCOMPARE(find->count(), 20);
+        QCOMPARE(find->itemText(0), QString("entry 24"));
+        QCOMPARE(find->itemText(19), QString("entry 5"));
+        find->remember("entry 10");
+        QCOMPARE(find->count(), 20);
+        QCOMPARE(find->itemText(0), QString("entry 10"));
+        QCOMPARE(find->findText("entry 10"), 0);
+        QCOMPARE(find->currentText(), QString("typing"));  // what is being typed stays
+        // The first run offers the default filters, the first one chosen.
+        QCOMPARE(f.combo("FilterCombo")->count(), 7);
+        QCOMPARE(f.combo("FilterCombo")->currentText(), QString("*.txt"));
+        QCOMPARE(f.combo("FilterCombo")->itemText(6), QString("*.c;*.cpp"));
+    }
+
+    void sortingByAColumnKeepsTheTextsAndEachColumnsDirection() {
+        TempTree tree;
+        // name: matches, size; modified: s9 newest, s100 oldest.
+        setModified(tree.write("s9.txt", "xxxxx...."), 3000000);
+        setModified(tree.write("s10.txt", "x........."), 2000000);
+        setModified(tree.write("s100.txt", std::string(20, 'x') + std::string(80, '.')), 1000000);
+        FormFixture f;
+        showWindow(f);
+        f.setInputs(root(tree), "*.txt", "x");
+        QVERIFY(f.runBy("FindBtn"));
+        QCOMPARE(f.column(0), QStringList({"s10.txt", "s100.txt", "s9.txt"}));
+        const QStringList before = f.column(4);
+
+        clickHeader(f, 3);  // "File Size", first click: descending, as numbers
+        QCOMPARE(f.column(3), QStringList({"100", "10", "9"}));
+        QCOMPARE(f.column(0), QStringList({"s100.txt", "s10.txt", "s9.txt"}));
+        clickHeader(f, 3);
+        QCOMPARE(f.column(3), QStringList({"9", "10", "100"}));
+        clickHeader(f, 2);  // "Matches": its own direction, descending first
+        QCOMPARE(f.column(2), QStringList({"20", "5", "1"}));
+        clickHeader(f, 4);  // "Modified": newest first
+        QCOMPARE(f.column(0), QStringList({"s9.txt", "s10.txt", "s100.txt"}));
+        clickHeader(f, 4);
+        QCOMPARE(f.column(0), QStringList({"s100.txt", "s10.txt", "s9.txt"}));
+        clickHeader(f, 0);  // "File Name": as text
+        QCOMPARE(f.column(0), QStringList({"s9.txt", "s100.txt", "s10.txt"}));
+        // Every row still shows its own texts.
+        QStringList dates = f.column(4);
+        dates.sort();
+        QStringList sortedBefore = before;
+        sortedBefore.sort();
+        QCOMPARE(dates, sortedBefore);
+        for (int r = 0; r < f.rows().rowCount(); ++r) {
+            const QString name = f.rows().index(r, 0).data().toString();
+            const QString size = f.rows().index(r, 3).data().toString();
+            QCOMPARE(name, "s" + size + ".txt");
+        }
+    }
+
+    void singleFilePreviewPagesThroughTheHits() {
+        TempTree tree;
+        const std::string deep = "a_folder_with_a_rather_long_name_for_the_heading/and_a_second_level_of_folders/";
+        tree.write(deep + "p.txt", "hit a\nhit b\nhit c\nhit d\nhit e\n");
+        tree.write(deep + "q.txt", "one hit\n");
+        FormFixture f;
+        showWindow(f);
+        f.action("mAllFound")->trigger();  // one file at a time
+        QVERIFY(!f.form->settings().PreviewAll);
+        f.form->settings().HitsPerPage = 2;
+        f.setInputs(root(tree), "*.txt", "hit");
+        QSignalSpy shown(f.form.get(), &ui::RepForm::previewShown);
+        QVERIFY(f.runBy("FindBtn"));
+        QVERIFY(shown.count() > 0 || shown.wait());  // the first file straight after the run
+
+        auto* label = f.child<QLabel>("PreviewLbl");
+        auto* back = f.button("LineBackButton");
+        auto* forward = f.button("LineFwdButton");
+        const QString folder = root(tree) + "/" + QString::fromStdString(deep);
+        const QString path = folder + "p.txt";
+        QCOMPARE(label->text(), " Results 1-2: " + path);
+        QCOMPARE(f.pane()->toPlainText(), QString("00000001 | <hit> a\n00000002 | <hit> b").remove('<').remove('>'));
+        QVERIFY(forward->isEnabled());
+        QVERIFY(!back->isEnabled());
+
+        auto turn = [&](QAbstractButton* button) {
+            shown.clear();
+            QTest::mouseClick(button, Qt::LeftButton);
+            return shown.wait();
+        };
+        QVERIFY(turn(forward));
+        QCOMPARE(label->text(), " Results 3-4: " + path);
+        QCOMPARE(f.pane()->toPlainText(), QString("00000003 | hit c\n00000004 | hit d"));
+        QVERIFY(back->isEnabled());
+        QVERIFY(turn(forward));
+        QCOMPARE(label->text(), " Results 5-5: " + path);
+        QVERIFY(!forward->isEnabled());
+        QVERIFY(turn(back));
+        QCOMPARE(label->text(), " Results 3-4: " + path);
+
+        // Arrow keys move the selection and show the new file from its first page.
+        auto* view = f.child<ui::ResultsView>("ListView1");
+        view->setFocus();
+        shown.clear();
+        QTest::keyClick(view, Qt::Key_Down);
+        QVERIFY(shown.wait());
+        QCOMPARE(label->text(), " Results 1-1: " + folder + "q.txt");
+        // Ctrl+A selects every row.
+        QTest::keyClick(view, Qt::Key_A, Qt::ControlModifier);
+        QCOMPARE(view->selectionModel()->selectedRows().size(), 2);
+
+        // A narrow heading keeps its numbers and shortens the path in the middle.
+        f.form->resize(420, 700);
+        QTRY_VERIFY(label->text().contains("..."));
+        QVERIFY(label->text().startsWith(" Results 1-1: /"));
+        QVERIFY(label->text().endsWith("/q.txt"));
+
+        // A file that cannot be read any more is reported and the pane stays.
+        const QString before = f.pane()->toPlainText();
+        std::remove(tree.path(deep + "q.txt").c_str());
+        QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, view->visualRect(f.rows().index(1, 0)).center());
+        QTRY_COMPARE(f.messages.texts(), std::vector<std::string>({"Unable to show file."}));
+        QCOMPARE(f.pane()->toPlainText(), before);
+    }
+
+    void combinedPreviewHeadsEachSectionAndSaysWhenItIsStale() {
+        TempTree tree;
+        tree.write("p.txt", "hit a\nhit b\nhit c\n");
+        tree.write("q.txt", "one hit\n");
+        FormFixture f;
+        QVERIFY(f.form->settings().PreviewAll);
+        QVERIFY(f.action("mAllFound")->isChecked());
+        f.form->settings().HitsPerPage = 2;
+        f.setInputs(root(tree), "*.txt", "hit");
+        QVERIFY(f.runBy("FindBtn"));
+        const QString text = f.pane()->toPlainText();
+        QVERIFY2(text.startsWith(root(tree) + "/p.txt  (3 Found - 2 Shown)\n00000001 | hit a\n00000002 | hit b\n\n"),
+                 qPrintable(text));
+        QVERIFY(text.contains(root(tree) + "/q.txt  (1 Found)\n00000001 | one hit"));
+        QVERIFY(!text.contains("hit c"));
+
+        f.action("mAllFound")->trigger();  // off: the selected file's page
+        f.action("mAllFound")->trigger();  // on again
+        QCOMPARE(f.pane()->toPlainText(), QString("Preview will not be updated until the search is performed again."));
+        QVERIFY(f.child<QLabel>("PreviewLbl")->text().isEmpty());
+
+        // "Only List Files with Matches": the check mark is the opposite of the flag.
+        QVERIFY(f.action("mShowAll")->isChecked());
+        f.action("mShowAll")->trigger();
+        QVERIFY(f.form->settings().ShowAll);
+        tree.write("r.txt", "nothing\n");
+        QVERIFY(f.runBy("FindBtn"));
+        QCOMPARE(f.column(0), QStringList({"p.txt", "q.txt", "r.txt"}));
+        QCOMPARE(f.column(2), QStringList({"3", "1", "0"}));
+    }
+
+    void theDividerKeepsItsLimits() {
+        FormFixture f;
+        showWindow(f);
+        const long inner = f.form->bandHeight();
+        QVERIFY(inner - ui::RepForm::kPreviewMinimum > ui::RepForm::kListMinimum);
+        dragDivider(f, -2000);
+        QCOMPARE(f.form->dividerPosition(), ui::RepForm::kListMinimum);
+        dragDivider(f, 3000);
+        QCOMPARE(f.form->dividerPosition(), inner - ui::RepForm::kPreviewMinimum);
+        dragDivider(f, -15);
+        QVERIFY(f.form->dividerPosition() < inner - ui::RepForm::kPreviewMinimum);
+        QVERIFY(f.form->dividerPosition() > ui::RepForm::kListMinimum);
+        // The list and the preview follow the divider.
+        QCOMPARE(f.child("DragLine")->geometry().top(), f.child("LowerFrame")->geometry().bottom() + 1);
+        QCOMPARE(f.child("PrevFrame")->geometry().top(), f.child("DragLine")->geometry().bottom() + 1);
+        // Too small a window for both: the list keeps its minimum.
+        f.form->resize(900, 360);
+        QTRY_COMPARE(f.form->dividerPosition(), ui::RepForm::kListMinimum);
+    }
+
+    void desktopActionsGoThroughTheDesktop() {
+        TempTree tree;
+        tree.write("a.txt", "hit\n");
+        FormFixture f;
+        showWindow(f);
+        f.action("mInstructions")->trigger();
+        QCOMPARE(f.desktop.opened.back(), QUrl::fromLocalFile(VANTOREL_DATA_DIR "/readme.html"));
+        f.action("mweb")->trigger();
+        QCOMPARE(f.desktop.opened.back().host(), QUrl(ui::kMakerPage).host());
+        f.action("mweb2")->trigger();
+        QCOMPARE(f.desktop.opened.back(), QUrl(ui::kProductPage));
+        QVERIFY(f.messages.messages.empty());
+        f.desktop.openSucceeds = false;
+        f.action("mweb")->trigger();
+        QCOMPARE(f.messages.texts(), std::vector<std::string>({"Unable to find/view page."}));
+        QCOMPARE(f.messages.messages[0].icon, MessageIcon::Warning);
+        f.desktop.openSucceeds = true;
+
+        f.desktop.folderAnswer = root(tree);
+        QTest::mouseClick(f.button("FolderButton"), Qt::LeftButton);
+        QCOMPARE(f.desktop.folderTitle, QString("Select Folder:"));
+        QCOMPARE(f.combo("StartDir")->currentText(), root(tree));
+        QCOMPARE(f.form->settings().LastFolder, tree.root());
+        f.desktop.folderAnswer.clear();  // cancelled: nothing changes
+        f.combo("StartDir")->setEditText(root(tree));
+        QTest::mouseClick(f.button("FolderButton"), Qt::LeftButton);
+        QCOMPARE(f.desktop.folderStart, root(tree));
+        QCOMPARE(f.combo("StartDir")->currentText(), root(tree));
+
+        f.setInputs(root(tree), "*.txt", "hit");
+        QVERIFY(f.runBy("FindBtn"));
+        auto* view = f.child<QTreeView>("ListView1");
+        const QPoint cell = view->visualRect(f.rows().index(0, 1)).center();
+        QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, cell);
+        QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, cell);
+        QCOMPARE(f.desktop.opened.back(), QUrl::fromLocalFile(root(tree) + "/a.txt"));
+
+        f.form->setStartFolder("\"/some folder/with \"quotes\"");
+        QCOMPARE(f.combo("StartDir")->currentText(), QString("/some folder/with quotes"));
+    }
+
+    void settingsSurviveARestart() {
+        FormFixture f;
+        f.combo("FindText")->setItems({"alpha", "beta"});
+        f.combo("FindText")->setEditText("gamma");
+        f.combo("RepText")->setItems({"delta"});
+        f.combo("StartDir")->setItems({"/tmp", "/usr"});
+        f.combo("StartDir")->setEditText("/usr");
+        f.combo("FilterCombo")->setItems({"*.md", "*.rst"});
+        f.combo("FilterCombo")->setEditText("*.rst");
+        f.child<QCheckBox>("RegExpFind")->setChecked(true);
+        f.child<QCheckBox>("CaseSensChk")->setChecked(true);
+        f.action("mAllFound")->trigger();
+        f.action("mShowAll")->trigger();
+        f.form->settings().HitsPerPage = 7;
+        f.form->move(40, 30);
+        f.form->resize(760, 640);
+        f.form->setDividerPosition(2600);
+        f.restart();
+
+        QCOMPARE(f.combo("FindText")->items(), std::vector<std::string>({"alpha", "beta"}));
+        QCOMPARE(f.combo("RepText")->items(), std::vector<std::string>({"delta"}));
+        QCOMPARE(f.combo("StartDir")->currentText(), QString("/usr"));
+        QCOMPARE(f.combo("StartDir")->items(), std::vector<std::string>({"/tmp", "/usr"}));
+        QCOMPARE(f.combo("FilterCombo")->currentText(), QString("*.rst"));
+        QVERIFY(f.child<QCheckBox>("RegExpFind")->isChecked());
+        QVERIFY(f.button("ExtrBtn")->isEnabled());  // the rule follows the restored box
+        QVERIFY(f.child<QCheckBox>("CaseSensChk")->isChecked());
+        QVERIFY(!f.child<QCheckBox>("WholeWordsChk")->isChecked());
+        QVERIFY(!f.form->settings().PreviewAll);
+        QVERIFY(!f.action("mAllFound")->isChecked());
+        QVERIFY(f.form->settings().ShowAll);
+        QVERIFY(!f.action("mShowAll")->isChecked());
+        QCOMPARE(f.form->settings().HitsPerPage, 7L);
+        QCOMPARE(f.form->size(), QSize(760, 640));
+        QCOMPARE(f.form->pos(), QPoint(40, 30));
+        QCOMPARE(f.form->dividerPosition(), 2600L);
+    }
+
+    void theAboutBoxComesUpOnceOnTheFirstRun() {
+        FormFixture f;
+        f.form->show();
+        QTRY_VERIFY(f.form->findChild<QDialog*>("frmAbout") && f.form->findChild<QDialog*>("frmAbout")->isVisible());
+        auto* about = f.form->findChild<QDialog*>("frmAbout");
+        QCOMPARE(about->windowTitle(), QString("About Vantorel"));
+        QVERIFY(about->findChild<QLabel*>("lblVersion")->text().startsWith("Version "));
+        QVERIFY(about->findChild<QLabel*>("lblVersion")->text().contains('-'));
+        QTest::mouseClick(about->findChild<QAbstractButton*>("CmdOK"), Qt::LeftButton);
+        QTRY_VERIFY(!f.form->findChild<QDialog*>("frmAbout"));
+        f.restart();
+        f.form->show();
+        QVERIFY(!f.child<QTimer>("SplashTimer")->isActive());
+    }
+};
+
+QTEST_MAIN(RepFormWindowTest)
+#include "RepFormWindowTest.moc"
