@@ -1,12 +1,13 @@
 # Vantorel: two commands set up a fresh Debian machine.
-#   make run    build, then run a Find on the sample folder
+#   make run    build, then open the window on the sample folder
 #   make test   build, then run every test
 # Each installs the Debian packages it needs when they are missing.
 
 BUILD_DIR ?= build
 BUILD_TYPE ?= Release
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
-DEBIAN_PACKAGES := cmake g++ make pkg-config libpcre2-dev libgtest-dev libgmock-dev nlohmann-json3-dev unrtf
+DEBIAN_PACKAGES := cmake g++ make pkg-config libpcre2-dev libgtest-dev libgmock-dev nlohmann-json3-dev unrtf \
+                   qt6-base-dev xdg-utils
 
 .PHONY: all deps configure build run test bench clean
 
@@ -31,7 +32,7 @@ build: configure
 	cmake --build $(BUILD_DIR) -j $(JOBS)
 
 run: build
-	./$(BUILD_DIR)/vantorel-cli --dir sample --filter "*.txt;*.htm*;*.css" --ignore-case find colour
+	./$(BUILD_DIR)/vantorel "$(CURDIR)/sample"
 
 test: build
 	cd $(BUILD_DIR) && ctest --output-on-failure -j $(JOBS)
