@@ -1,0 +1,34 @@
+#!/bin/bash
+# Takes the window's screenshots on a virtual screen, driving it as a user
+# would: type a text and a filter, press Enter to Find, then look at one file
+# at a time. Needs: xvfb imagemagick xdotool (apt-get install them).
+# Usage: docs/screenshots/take.sh [BUILD_DIR]   (from the repository's root)
+set -euo pipefail
+build=${1:-build}
+out=$(cd "$(dirname "$0")" && pwd)
+root=$(cd "$out/../.." && pwd)
+if [ -z "${DISPLAY:-}" ]; then
+  exec xvfb-run -a -s '-screen 0 1280x900x24' "$0" "$@"
+fi
+export VANTOREL_CONFIG_HOME=$(mktemp -d)
+trap 'rm -rf "$VANTOREL_CONFIG_HOME"' EXIT
+shot() { sleep "$2"; import -window root -crop 900x700+0+0 "$out/$1.png"; }
+
+"$root/$build/vantorel" "$root/sample" &
+app=$!
+sleep 3
+shot first-start 0                        # the About box of a first start
+xdotool key Return                        # closes it
+sleep 1
+xdotool mousemove 300 36 click 1          # the Find box
+xdotool type --delay 20 'colour'
+xdotool mousemove 300 120 click 1         # the file filter
+xdotool key ctrl+a
+xdotool type --delay 20 '*.txt;*.htm*;*.css'
+xdotool key Return                        # Find
+shot find-combined-preview 2
+xdotool key alt+v Down Return             # View > Preview all matches together: off
+sleep 0.5
+xdotool mousemove 100 198 click 1         # the first row
+shot find-single-file-preview 1
+kill $app
