@@ -76,12 +76,20 @@ FileOutcome processFile(const std::string& path, const std::vector<CompiledJob>&
     outcome.modified = text.modified();
     if (!pass.write) {
         outcome.matches = searchJobs(path, text, jobs, pass, outcome);
-        return outcome;
+    } else {
+        PreparedWrite prepared = prepareWriteBack(path, text, jobs, pass.makeBackups);
+        outcome.matches = prepared.matches;
+        outcome.readOnlySkipped = prepared.readOnlySkipped;
+        outcome.pendingWrite = std::move(prepared.pending);
     }
-    PreparedWrite prepared = prepareWriteBack(path, text, jobs, pass.makeBackups);
-    outcome.matches = prepared.matches;
-    outcome.readOnlySkipped = prepared.readOnlySkipped;
-    outcome.pendingWrite = std::move(prepared.pending);
+    if (text.changedWhileRead()) {
+        // Another program cut the file short or rewrote it meanwhile: what we
+        // found or would write is not to be trusted.
+        FileOutcome changed;
+        changed.readError = Message{readErrorMessage(path, kChangedWhileRead), kProgramTitle,
+                                    MessageIcon::None, MessageKind::FileError};
+        return changed;
+    }
     return outcome;
 }
 

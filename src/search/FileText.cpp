@@ -7,8 +7,10 @@
 
 #include <cerrno>
 #include <new>
+#include <utility>
 
 #include "files/FileFunctions.h"
+#include "search/MappedFileGuard.h"
 
 namespace vantorel {
 namespace {
@@ -20,14 +22,22 @@ struct FileHandle {
     }
 };
 
-constexpr std::size_t kHugePage = std::size_t{2} << 20;
-constexpr std::size_t kMapFrom = std::size_t{8} << 20;
+// Files from this size on are mapped rather than read.
+constexpr std::size_t kMapFrom = std::size_t{4} << 20;
+
+FileIdentity identityOf(const struct stat& st) {
+    return FileIdentity{st.st_dev, st.st_ino, static_cast<std::int64_t>(st.st_size),
+                        static_cast<std::int64_t>(st.st_mtim.tv_sec) * 1000000000 + st.st_mtim.tv_nsec};
+}
 
 }  // namespace
 
-void FileBufferRelease::operator()(char* data) const noexcept {
-    if (mappedBytes > 0) ::munmap(data, mappedBytes);
-    else delete[] data;
+const char* const kChangedWhileRead = "The file changed while it was being read.";
+
+std::optional<FileIdentity> FileIdentity::of(const std::string& path) {
+    struct stat st {};
+    if (::stat(path.c_str(), &st) != 0) return std::nullopt;
+    return identityOf(st);
 }
 
 std::string tooLargeMessage(const std::string& path) {
@@ -36,6 +46,42 @@ std::string tooLargeMessage(const std::string& path) {
 
 std::string readErrorMessage(const std::string& path, const std::string& error) {
     return "Error reading " + path + "\r\n" + error;
+}
+
+FileText::FileText(FileText&& other) noexcept { *this = std::move(other); }
+
+FileText& FileText::operator=(FileText&& other) noexcept {
+    if (this == &other) return *this;
+    release();
+    data_ = std::exchange(other.data_, "");
+    size_ = std::exchange(other.size_, 0);
+    buffer_ = std::move(other.buffer_);
+    mapping_ = std::exchange(other.mapping_, nullptr);
+    mappedBytes_ = std::exchange(other.mappedBytes_, 0);
+    guard_ = std::move(other.guard_);
+    path_ = std::move(other.path_);
+    encoding_ = other.encoding_;
+    characters_ = other.characters_;
+    modified_ = other.modified_;
+    identity_ = other.identity_;
+    return *this;
+}
+
+FileText::~FileText() { release(); }
+
+void FileText::release() noexcept {
+    guard_.reset();
+    if (mapping_) ::munmap(mapping_, mappedBytes_);
+    mapping_ = nullptr;
+    buffer_.reset();
+    data_ = "";
+    size_ = 0;
+}
+
+bool FileText::changedWhileRead() const {
+    if (guard_ && guard_->faulted()) return true;
+    if (!mapping_) return false;  // a copy in memory cannot change under us
+    return FileIdentity::of(path_) != identity_;
 }
 
 FileText::Result FileText::read(const std::string& path) {
@@ -52,35 +98,46 @@ FileText::Result FileText::read(const std::string& path) {
     if (::fstat(file.fd, &st) != 0) return fail(errno);
     if (!S_ISREG(st.st_mode)) return fail(S_ISDIR(st.st_mode) ? EISDIR : EINVAL);
     FileText& text = result.text;
+    text.path_ = path;
     text.modified_ = st.st_mtime;
+    text.identity_ = identityOf(st);
     const auto size = static_cast<std::size_t>(st.st_size);
     if (size >= kMapFrom) {
-        const std::size_t bytes = (size + kHugePage - 1) / kHugePage * kHugePage;
-        void* memory = ::mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-        if (memory != MAP_FAILED) {
-            ::madvise(memory, bytes, MADV_HUGEPAGE);
-            text.data_ = std::unique_ptr<char, FileBufferRelease>(static_cast<char*>(memory), FileBufferRelease{bytes});
+        void* mapping = ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE | MAP_POPULATE, file.fd, 0);
+        if (mapping != MAP_FAILED) {
+            auto guard = std::make_unique<MappedFileGuard>(mapping, size);
+            if (guard->active()) {
+                ::madvise(mapping, size, MADV_SEQUENTIAL);
+                text.mapping_ = mapping;
+                text.mappedBytes_ = size;
+                text.guard_ = std::move(guard);
+                text.data_ = static_cast<const char*>(mapping);
+                text.size_ = size;
+            } else {
+                ::munmap(mapping, size);
+            }
         }
-    } else {
-        text.data_.reset(new (std::nothrow) char[size == 0 ? 1 : size]);
     }
-    if (!text.data_) {
-        result.status = Status::TooLarge;
-        return result;
-    }
-    ::posix_fadvise(file.fd, 0, 0, POSIX_FADV_SEQUENTIAL);
-    // The file may shrink while we read: keep what is there.
-    std::size_t done = 0;
-    while (done < size) {
-        const ssize_t n = ::read(file.fd, text.data_.get() + done, size - done);
-        if (n < 0) {
-            if (errno == EINTR) continue;
-            return fail(errno);
+    if (!text.mapping_) {
+        text.buffer_.reset(new (std::nothrow) char[size == 0 ? 1 : size]);
+        if (!text.buffer_) {
+            result.status = Status::TooLarge;
+            return result;
         }
-        if (n == 0) break;
-        done += static_cast<std::size_t>(n);
+        // The file may shrink while we read: keep what is there.
+        std::size_t done = 0;
+        while (done < size) {
+            const ssize_t n = ::read(file.fd, text.buffer_.get() + done, size - done);
+            if (n < 0) {
+                if (errno == EINTR) continue;
+                return fail(errno);
+            }
+            if (n == 0) break;
+            done += static_cast<std::size_t>(n);
+        }
+        text.data_ = text.buffer_.get();
+        text.size_ = done;
     }
-    text.size_ = done;
     const EncodingScan scan = scanEncoding(text.bytes());
     text.encoding_ = scan.encoding;
     text.characters_ = scan.characters;

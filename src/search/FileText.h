@@ -1,5 +1,9 @@
 #pragma once
 // A file's whole contents, read once, with its encoding and character count.
+// Small files are read into memory; large ones are mapped, so that a file of
+// several gigabytes is held once (in the system's cache) and not copied.
+
+#include <sys/types.h>
 
 #include <cstdint>
 #include <ctime>
@@ -12,20 +16,36 @@
 
 namespace vantorel {
 
-// Large buffers come straight from the kernel, backed by huge pages where it
-// allows, which makes filling them several times cheaper.
-struct FileBufferRelease {
-    std::size_t mappedBytes = 0;
-    void operator()(char* data) const noexcept;
+class MappedFileGuard;
+
+// What identifies a file's contents as they were read: when any of it
+// differs later, the file has changed in between.
+struct FileIdentity {
+    dev_t device = 0;
+    ino_t inode = 0;
+    std::int64_t size = 0;
+    std::int64_t modifiedNs = 0;
+    bool operator==(const FileIdentity&) const = default;
+
+    static std::optional<FileIdentity> of(const std::string& path);
 };
 
 class FileText {
 public:
-    std::string_view bytes() const noexcept { return {data_.get(), size_}; }
+    FileText() = default;
+    FileText(FileText&& other) noexcept;
+    FileText& operator=(FileText&& other) noexcept;
+    ~FileText();
+
+    std::string_view bytes() const noexcept { return {data_, size_}; }
     TextEncoding encoding() const noexcept { return encoding_; }
     // "File Size": the length of the text in characters.
     std::uint64_t characters() const noexcept { return characters_; }
     std::time_t modified() const noexcept { return modified_; }
+    const FileIdentity& identity() const noexcept { return identity_; }
+    // True when the file was cut short or rewritten while its text was in
+    // use: what was read from it is then not to be trusted.
+    bool changedWhileRead() const;
 
     enum class Status { Ok, Vanished, TooLarge, Error };
     struct Result;
@@ -36,11 +56,19 @@ public:
     static Result read(const std::string& path);
 
 private:
-    std::unique_ptr<char, FileBufferRelease> data_;
+    void release() noexcept;
+
+    const char* data_ = "";
     std::size_t size_ = 0;
+    std::unique_ptr<char[]> buffer_;
+    void* mapping_ = nullptr;
+    std::size_t mappedBytes_ = 0;
+    std::unique_ptr<MappedFileGuard> guard_;
+    std::string path_;
     TextEncoding encoding_ = TextEncoding::Utf8;
     std::uint64_t characters_ = 0;
     std::time_t modified_ = 0;
+    FileIdentity identity_;
 };
 
 struct FileText::Result {
@@ -52,5 +80,7 @@ struct FileText::Result {
 // The messages of a failed read.
 std::string tooLargeMessage(const std::string& path);                            // path + " is too large to process."
 std::string readErrorMessage(const std::string& path, const std::string& error);  // "Error reading " + path + CR LF + error
+// The description of a file that changed while it was read.
+extern const char* const kChangedWhileRead;
 
 }  // namespace vantorel

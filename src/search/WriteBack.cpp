@@ -32,6 +32,9 @@ public:
     void write(std::string_view) override {}
 };
 
+constexpr const char* kChangedBeforeWriting =
+    "was changed by another program while it was being processed; it was left as it is.";
+
 Message fileMessage(std::string text, MessageIcon icon) {
     return Message{std::move(text), kProgramTitle, icon, MessageKind::FileError};
 }
@@ -103,12 +106,21 @@ std::uint64_t applyJobs(const FileText& text, const std::vector<CompiledJob>& jo
 }
 
 PendingWrite::PendingWrite(std::string path, std::string target,
-                           std::unique_ptr<AtomicFileWriter> writer, bool makeBackups)
-    : path_(std::move(path)), target_(std::move(target)), writer_(std::move(writer)), makeBackups_(makeBackups) {}
+                           std::unique_ptr<AtomicFileWriter> writer, bool makeBackups,
+                           const FileIdentity& readFrom)
+    : path_(std::move(path)),
+      target_(std::move(target)),
+      writer_(std::move(writer)),
+      makeBackups_(makeBackups),
+      readFrom_(readFrom) {}
 
 PendingWrite::~PendingWrite() = default;
 
 bool PendingWrite::commit(std::vector<Message>& messages) {
+    if (FileIdentity::of(target_) != readFrom_) {
+        messages.push_back(fileMessage(path_ + " " + kChangedBeforeWriting, MessageIcon::Warning));
+        return false;
+    }
     if (makeBackups_ && !keepBackup(path_, target_, messages)) return false;
     writer_->commit();
     return true;
@@ -132,7 +144,7 @@ PreparedWrite prepareWriteBack(const std::string& path, const FileText& text,
     result.matches = applyJobs(text, jobs, sink);
     if (result.matches == 0) return result;  // nothing changed: the writer removes its file
     writer->finish();
-    result.pending = std::make_unique<PendingWrite>(path, target, std::move(writer), makeBackups);
+    result.pending = std::make_unique<PendingWrite>(path, target, std::move(writer), makeBackups, text.identity());
     return result;
 }
 

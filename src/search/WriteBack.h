@@ -13,25 +13,27 @@
 #include <vector>
 
 #include "core/MessageHost.h"
+#include "search/FileText.h"
 
 namespace vantorel {
 
 class AtomicFileWriter;
 class CompiledJob;
-class FileText;
 class TextSink;
 
 class PendingWrite {
 public:
     PendingWrite(std::string path, std::string target, std::unique_ptr<AtomicFileWriter> writer,
-                 bool makeBackups);
+                 bool makeBackups, const FileIdentity& readFrom);
     ~PendingWrite();
     PendingWrite(const PendingWrite&) = delete;
     PendingWrite& operator=(const PendingWrite&) = delete;
 
     // Makes the backup (appending its messages; the file then stays as it
-    // was when no backup can be made) and replaces the file. Throws
-    // std::system_error when the file cannot be replaced.
+    // was when no backup can be made) and replaces the file, unless another
+    // program changed the file since it was read (a message says so, and
+    // the other program's change stays). Throws std::system_error when the
+    // file cannot be replaced.
     bool commit(std::vector<Message>& messages);
 
 private:
@@ -39,6 +41,7 @@ private:
     std::string target_;
     std::unique_ptr<AtomicFileWriter> writer_;
     bool makeBackups_;
+    FileIdentity readFrom_;
 };
 
 struct PreparedWrite {
