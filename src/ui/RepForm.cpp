@@ -394,7 +394,9 @@ void RepForm::clearRows() {
 }
 
 int RepForm::appendPreview(const StyledText& section) {
-    if (section.empty() || previewFull_) return -1;
+    // After Stop the rows still due are listed at once; their sections are
+    // built when the rows are clicked.
+    if (section.empty() || previewFull_ || state_.stopRequested) return -1;
     PreviewPane* pane = preview_->pane();
     if (pane->characterCount() >= kPreviewCharacters) {
         previewFull_ = true;

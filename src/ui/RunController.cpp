@@ -132,7 +132,9 @@ void RunController::drain() {
     }
     showGathered();
     draining_ = false;
-    if (queue_ && !queue_->empty()) QTimer::singleShot(0, this, &RunController::drain);
+    // A backlog is taken up again as soon as the window has seen to its other
+    // events and timers; otherwise the window looks again after a while.
+    if (queue_) timer_.setInterval(queue_->empty() ? kDrainIntervalMs : 0);
 }
 
 }  // namespace vantorel::ui

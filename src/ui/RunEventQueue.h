@@ -36,7 +36,7 @@ struct RunEvent {
 
 class RunEventQueue {
 public:
-    RunEventQueue(std::size_t maxEvents = 20000, std::size_t maxBytes = std::size_t{16} << 20);
+    RunEventQueue(std::size_t maxEvents = 4000, std::size_t maxBytes = std::size_t{4} << 20);
 
     // Called on the worker whenever an event arrives that the window should
     // see at once (a message, a question, the end of the run).
