@@ -72,6 +72,10 @@ InputFrame::InputFrame(QWidget* parent) : QWidget(parent) {
     // The find box's caption changes width between "Find:" and "Reg Ex:".
     grid->setColumnMinimumWidth(0, fontMetrics().horizontalAdvance(QStringLiteral("Replace: ")) + 4);
 
+    QWidget* order[] = {find_, replace_, folder_, folderButton_, filter_,
+                        regularExpression_, matchCase_, wholeWords_, marked_};
+    for (std::size_t i = 1; i < std::size(order); ++i) setTabOrder(order[i - 1], order[i]);
+
     connect(regularExpression_, &QCheckBox::toggled, this, &InputFrame::applyRegularExpressionMode);
     connect(marked_, &QCheckBox::toggled, this, &InputFrame::applyMarkedOnly);
     applyRegularExpressionMode(false);

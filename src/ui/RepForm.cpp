@@ -41,9 +41,6 @@
 namespace vantorel::ui {
 namespace {
 
-// The combined preview holds at most this many characters; later files'
-// sections are built when their row is clicked.
-constexpr qint64 kPreviewCharacters = 3'000'000;
 // Sections built during a run at most (the shown ones and a margin for the
 // files that workers finish out of order).
 constexpr long kSectionsBuilt = 20'000;
@@ -398,7 +395,7 @@ int RepForm::appendPreview(const StyledText& section) {
     // built when the rows are clicked.
     if (section.empty() || previewFull_ || state_.stopRequested) return -1;
     PreviewPane* pane = preview_->pane();
-    if (pane->characterCount() >= kPreviewCharacters) {
+    if (pane->characterCount() >= options_.previewCharacters) {
         previewFull_ = true;
         pane->appendStyled({StyledRun{"The preview holds the files above. Click a later file in the list to see "
                                       "its matches here.\r\n\r\n",

@@ -50,6 +50,9 @@ struct RepFormOptions {
     std::filesystem::path settingsFile;
     // The folder of the program's data files; by default the executable's.
     std::filesystem::path programFolder;
+    // The most characters the combined preview holds; the sections of later
+    // files are built when their rows are clicked.
+    long long previewCharacters = 3'000'000;
 };
 
 class RepForm : public QMainWindow, public MainWindowState, private RunDisplay {

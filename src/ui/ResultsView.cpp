@@ -29,6 +29,10 @@ int ResultsView::selectedRow() const {
 void ResultsView::keyReleaseEvent(QKeyEvent* event) {
     QTreeView::keyReleaseEvent(event);
     if (event->isAutoRepeat()) return;
+    switch (event->key()) {
+        case Qt::Key_Control: case Qt::Key_Shift: case Qt::Key_Alt: case Qt::Key_Meta: return;  // modifiers alone
+        default: break;
+    }
     const bool selectAll = event->key() == Qt::Key_A && event->modifiers() == Qt::ControlModifier;
     if (!selectAll && event->modifiers() == Qt::NoModifier && model() && model()->rowCount() > 0)
         emit keyReleased();

@@ -7,6 +7,7 @@
 
 #include "UiTestSupport.h"
 #include "support/TempTree.h"
+#include "ui/ColourProgressBar.h"
 #include "ui/ResultsView.h"
 
 using namespace vantorel;
@@ -73,6 +74,10 @@ private slots:
                              !f.pane()->isEnabled() && !f.child<QMenu>("mnuFile")->menuAction()->isEnabled() &&
                              !f.child<QMenu>("mView")->menuAction()->isEnabled() &&
                              !f.action("mAbout")->isEnabled() && f.status() == "Replace Files?";
+            // The counting pass ended at 100%, yellow on blue.
+            auto* bar = f.child<ui::ColourProgressBar>("ProgressBar");
+            busyWhileAsked = busyWhileAsked && bar->percent() == 100 && bar->fillColour() == QColor(255, 255, 0) &&
+                             bar->backColour() == QColor(0, 0, 255);
         };
         QVERIFY(f.runBy("RepBtn"));
 
@@ -90,6 +95,10 @@ private slots:
         QCOMPARE(tree.read("b.txt"), std::string("color\n"));
         QCOMPARE(tree.read("d.log"), std::string("colour\n"));
         QCOMPARE(f.column(0), QStringList({"b.txt", "a.txt"}));  // rebuilt by the writing pass
+        // The writing pass's rows lead to the sections the counting pass showed.
+        const QTextDocument* document = f.pane()->document();
+        QVERIFY(document->findBlockByNumber(f.rows().previewAnchorAt(0)).text().startsWith(root(tree) + "/b.txt  ("));
+        QVERIFY(document->findBlockByNumber(f.rows().previewAnchorAt(1)).text().startsWith(root(tree) + "/docs/a.txt  ("));
         QCOMPARE(f.combo("RepText")->itemText(0), QString("color"));
         QCOMPARE(f.form->previewPattern(), std::string("color"));
 
@@ -224,6 +233,18 @@ private slots:
         QVERIFY(!marked->isEnabled() && !marked->isChecked());
         for (const char* input : {"FilterCombo", "StartDir", "FolderButton", "ffiltLbl", "StLocLbl"})
             QVERIFY2(f.child(input)->isEnabled(), input);
+    }
+
+    void closingDuringARunStopsItAndSavesTheSettings() {
+        TempTree tree;
+        for (int i = 0; i < 3000; ++i) tree.write("d" + std::to_string(i % 10) + "/f" + std::to_string(i) + ".txt", "colour\n");
+        FormFixture f;
+        f.setInputs(root(tree), "*.txt", "colour");
+        QTest::mouseClick(f.button("FindBtn"), Qt::LeftButton);
+        QVERIFY(f.form->close());
+        QVERIFY(!f.form->isRunning());
+        QVERIFY(QFile::exists(f.config.path() + "/settings.reg"));
+        f.form.reset();
     }
 
     void extractGathersTheMatchesInFileOrder() {

@@ -235,6 +235,51 @@ private slots:
         QCOMPARE(f.column(2), QStringList({"3", "1", "0"}));
     }
 
+    void combinedPreviewScrollsToASectionAndBuildsLaterOnesOnDemand() {
+        TempTree tree;
+        std::string many;
+        for (int i = 0; i < 80; ++i) many += "hit " + std::to_string(i) + "\n";
+        tree.write("a.txt", many);
+        tree.write("b.txt", many);
+        tree.write("c.txt", "one hit\n");
+        FormFixture f;
+        f.previewCharacters = 2500;  // room for the first two sections only
+        f.restart();
+        showWindow(f);
+        f.setInputs(root(tree), "*.txt", "hit");
+        QVERIFY(f.runBy("FindBtn"));
+        QCOMPARE(f.rows().previewAnchorAt(2), -1);
+        const QString notice = "The preview holds the files above. Click a later file in the list to see its matches here.";
+        QVERIFY2(f.pane()->toPlainText().endsWith(notice + "\n\n"), qPrintable(f.pane()->toPlainText().right(200)));
+
+        auto* view = f.child<QTreeView>("ListView1");
+        auto click = [&](int row) {
+            QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, view->visualRect(f.rows().index(row, 1)).center());
+        };
+        click(1);
+        QCOMPARE(f.pane()->firstVisibleBlockNumber(), f.rows().previewAnchorAt(1));
+        QVERIFY(f.pane()->document()->findBlockByNumber(f.rows().previewAnchorAt(1)).text().startsWith(root(tree) + "/b.txt"));
+        click(0);
+        QCOMPARE(f.pane()->firstVisibleBlockNumber(), 0);
+
+        QSignalSpy shown(f.form.get(), &ui::RepForm::previewShown);
+        click(2);
+        QVERIFY(shown.wait());
+        const QString section = root(tree) + "/c.txt  (1 Found)\n00000001 | one hit";
+        QVERIFY2(f.pane()->toPlainText().contains(notice + "\n\n" + section), qPrintable(f.pane()->toPlainText().right(300)));
+        click(2);  // shown again in its place, not twice
+        QVERIFY(shown.wait());
+        QCOMPARE(f.pane()->toPlainText().count(section), 1);
+    }
+
+    void fileDialogFiltersInTheDesktopsForm() {
+        QCOMPARE(ui::desktopFilter("CSV files (*.csv)|*.csv|All files (*.*)|*.*"),
+                 QString("CSV files (*.csv);;All files (*)"));
+        QCOMPARE(ui::desktopFilter("Applications|*.exe"), QString("Applications (*.exe)"));
+        QCOMPARE(ui::desktopFilter(QString("Plain Text files (*.txt)") + QChar(u'\0') + "*.txt" + QChar(u'\0')),
+                 QString("Plain Text files (*.txt)"));
+    }
+
     void theDividerKeepsItsLimits() {
         FormFixture f;
         showWindow(f);

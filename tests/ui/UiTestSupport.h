@@ -86,6 +86,7 @@ struct FormFixture {
     RecordingMessages messages;
     RecordingDesktop desktop;
     std::unique_ptr<ui::RepForm> form;
+    long long previewCharacters = 3'000'000;
 
     FormFixture() { open(); }
 
@@ -95,6 +96,7 @@ struct FormFixture {
         options.desktop = &desktop;
         options.settingsFile = (config.path() + QStringLiteral("/settings.reg")).toStdString();
         options.programFolder = VANTOREL_DATA_DIR;
+        options.previewCharacters = previewCharacters;
         form = std::make_unique<ui::RepForm>(options);
     }
     // Closes the window (which saves the settings) and opens a new one.
