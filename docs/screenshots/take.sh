@@ -1,7 +1,7 @@
 #!/bin/bash
 # Takes the window's screenshots on a virtual screen, driving it as a user
-# would: type a text and a filter, press Enter to Find, then look at one file
-# at a time. Needs: xvfb imagemagick xdotool (apt-get install them).
+# would: type a text and a filter, press Enter to Find, look at one file at
+# a time, then ask for a Replace and answer No. Needs: xvfb imagemagick xdotool (apt-get install them).
 # Usage: docs/screenshots/take.sh [BUILD_DIR]   (from the repository's root)
 set -euo pipefail
 build=${1:-build}
@@ -31,4 +31,10 @@ xdotool key alt+v Down Return             # View > Preview all matches together:
 sleep 0.5
 xdotool mousemove 100 198 click 1         # the first row
 shot find-single-file-preview 1
+xdotool mousemove 300 64 click 1          # the Replace box
+xdotool type --delay 20 'color'
+xdotool mousemove 133 152 click 1         # Replace: counts, then asks
+shot replace-question 2
+xdotool key Escape                        # No: nothing is changed
+sleep 0.5
 kill $app
