@@ -76,8 +76,13 @@ RepForm::RepForm(RepFormOptions options, QWidget* parent) : QMainWindow(parent),
     setWindowTitle(QString::fromUtf8(kProgramTitle));
     setWindowIcon(productLogo(64));
     versionLabel_->setText(versionText());
-    // The designed size; the settings put back the user's own.
+    // The designed size; the settings put back the user's own. The smallest
+    // size still shows every input, the list's minimum and some preview.
     resize(twipsToPixelsX(13500, this), twipsToPixelsY(10500, this));
+    setMinimumSize(std::max(inputs_->minimumSizeHint().width(), mid_->minimumSizeHint().width()),
+                   menuBar()->sizeHint().height() + inputs_->sizeHint().height() + mid_->sizeHint().height() +
+                       twipsToPixelsY(kListMinimum + 1500, this) + dragLine_->sizeHint().height() +
+                       statusBar()->sizeHint().height());
 
     const std::filesystem::path file =
         options_.settingsFile.empty() ? RegistryStore::defaultFile() : options_.settingsFile;
