@@ -342,7 +342,6 @@ void RepForm::startRun(RunKind kind) {
     if (isRunning()) return;
     RunRequest request = buildRequest(kind);
     runKind_ = kind;
-    runMarkedOnly_ = request.markedOnly;
     runPreviewAll_ = settings_.PreviewAll;
     if (kind == RunKind::Extract && settings_.ClearExtractText) extracted_.clear();
     inputs_->markedBox()->setEnabled(false);

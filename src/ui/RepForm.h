@@ -190,11 +190,9 @@ private:
 
     // The run going on, or the last one.
     RunKind runKind_ = RunKind::Find;
-    bool runMarkedOnly_ = false;
     bool runPreviewAll_ = true;
     PassKind pass_ = PassKind::Searching;
     std::string previewPattern_;
-    bool previewCaseSensitive_ = false;
     std::string extracted_;
     std::vector<std::pair<FileReport, int>> pendingRows_;
     std::unordered_map<std::string, int> anchorsByPath_;
