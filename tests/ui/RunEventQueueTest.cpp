@@ -1,0 +1,102 @@
+// The queue between a run's worker and the window: order, back-pressure,
+// round trips, and letting go of a worker when the window closes.
+
+#include <QTest>
+#include <atomic>
+#include <chrono>
+#include <thread>
+
+#include "ui/RunEventQueue.h"
+
+using namespace vantorel;
+using namespace vantorel::ui;
+
+namespace {
+
+RunEvent status(const std::string& text) {
+    RunEvent e;
+    e.kind = RunEvent::Kind::Status;
+    e.text = text;
+    return e;
+}
+
+// Waits (without sleeping a fixed time) until the condition holds.
+template <class Condition>
+bool eventually(Condition condition) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > deadline) return false;
+        std::this_thread::yield();
+    }
+    return true;
+}
+
+}  // namespace
+
+class RunEventQueueTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void aFullQueueHoldsTheWorkerUntilTheWindowTakesEvents() {
+        RunEventQueue queue(3, std::size_t{1} << 20);
+        std::atomic<int> posted{0};
+        std::thread worker([&] {
+            for (int i = 0; i < 5; ++i) {
+                queue.post(status(std::to_string(i)));
+                ++posted;
+            }
+        });
+        QVERIFY(eventually([&] { return posted == 3; }));
+        QTest::qWait(0);
+        QCOMPARE(posted.load(), 3);  // the fourth waits for room
+        RunEvent event;
+        std::vector<std::string> taken;
+        while (taken.size() < 5)
+            if (queue.take(event)) taken.push_back(event.text);
+        worker.join();
+        QCOMPARE(taken, std::vector<std::string>({"0", "1", "2", "3", "4"}));
+        QVERIFY(queue.empty());
+    }
+
+    void aRoundTripWaitsForTheAnswerAndWakesTheWindow() {
+        RunEventQueue queue;
+        std::atomic<int> wakeUps{0};
+        queue.setWakeUp([&] { ++wakeUps; });
+        std::atomic<int> answer{-1};
+        std::thread worker([&] {
+            RunEvent question;
+            question.kind = RunEvent::Kind::Question;
+            answer = queue.roundTrip(std::move(question)) ? 1 : 0;
+        });
+        RunEvent event;
+        QVERIFY(eventually([&] { return queue.take(event); }));
+        QCOMPARE(int(event.kind), int(RunEvent::Kind::Question));
+        QCOMPARE(wakeUps.load(), 1);
+        QCOMPARE(answer.load(), -1);  // still waiting
+        queue.answer(true);
+        worker.join();
+        QCOMPARE(answer.load(), 1);
+    }
+
+    void abandoningReleasesAWaitingWorkerAndAnswersNo() {
+        RunEventQueue queue(1, std::size_t{1} << 20);
+        queue.post(status("fills the queue"));
+        std::atomic<bool> done{false};
+        bool answered = true;
+        std::thread worker([&] {
+            queue.post(status("waits for room"));
+            RunEvent question;
+            question.kind = RunEvent::Kind::Question;
+            answered = queue.roundTrip(std::move(question));
+            done = true;
+        });
+        queue.abandon();
+        worker.join();
+        QVERIFY(done);
+        QVERIFY(!answered);
+        QVERIFY(queue.empty());
+    }
+};
+
+QTEST_MAIN(RunEventQueueTest)
+#include "RunEventQueueTest.moc"
