@@ -64,6 +64,28 @@ int PreviewPane::appendStyled(const StyledText& text) {
     return start;
 }
 
+StyledText PreviewPane::styledText() const {
+    StyledText out;
+    auto add = [&out](const QString& text, std::uint32_t colour, bool bold) {
+        if (text.isEmpty()) return;
+        const std::string utf8 = text.toStdString();
+        if (!out.empty() && out.back().colour == colour && out.back().bold == bold) out.back().text += utf8;
+        else out.push_back(StyledRun{utf8, colour, bold});
+    };
+    for (QTextBlock block = document()->begin(); block.isValid(); block = block.next()) {
+        if (block != document()->begin()) add(QStringLiteral("\r\n"), kBlack, false);
+        for (auto fragment = block.begin(); !fragment.atEnd(); ++fragment) {
+            const QTextFragment piece = fragment.fragment();
+            const QTextCharFormat format = piece.charFormat();
+            const QColor colour = format.foreground().color();
+            const auto bgr = static_cast<std::uint32_t>(colour.red()) | (static_cast<std::uint32_t>(colour.green()) << 8) |
+                             (static_cast<std::uint32_t>(colour.blue()) << 16);
+            add(piece.text(), bgr, format.fontWeight() >= QFont::Bold);
+        }
+    }
+    return out;
+}
+
 void PreviewPane::truncateAt(int block) {
     const QTextBlock first = document()->findBlockByNumber(block);
     if (!first.isValid()) return;

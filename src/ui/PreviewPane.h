@@ -26,6 +26,9 @@ public:
     // Scrolls so that the block is the first one shown.
     void scrollToBlock(int block);
     int firstVisibleBlockNumber() const { return firstVisibleBlock().blockNumber(); }
+    // What the pane shows, as styled runs (line breaks as "\r\n"), for
+    // saving it as rich or plain text.
+    StyledText styledText() const;
     // Characters held, for the bound on the combined preview.
     qint64 characterCount() const { return document()->characterCount(); }
 
