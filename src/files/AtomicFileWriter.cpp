@@ -4,7 +4,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <system_error>
 
@@ -15,6 +17,30 @@ namespace {
 
 constexpr std::size_t kBufferSize = 1 << 20;
 
+// What the process is, read once.
+struct Process {
+    pid_t id = ::getpid();
+    uid_t euid = ::geteuid();
+    gid_t egid = ::getegid();
+    mode_t umask = currentUmask();
+
+    static mode_t currentUmask() {
+        // The system tells the mask without changing it here; elsewhere
+        // reading it means setting it for a moment.
+        if (std::FILE* status = std::fopen("/proc/self/status", "r")) {
+            char line[256];
+            unsigned mask = 0;
+            bool found = false;
+            while (!found && std::fgets(line, sizeof line, status)) found = std::sscanf(line, "Umask: %o", &mask) == 1;
+            std::fclose(status);
+            if (found) return static_cast<mode_t>(mask);
+        }
+        const mode_t mask = ::umask(022);
+        ::umask(mask);
+        return mask;
+    }
+};
+
 [[noreturn]] void throwSystemError(int error, const std::string& what) {
     throw std::system_error(error, std::generic_category(), what);
 }
@@ -23,14 +49,39 @@ constexpr std::size_t kBufferSize = 1 << 20;
 
 AtomicFileWriter::AtomicFileWriter(const std::string& target) : target_(target) {
     struct stat st {};
-    const bool existed = ::stat(target.c_str(), &st) == 0;
-    tempPath_ = FolderOf(target) + "." + FileNameOf(target) + ".vantorel-XXXXXX";
-    fd_ = ::mkstemp(tempPath_.data());
-    if (fd_ < 0) throwSystemError(errno, tempPath_);
-    if (existed) {
-        ::fchmod(fd_, st.st_mode & 07777);
+    if (::stat(target.c_str(), &st) == 0) {
+        const Attributes keep{st.st_mode, st.st_uid, st.st_gid};
+        create(&keep);
+    } else {
+        create(nullptr);
+    }
+}
+
+AtomicFileWriter::AtomicFileWriter(const std::string& target, const Attributes& keep) : target_(target) {
+    create(&keep);
+}
+
+void AtomicFileWriter::create(const Attributes* keep) {
+    static const Process process;
+    const mode_t mode = keep ? (keep->mode & 07777) : (0666 & ~process.umask);
+    const std::string stem = FolderOf(target_) + "." + FileNameOf(target_) + ".vantorel-";
+    static std::atomic<unsigned> counter{0};
+    for (int attempt = 0; fd_ < 0; ++attempt) {
+        tempPath_ = stem + std::to_string(process.id) + "-" + std::to_string(counter++);
+        fd_ = ::open(tempPath_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+        if (fd_ < 0 && (errno != EEXIST || attempt > 100)) {
+            const int error = errno;
+            tempPath_.clear();
+            throwSystemError(error, stem);
+        }
+    }
+    // The system's file-creation mask may have taken bits away.
+    if ((mode & ~process.umask) != mode) ::fchmod(fd_, mode);
+    if (keep) {
         // Keep the owner and group where the system lets us; failing is harmless.
-        if (::fchown(fd_, geteuid() == 0 ? st.st_uid : static_cast<uid_t>(-1), st.st_gid) != 0) {
+        const uid_t owner = process.euid == 0 && keep->owner != process.euid ? keep->owner : static_cast<uid_t>(-1);
+        const gid_t group = keep->group != process.egid ? keep->group : static_cast<gid_t>(-1);
+        if ((owner != static_cast<uid_t>(-1) || group != static_cast<gid_t>(-1)) && ::fchown(fd_, owner, group) != 0) {
         }
     }
     buffer_.reserve(kBufferSize);

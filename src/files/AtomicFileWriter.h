@@ -13,9 +13,18 @@ namespace vantorel {
 
 class AtomicFileWriter {
 public:
+    // The permission bits, owner and group that the new file is to keep.
+    struct Attributes {
+        mode_t mode;
+        uid_t owner;
+        gid_t group;
+    };
+
     // Creates the temporary file beside `target` with the target's permission
     // bits (and owner, where allowed). Throws std::system_error on failure.
     explicit AtomicFileWriter(const std::string& target);
+    // The same, with the target's attributes already known.
+    AtomicFileWriter(const std::string& target, const Attributes& keep);
     ~AtomicFileWriter();
     AtomicFileWriter(const AtomicFileWriter&) = delete;
     AtomicFileWriter& operator=(const AtomicFileWriter&) = delete;
@@ -32,6 +41,7 @@ public:
     const std::string& target() const noexcept { return target_; }
 
 private:
+    void create(const Attributes* keep);
     void flushBuffer();
 
     std::string target_;

@@ -64,6 +64,9 @@ FileText& FileText::operator=(FileText&& other) noexcept {
     characters_ = other.characters_;
     modified_ = other.modified_;
     identity_ = other.identity_;
+    mode_ = other.mode_;
+    owner_ = other.owner_;
+    group_ = other.group_;
     return *this;
 }
 
@@ -101,6 +104,9 @@ FileText::Result FileText::read(const std::string& path) {
     text.path_ = path;
     text.modified_ = st.st_mtime;
     text.identity_ = identityOf(st);
+    text.mode_ = st.st_mode;
+    text.owner_ = st.st_uid;
+    text.group_ = st.st_gid;
     const auto size = static_cast<std::size_t>(st.st_size);
     if (size >= kMapFrom) {
         void* mapping = ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE | MAP_POPULATE, file.fd, 0);

@@ -43,6 +43,10 @@ public:
     std::uint64_t characters() const noexcept { return characters_; }
     std::time_t modified() const noexcept { return modified_; }
     const FileIdentity& identity() const noexcept { return identity_; }
+    // The permission bits, owner and group as the file was opened.
+    mode_t mode() const noexcept { return mode_; }
+    uid_t owner() const noexcept { return owner_; }
+    gid_t group() const noexcept { return group_; }
     // True when the file was cut short or rewritten while its text was in
     // use: what was read from it is then not to be trusted.
     bool changedWhileRead() const;
@@ -69,6 +73,9 @@ private:
     std::uint64_t characters_ = 0;
     std::time_t modified_ = 0;
     FileIdentity identity_;
+    mode_t mode_ = 0;
+    uid_t owner_ = 0;
+    gid_t group_ = 0;
 };
 
 struct FileText::Result {

@@ -39,7 +39,7 @@ public:
             std::lock_guard lock(mutex_);
             cancelled_ = true;
         }
-        changed_.notify_all();
+        roomFree_.notify_all();
         for (std::thread& worker : workers_) worker.join();
     }
 
@@ -56,7 +56,9 @@ public:
         Slot& slot = slots_[delivered_ % window_];
         while (!slot.ready) {
             if (stop_.load()) return false;
-            changed_.wait_for(lock, std::chrono::milliseconds(20));
+            consumerWaiting_ = true;
+            resultReady_.wait_for(lock, std::chrono::milliseconds(20));  // also to see a stop
+            consumerWaiting_ = false;
         }
         if (stop_.load()) return false;
         position = delivered_++;
@@ -64,8 +66,9 @@ public:
         std::exception_ptr error = std::move(slot.error);
         result = std::move(slot.result);
         slot.result.reset();
+        const bool wakeWorker = workersWaiting_ > 0;  // a slot is free again
         lock.unlock();
-        changed_.notify_all();
+        if (wakeWorker) roomFree_.notify_one();
         if (error) std::rethrow_exception(error);
         return true;
     }
@@ -88,9 +91,11 @@ private:
     void workerLoop() {
         std::unique_lock lock(mutex_);
         while (true) {
-            changed_.wait(lock, [this] {
-                return cancelled_ || claimed_ >= count_ || claimed_ < delivered_ + window_;
-            });
+            while (!cancelled_ && claimed_ < count_ && claimed_ >= delivered_ + window_) {
+                ++workersWaiting_;
+                roomFree_.wait(lock);
+                --workersWaiting_;
+            }
             if (cancelled_ || claimed_ >= count_ || stop_.load()) break;
             const std::size_t position = claimed_++;
             lock.unlock();
@@ -103,7 +108,8 @@ private:
             }
             lock.lock();
             slots_[position % window_] = std::move(done);
-            changed_.notify_all();
+            // Only the result the driver waits for is worth waking it for.
+            if (consumerWaiting_ && position == delivered_) resultReady_.notify_one();
         }
     }
 
@@ -114,7 +120,10 @@ private:
     const std::atomic<bool>& stop_;
     std::vector<Slot> slots_;
     std::mutex mutex_;
-    std::condition_variable changed_;
+    std::condition_variable resultReady_;  // the driver waits here
+    std::condition_variable roomFree_;     // workers wait here while the window is full
+    bool consumerWaiting_ = false;
+    unsigned workersWaiting_ = 0;
     std::size_t claimed_ = 0;
     std::size_t delivered_ = 0;
     bool cancelled_ = false;

@@ -129,7 +129,7 @@ bool PendingWrite::commit(std::vector<Message>& messages) {
 PreparedWrite prepareWriteBack(const std::string& path, const FileText& text,
                                const std::vector<CompiledJob>& jobs, bool makeBackups) {
     PreparedWrite result;
-    if (IsReadOnly(path)) {
+    if ((text.mode() & S_IWUSR) == 0) {  // read-only: the owner-write bit is clear
         DiscardSink discard;
         result.matches = applyJobs(text, jobs, discard);
         result.readOnlySkipped = result.matches > 0;
@@ -138,8 +138,12 @@ PreparedWrite prepareWriteBack(const std::string& path, const FileText& text,
     const std::string target = resolvedTarget(path);
     // A file we may not write is not replaced behind its owner's back, even
     // where its folder would let us rename over it.
-    if (::access(target.c_str(), W_OK) != 0) throw std::system_error(errno, std::generic_category(), target);
-    auto writer = std::make_unique<AtomicFileWriter>(target);
+    static const uid_t euid = ::geteuid();
+    const bool ownWritable = euid == 0 || text.owner() == euid;  // the write bit is set
+    if (!ownWritable && ::access(target.c_str(), W_OK) != 0)
+        throw std::system_error(errno, std::generic_category(), target);
+    auto writer = std::make_unique<AtomicFileWriter>(
+        target, AtomicFileWriter::Attributes{text.mode(), text.owner(), text.group()});
     WriterSink sink(*writer);
     result.matches = applyJobs(text, jobs, sink);
     if (result.matches == 0) return result;  // nothing changed: the writer removes its file
