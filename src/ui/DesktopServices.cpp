@@ -3,6 +3,7 @@
 #include <QDesktopServices>
 #include <QDir>
 #include <QFileDialog>
+#include <QProcess>
 
 namespace vantorel::ui {
 
@@ -26,6 +27,10 @@ QString SystemDesktop::chooseFileToSave(QWidget* owner, const QString& filter, c
 
 QString SystemDesktop::chooseFileToOpen(QWidget* owner, const QString& filter, const QString& folder) {
     return QFileDialog::getOpenFileName(owner, QString(), folder, filter);
+}
+
+bool SystemDesktop::startProgram(const QString& program, const QStringList& arguments) {
+    return QProcess::startDetached(program, arguments);
 }
 
 }  // namespace vantorel::ui

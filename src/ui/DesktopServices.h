@@ -4,6 +4,7 @@
 // window gets one; tests give it one that records instead.
 
 #include <QString>
+#include <QStringList>
 #include <QUrl>
 
 class QWidget;
@@ -22,6 +23,8 @@ public:
     virtual QString chooseFileToSave(QWidget* owner, const QString& filter, const QString& defaultSuffix,
                                      const QString& folder) = 0;
     virtual QString chooseFileToOpen(QWidget* owner, const QString& filter, const QString& folder) = 0;
+    // Starts a program with arguments, detached; true when it started.
+    virtual bool startProgram(const QString& program, const QStringList& arguments) = 0;
 };
 
 // The desktop's own handlers and dialogs.
@@ -32,6 +35,7 @@ public:
     QString chooseFileToSave(QWidget* owner, const QString& filter, const QString& defaultSuffix,
                              const QString& folder) override;
     QString chooseFileToOpen(QWidget* owner, const QString& filter, const QString& folder) override;
+    bool startProgram(const QString& program, const QStringList& arguments) override;
 };
 
 }  // namespace vantorel::ui

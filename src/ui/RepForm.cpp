@@ -25,13 +25,16 @@
 #include "ui/ColourProgressBar.h"
 #include "ui/DesktopServices.h"
 #include "ui/DragLine.h"
+#include "ui/ExtractForm.h"
 #include "ui/FileDialog.h"
 #include "ui/GuiMessageHost.h"
 #include "ui/HistoryCombo.h"
 #include "ui/InputFrame.h"
 #include "ui/Logo.h"
 #include "ui/PreviewFrame.h"
+#include "ui/PopUpForm.h"
 #include "ui/PreviewPane.h"
+#include "ui/ResultExport.h"
 #include "ui/ResultsModel.h"
 #include "ui/ResultsView.h"
 #include "ui/RunController.h"
@@ -187,6 +190,9 @@ void RepForm::buildWidgets() {
     connect(view_, &ResultsView::leftReleased, this, &RepForm::onListLeftReleased);
     connect(view_, &ResultsView::keyReleased, this, &RepForm::onListKeyReleased);
     connect(view_, &QTreeView::doubleClicked, this, [this](const QModelIndex& index) { openRow(index.row()); });
+    popUp_ = new PopUpForm(this, *view_, *model_, *inputs_->markedBox(), *desktop_, *messages_, settings_);
+    connect(view_, &ResultsView::rightReleased, popUp_, &PopUpForm::popUp);
+    connect(popUp_, &PopUpForm::runRequested, this, [this] { openRow(view_->selectedRow()); });
     connect(view_->header(), &QHeaderView::sectionClicked, this, &RepForm::onHeaderClicked);
     connect(preview_, &PreviewFrame::pageRequested, this, &RepForm::onPageRequested);
     connect(preview_, &PreviewFrame::shown, this, &RepForm::previewShown);
@@ -196,6 +202,14 @@ void RepForm::buildWidgets() {
 void RepForm::buildMenus() {
     fileMenu_ = menuBar()->addMenu(QStringLiteral("&File"));
     fileMenu_->setObjectName(QStringLiteral("mnuFile"));
+    QAction* exportList = fileMenu_->addAction(QStringLiteral("Export Match List..."));
+    exportList->setObjectName(QStringLiteral("mExportMatch"));
+    connect(exportList, &QAction::triggered, this, [this] { exportMatchList(this, *desktop_, *messages_, *model_); });
+    QAction* exportDetails = fileMenu_->addAction(QStringLiteral("Export Match Details..."));
+    exportDetails->setObjectName(QStringLiteral("mExportDetail"));
+    connect(exportDetails, &QAction::triggered, this,
+            [this] { exportMatchDetails(this, *desktop_, *messages_, *preview_->pane()); });
+    fileMenu_->addSeparator()->setObjectName(QStringLiteral("mDiv2"));
     QAction* exit = fileMenu_->addAction(QStringLiteral("Exit"));
     exit->setObjectName(QStringLiteral("mExit"));
     exit->setShortcut(QKeySequence::Quit);
@@ -203,6 +217,10 @@ void RepForm::buildMenus() {
 
     viewMenu_ = menuBar()->addMenu(QStringLiteral("&View"));
     viewMenu_->setObjectName(QStringLiteral("mView"));
+    QAction* extractWindow = viewMenu_->addAction(QStringLiteral("Extract Window"));
+    extractWindow->setObjectName(QStringLiteral("mViewExtrWin"));
+    connect(extractWindow, &QAction::triggered, this, &RepForm::showExtractWindow);
+    viewMenu_->addSeparator()->setObjectName(QStringLiteral("mDiv3"));
     showAllAction_ = viewMenu_->addAction(QStringLiteral("Only List Files with Matches"));
     showAllAction_->setObjectName(QStringLiteral("mShowAll"));
     showAllAction_->setCheckable(true);
@@ -343,7 +361,7 @@ void RepForm::startRun(RunKind kind) {
     RunRequest request = buildRequest(kind);
     runKind_ = kind;
     runPreviewAll_ = settings_.PreviewAll;
-    if (kind == RunKind::Extract && settings_.ClearExtractText) extracted_.clear();
+    if (kind == RunKind::Extract && settings_.ClearExtractText) extractWindow()->clearText();
     inputs_->markedBox()->setEnabled(false);
     runs_->start(std::move(request));
 }
@@ -420,13 +438,39 @@ void RepForm::addRow(const FileReport& row, int previewAnchor) {
     pendingRows_.emplace_back(row, previewAnchor);
 }
 
-void RepForm::appendExtracted(const std::string& text) { extracted_ += text; }
+void RepForm::appendExtracted(const std::string& text) { pendingExtracted_ += text; }
+
+ExtractForm* RepForm::extractWindow() {
+    if (!extractForm_) extractForm_ = new ExtractForm(*desktop_, *messages_, this);
+    return extractForm_;
+}
+
+std::string RepForm::extractedText() const { return extractForm_ ? extractForm_->text() : std::string(); }
+
+void RepForm::showExtractWindow() {
+    ExtractForm* window = extractWindow();
+    if (!window->isVisible()) {
+        // Beside the main window, where the screen has room.
+        QPoint place = frameGeometry().topRight() + QPoint(8, 0);
+        if (const QScreen* screen = this->screen()) {
+            const QRect room = screen->availableGeometry();
+            if (place.x() + window->width() > room.right()) place.setX(std::max(room.left(), room.right() - window->width()));
+        }
+        window->move(place);
+    }
+    window->show();
+    window->raise();
+}
 
 void RepForm::setStatus(const std::string& text) { statusPanel_->setText(displayText(text)); }
 
 void RepForm::setProgress(int percent, PassKind pass) { progress_->setProgress(percent, pass); }
 
 void RepForm::flush() {
+    if (!pendingExtracted_.empty()) {
+        extractWindow()->appendText(pendingExtracted_);
+        pendingExtracted_.clear();
+    }
     if (pendingRows_.empty()) return;
     std::vector<ResultsModel::Entry> entries;
     entries.reserve(pendingRows_.size());
@@ -452,6 +496,7 @@ void RepForm::runFinished(const RunOutcome& outcome, const std::string& previewP
             inputs_->box(HistoryBox::Replace)->remember(QString::fromStdString(boxText(HistoryBox::Replace)));
         inputs_->box(HistoryBox::Folder)->remember(QString::fromStdString(boxText(HistoryBox::Folder)));
         inputs_->box(HistoryBox::Filter)->remember(QString::fromStdString(boxText(HistoryBox::Filter)));
+        if (runKind_ == RunKind::Extract && outcome.totalMatches > 0) showExtractWindow();
         // One file at a time: show the first file's matches straight away.
         if (!settings_.PreviewAll && model_->rowCount() > 0) {
             view_->setCurrentIndex(model_->index(0, 0));
@@ -588,6 +633,11 @@ void RepForm::showHelp() {
 void RepForm::closeEvent(QCloseEvent* event) {
     runs_->abandon();
     settingsStore_->SaveSettings(settings_, *this);
+    if (extractForm_) {
+        // Exiting: the extraction window closes instead of hiding.
+        extractForm_->setExiting(true);
+        extractForm_->close();
+    }
     event->accept();
 }
 

@@ -34,6 +34,8 @@ namespace vantorel::ui {
 class ColourProgressBar;
 class DesktopServices;
 class DragLine;
+class ExtractForm;
+class PopUpForm;
 class GuiMessageHost;
 class InputFrame;
 class PreviewFrame;
@@ -69,7 +71,10 @@ public:
     // The command line's folder.
     void setStartFolder(const QString& folder);
     AppSettings& settings() noexcept { return settings_; }
-    const std::string& extractedText() const noexcept { return extracted_; }
+    // What the extraction window holds (lines ended by CR LF).
+    std::string extractedText() const;
+    // The extraction window, made on first use.
+    ExtractForm* extractWindow();
     const std::string& previewPattern() const noexcept { return previewPattern_; }
     bool isRunning() const;
     ResultsModel* results() const noexcept { return model_; }
@@ -146,6 +151,7 @@ private:
     void chooseFolder();
     void showAbout();
     void showHelp();
+    void showExtractWindow();
     void pointAtPatternError(std::size_t offset, const std::string& what);
 
     void layoutFrames();
@@ -177,6 +183,8 @@ private:
     QLabel* versionLabel_ = nullptr;
     QLabel* logo_ = nullptr;
     QLabel* statusPanel_ = nullptr;
+    ExtractForm* extractForm_ = nullptr;
+    PopUpForm* popUp_ = nullptr;
     QMenu* fileMenu_ = nullptr;
     QMenu* viewMenu_ = nullptr;
     QAction* showAllAction_ = nullptr;
@@ -193,7 +201,7 @@ private:
     bool runPreviewAll_ = true;
     PassKind pass_ = PassKind::Searching;
     std::string previewPattern_;
-    std::string extracted_;
+    std::string pendingExtracted_;
     std::vector<std::pair<FileReport, int>> pendingRows_;
     std::unordered_map<std::string, int> anchorsByPath_;
     bool previewFull_ = false;

@@ -43,6 +43,18 @@ void ResultsView::mouseReleaseEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton && event->modifiers() == Qt::NoModifier && model() &&
         model()->rowCount() > 0)
         emit leftReleased();
+    if (event->button() == Qt::RightButton && model() && model()->rowCount() > 0) {
+        // The menu is for the file under the pointer: a row outside the
+        // selection becomes the selection; within it, it becomes current.
+        const QModelIndex under = indexAt(event->position().toPoint());
+        if (under.isValid()) {
+            if (selectionModel()->isRowSelected(under.row(), under.parent()))
+                selectionModel()->setCurrentIndex(under, QItemSelectionModel::NoUpdate);
+            else
+                selectionModel()->setCurrentIndex(under, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+        }
+        emit rightReleased(event->globalPosition().toPoint());
+    }
 }
 
 }  // namespace vantorel::ui

@@ -18,6 +18,8 @@ signals:
     void keyReleased();
     // The left button was released over the list without modifiers.
     void leftReleased();
+    // The right button was released over the list (at a screen position).
+    void rightReleased(const QPoint& globalPosition);
 
 protected:
     void keyReleaseEvent(QKeyEvent* event) override;

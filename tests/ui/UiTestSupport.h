@@ -76,8 +76,30 @@ public:
         folderStart = start;
         return folderAnswer;
     }
-    QString chooseFileToSave(QWidget*, const QString&, const QString&, const QString&) override { return {}; }
-    QString chooseFileToOpen(QWidget*, const QString&, const QString&) override { return {}; }
+    // What the file dialogs are asked and answer ("" is a cancel).
+    QString saveAnswer;
+    QString openAnswer;
+    QString lastFilter;
+    QString lastSuffix;
+    int saveDialogs = 0;
+    // Programs started, each with its arguments.
+    std::vector<QStringList> started;
+    bool startSucceeds = true;
+
+    QString chooseFileToSave(QWidget*, const QString& filter, const QString& suffix, const QString&) override {
+        ++saveDialogs;
+        lastFilter = filter;
+        lastSuffix = suffix;
+        return saveAnswer;
+    }
+    QString chooseFileToOpen(QWidget*, const QString& filter, const QString&) override {
+        lastFilter = filter;
+        return openAnswer;
+    }
+    bool startProgram(const QString& program, const QStringList& arguments) override {
+        started.push_back(QStringList{program} + arguments);
+        return startSucceeds;
+    }
 };
 
 // A window on its own settings file, with recording doubles.

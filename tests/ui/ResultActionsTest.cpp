@@ -1,0 +1,269 @@
+// The extraction window, the results list's context menu and the two
+// exports, driven through the window's controls.
+
+#include <QHeaderView>
+#include <QMenu>
+#include <QPlainTextEdit>
+#include <QRegularExpression>
+
+#include "UiTestSupport.h"
+#include "support/TempTree.h"
+#include "ui/ExtractForm.h"
+#include "ui/PopUpForm.h"
+#include "ui/ResultsView.h"
+
+using namespace vantorel;
+using namespace vantorel::test;
+
+class ResultActionsTest : public QObject {
+    Q_OBJECT
+
+    static QString root(const TempTree& tree) { return QString::fromStdString(tree.root()); }
+
+    // Three listed files: a.txt (2 matches), b.txt (1), sub/c.txt (3).
+    static void writeTree(const TempTree& tree) {
+        tree.write("a.txt", "id=1 id=22\n");
+        tree.write("b.txt", "id=333\n");
+        tree.write("none.txt", "nothing\n");
+        tree.write("sub/c.txt", "id=4\nid=5 id=6\n");
+    }
+
+    static void find(FormFixture& f, const TempTree& tree, const char* pattern = "id=\\d+") {
+        f.child<QCheckBox>("RegExpFind")->setChecked(true);
+        f.setInputs(root(tree), "*.txt", pattern);
+        QVERIFY(f.runBy("FindBtn"));
+    }
+
+    // Right-clicks a row (selecting it) and returns the menu that pops up.
+    static QMenu* rightClick(FormFixture& f, int row) {
+        auto* view = f.child<ui::ResultsView>("ListView1");
+        const QRect cell = view->visualRect(f.rows().index(row, 0));
+        QTest::mouseClick(view->viewport(), Qt::RightButton, Qt::NoModifier, cell.center());
+        return f.form->findChild<QMenu*>("mmuPopUp");
+    }
+
+    static void select(FormFixture& f, std::initializer_list<int> rows) {
+        auto* view = f.child<ui::ResultsView>("ListView1");
+        view->clearSelection();
+        for (int row : rows)
+            view->selectionModel()->select(f.rows().index(row, 0), QItemSelectionModel::Select | QItemSelectionModel::Rows);
+        view->selectionModel()->setCurrentIndex(f.rows().index(*rows.begin(), 0), QItemSelectionModel::NoUpdate);
+    }
+
+private slots:
+    void extractionGathersAcrossRunsAndShowsOnlyWithMatches() {
+        TempTree tree;
+        writeTree(tree);
+        FormFixture f;
+        f.child<QCheckBox>("RegExpFind")->setChecked(true);
+        f.setInputs(root(tree), "none.txt", "id=\\d+");
+        QVERIFY(f.runBy("ExtrBtn"));
+        auto* window = f.form->extractWindow();
+        QVERIFY(!window->isVisible());  // nothing found: the window stays away
+
+        f.form->settings().ClearExtractText = false;
+        f.setInputs(root(tree), "*.txt", "id=\\d+");
+        QVERIFY(f.runBy("ExtrBtn"));
+        QVERIFY(window->isVisible());
+        QCOMPARE(window->windowTitle(), QString("Extracted Text"));
+        const std::string first = "id=1\r\nid=22\r\nid=333\r\nid=4\r\nid=5\r\nid=6\r\n";
+        QCOMPARE(f.form->extractedText(), first);
+        f.setInputs(root(tree), "b.txt", "\\d+");
+        QVERIFY(f.runBy("ExtrBtn"));
+        QCOMPARE(f.form->extractedText(), first + "333\r\n");  // the second run's lines below the first's
+
+        // Closing hides; the text survives and comes back from the View menu.
+        QVERIFY(!window->close());
+        QVERIFY(!window->isVisible());
+        f.action("mViewExtrWin")->trigger();
+        QVERIFY(window->isVisible());
+        QCOMPARE(f.form->extractedText(), first + "333\r\n");
+        QTest::mouseClick(window->findChild<QAbstractButton*>("HideBtn"), Qt::LeftButton);
+        QVERIFY(!window->isVisible());
+        QTest::mouseClick(window->findChild<QAbstractButton*>("ClearButton"), Qt::LeftButton);
+        QCOMPARE(f.form->extractedText(), std::string());
+    }
+
+    void savingExtractedTextChoosesRichTextByTheNamesLastThreeCharacters() {
+        TempTree tree;
+        FormFixture f;
+        ui::ExtractForm* window = f.form->extractWindow();
+        window->save();  // empty: no dialog
+        QCOMPARE(f.desktop.saveDialogs, 0);
+        window->appendText("caf\xc3\xa9\r\nid=2\r\n");
+        for (const char* name : {"out.rtf", "out.RTF", "out.txt"}) {
+            f.desktop.saveAnswer = root(tree) + "/" + name;
+            QTest::mouseClick(window->findChild<QAbstractButton*>("SaveBtn"), Qt::LeftButton);
+        }
+        QCOMPARE(f.desktop.lastFilter, QString("Plain Text files (*.txt)"));
+        QCOMPARE(f.desktop.lastSuffix, QString("txt"));
+        QVERIFY(tree.read("out.rtf").rfind("{\\rtf1", 0) == 0);
+        QVERIFY(tree.read("out.rtf").find("caf\\'e9\\par") != std::string::npos);
+        QCOMPARE(tree.read("out.RTF"), std::string("caf\xc3\xa9\r\nid=2\r\n"));
+        QCOMPARE(tree.read("out.txt"), std::string("caf\xc3\xa9\r\nid=2\r\n"));
+        f.desktop.saveAnswer.clear();
+        const int before = f.desktop.saveDialogs;
+        window->save();  // cancelled: nothing written
+        QCOMPARE(f.desktop.saveDialogs, before + 1);
+    }
+
+    void contextMenuCaptionsFollowTheRowAndTheSelection() {
+        TempTree tree;
+        writeTree(tree);
+        FormFixture f;
+        find(f, tree);
+        QMenu* menu = rightClick(f, 1);
+        QVERIFY(menu && menu->isVisible());
+        QCOMPARE(f.action("mmuRun")->text(), QString("Open b.txt with associated program"));
+        QCOMPARE(f.action("mmuMark")->text(), QString("Mark b.txt"));
+        QVERIFY(!f.action("MnuMarkAll")->isVisible());
+        QVERIFY(!f.action("MnuUnmarkAll")->isVisible());
+        QVERIFY(!f.action("mnuOpenWithFN")->isVisible());  // no remembered program
+        menu->hide();
+
+        // Two selected rows show the multi-row items; the captions follow the current row.
+        f.form->settings().OpenWithProgram = "/usr/local/bin/ed.exe";
+        f.rows().setChecked(2, true);
+        select(f, {2, 0});
+        f.form->findChild<ui::PopUpForm*>("PopUpForm")->popUp(QPoint(10, 10));
+        QVERIFY(f.action("MnuMarkAll")->isVisible());
+        QVERIFY(f.action("MnuUnmarkAll")->isVisible());
+        QCOMPARE(f.action("mmuMark")->text(), QString("Unmark c.txt"));
+        QVERIFY(f.action("mnuOpenWithFN")->isVisible());
+        QCOMPARE(f.action("mnuOpenWithFN")->text(), QString("Open with ed.exe"));
+        menu->hide();
+    }
+
+    void markingThroughTheMenuDrivesMarkedFilesOnly() {
+        TempTree tree;
+        writeTree(tree);
+        FormFixture f;
+        find(f, tree);
+        auto* marked = f.child<QCheckBox>("MarkedChk");
+        QVERIFY(!marked->isEnabled());
+        rightClick(f, 0)->hide();
+        f.action("mmuMark")->trigger();
+        QVERIFY(f.rows().rowAt(0).checked);
+        QVERIFY(marked->isEnabled() && marked->isChecked());
+        rightClick(f, 0)->hide();
+        QCOMPARE(f.action("mmuMark")->text(), QString("Unmark a.txt"));
+        f.action("mmuMark")->trigger();  // the only mark goes: the box is disabled
+        QVERIFY(!f.rows().rowAt(0).checked);
+        QVERIFY(!marked->isEnabled());
+
+        select(f, {1, 2});
+        f.action("MnuMarkAll")->trigger();
+        QVERIFY(!f.rows().rowAt(0).checked && f.rows().rowAt(1).checked && f.rows().rowAt(2).checked);
+        QVERIFY(marked->isEnabled() && marked->isChecked());
+        f.action("mnuInv")->trigger();
+        QVERIFY(f.rows().rowAt(0).checked && !f.rows().rowAt(1).checked && !f.rows().rowAt(2).checked);
+        QVERIFY(marked->isEnabled());
+        select(f, {0});
+        f.action("MnuUnmarkAll")->trigger();
+        QVERIFY(!f.rows().anyChecked());
+        QVERIFY(!marked->isEnabled());
+    }
+
+    void openingWithAProgramRemembersItAndReportsFailures() {
+        TempTree tree;
+        writeTree(tree);
+        FormFixture f;
+        find(f, tree);
+        rightClick(f, 2)->hide();
+        const QString path = root(tree) + "/sub/c.txt";
+
+        f.desktop.openAnswer.clear();  // cancelled: nothing runs, nothing is remembered
+        f.action("mmuOpenWith")->trigger();
+        QVERIFY(f.desktop.started.empty());
+        QCOMPARE(f.form->settings().OpenWithProgram, std::string());
+
+        f.desktop.openAnswer = "/opt/tools/viewer";
+        f.desktop.startSucceeds = false;
+        f.action("mmuOpenWith")->trigger();
+        QCOMPARE(f.desktop.started.back(), (QStringList{"/opt/tools/viewer", path}));
+        QCOMPARE(f.messages.texts().back(), std::string("Error opening application."));
+        QCOMPARE(f.messages.messages.back().icon, MessageIcon::Warning);
+        QCOMPARE(f.form->settings().OpenWithProgram, std::string("/opt/tools/viewer"));
+
+        rightClick(f, 2)->hide();
+        QVERIFY(f.action("mnuOpenWithFN")->isVisible());
+        QCOMPARE(f.action("mnuOpenWithFN")->text(), QString("Open with viewer"));
+        f.action("mnuOpenWithFN")->trigger();
+        QCOMPARE(f.messages.texts().back(), std::string("Error opening application /opt/tools/viewer"));
+        f.desktop.startSucceeds = true;
+        f.action("mnuOpenWithFN")->trigger();
+        QCOMPARE(f.desktop.started.size(), std::size_t{3});
+
+        f.form->settings().OpenWithProgram = "/bin";  // shorter than 5 characters
+        rightClick(f, 2)->hide();
+        QVERIFY(!f.action("mnuOpenWithFN")->isVisible());
+    }
+
+    void openingTheFileAndItsFolderGoesToTheDesktop() {
+        TempTree tree;
+        writeTree(tree);
+        FormFixture f;
+        find(f, tree);
+        rightClick(f, 2)->hide();
+        f.action("mmuRun")->trigger();
+        QCOMPARE(f.desktop.opened.back(), QUrl::fromLocalFile(root(tree) + "/sub/c.txt"));
+        f.action("mmuExp")->trigger();
+        QCOMPARE(f.desktop.opened.back(), QUrl::fromLocalFile(root(tree) + "/sub/"));
+        QVERIFY(f.messages.messages.empty());
+        f.desktop.openSucceeds = false;
+        f.action("mmuExp")->trigger();
+        QCOMPARE(f.messages.texts().back(), std::string("Error Opening Folder."));
+    }
+
+    void matchListLogHoldsTheRowsAsShown() {
+        TempTree tree;
+        writeTree(tree);
+        FormFixture f;
+        f.action("mExportMatch")->trigger();
+        QCOMPARE(f.messages.texts().back(), std::string("No Results to Export."));
+        QCOMPARE(f.desktop.saveDialogs, 0);
+
+        find(f, tree);
+        f.child<ui::ResultsView>("ListView1")->header()->sectionClicked(2);  // Matches, descending
+        f.desktop.saveAnswer = root(tree) + "/log.csv";
+        f.action("mExportMatch")->trigger();
+        QCOMPARE(f.desktop.lastSuffix, QString("txt"));
+        QCOMPARE(f.messages.texts().back(), (root(tree) + "/log.csv log file created.").toStdString());
+        const QString log = QString::fromStdString(tree.read("log.csv"));
+        const QString date = "\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d";
+        const QString r = QRegularExpression::escape(root(tree));
+        const QRegularExpression expected("^File Name,Path,Matches,File Size,Modified\r\n"
+                                          "c\\.txt," + r + "/sub/,3,15," + date + "\r\n"
+                                          "a\\.txt," + r + "/,2,11," + date + "\r\n"
+                                          "b\\.txt," + r + "/,1,7," + date + "\r\n$");
+        QVERIFY2(expected.match(log).hasMatch(), qPrintable(log));
+
+        f.desktop.saveAnswer = root(tree) + "/no-such-folder/log.csv";
+        f.action("mExportMatch")->trigger();
+        QCOMPARE(f.messages.texts().back(), std::string("Error exporting log file!"));
+    }
+
+    void matchDetailsAreSavedAsRichOrPlainText() {
+        TempTree tree;
+        writeTree(tree);
+        FormFixture f;
+        find(f, tree, "zzz");  // nothing found: the preview is empty
+        f.action("mExportDetail")->trigger();
+        QCOMPARE(f.messages.texts().back(), std::string("Nothing to Export."));
+
+        find(f, tree);
+        f.desktop.saveAnswer = root(tree) + "/details.rtf";
+        f.action("mExportDetail")->trigger();
+        QCOMPARE(f.desktop.lastSuffix, QString("rtf"));
+        const std::string rtf = tree.read("details.rtf");
+        QVERIFY(rtf.rfind("{\\rtf1", 0) == 0);
+        QVERIFY(rtf.find("\\red255\\green0\\blue0;") != std::string::npos);  // the hits' red
+        f.desktop.saveAnswer = root(tree) + "/details.txt";
+        f.action("mExportDetail")->trigger();
+        const std::string plain = tree.read("details.txt");
+        QVERIFY2(plain.find("/a.txt  (2 Found)\r\n00000001 | id=1 id=22") != std::string::npos, plain.c_str());
+    }
+};
+
+QTEST_MAIN(ResultActionsTest)
+#include "ResultActionsTest.moc"
