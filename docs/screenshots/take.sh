@@ -27,7 +27,7 @@ xdotool key ctrl+a
 xdotool type --delay 20 '*.txt;*.htm*;*.css'
 xdotool key Return                        # Find
 shot find-combined-preview 2
-xdotool key alt+v Down Return             # View > Preview all matches together: off
+xdotool key alt+v Down Down Return        # View > Preview all matches together: off
 sleep 0.5
 xdotool mousemove 100 198 click 1         # the first row
 shot find-single-file-preview 1

@@ -1,0 +1,47 @@
+#!/bin/bash
+# Screenshots of the extraction window after an Extract, and of the preview
+# exported as rich text, as LibreOffice shows it. Needs: xvfb imagemagick
+# xdotool libreoffice-writer-nogui poppler-utils (apt-get install them).
+# Usage: docs/screenshots/take-extract.sh [BUILD_DIR]   (from the repository's root)
+set -euo pipefail
+build=${1:-build}
+out=$(cd "$(dirname "$0")" && pwd)
+root=$(cd "$out/../.." && pwd)
+if [ -z "${DISPLAY:-}" ]; then
+  exec xvfb-run -a -s '-screen 0 1280x900x24' "$0" "$@"
+fi
+export VANTOREL_CONFIG_HOME=$(mktemp -d)
+work=$(mktemp -d)
+trap 'rm -rf "$VANTOREL_CONFIG_HOME" "$work"' EXIT
+
+"$root/$build/vantorel" "$root/sample" &
+app=$!
+sleep 3
+xdotool key Return                        # closes the About box of a first start
+sleep 1
+xdotool mousemove 752 36 click 1          # Regular Expression
+xdotool mousemove 300 36 click 1          # the Find box (now "Reg Ex:")
+xdotool type --delay 20 '[\w.]+@[\w.]+|\d+\.\d\d EUR'
+xdotool mousemove 300 120 click 1         # the file filter
+xdotool key ctrl+a
+xdotool type --delay 20 '*'
+xdotool mousemove 220 152 click 1         # Extract
+sleep 2
+import -window root "$out/extract-window.png"
+
+# The preview, exported through File > Export Match Details...
+xdotool key Escape
+xdotool mousemove 300 36 click 1
+xdotool key ctrl+a
+xdotool type --delay 20 'colou?r'
+xdotool key Return                        # Find
+sleep 2
+xdotool key alt+f Down Return             # File > Export Match Details...
+sleep 1.5
+xdotool type --delay 10 "$work/details.rtf"
+xdotool key Return
+sleep 1
+kill $app
+(cd "$work" && soffice --headless --convert-to pdf details.rtf > /dev/null 2>&1)
+pdftoppm -png -r 80 -f 1 -l 1 "$work/details.pdf" "$work/page"
+convert "$work"/page*.png -crop 680x440+0+0 "$out/exported-details-rtf.png"
