@@ -61,13 +61,13 @@ found, 2 when the input was refused or the run failed.
 
 namespace {
 
-struct OptionSpec {
+struct OptionInfo {
     char shortName;
     const char* longName;
     bool takesValue;
 };
 
-constexpr OptionSpec kOptions[] = {
+constexpr OptionInfo kOptions[] = {
     {'d', "dir", true},          {'f', "filter", true},    {'e', "regex", false},
     {'i', "ignore-case", false}, {'w', "whole-words", false}, {'n', "no-subfolders", false},
     {'b', "backups", false},     {'y', "yes", false},      {'a', "show-all", false},
@@ -75,21 +75,21 @@ constexpr OptionSpec kOptions[] = {
     {0, "csv", true},            {0, "json", false},       {'h', "help", false},
 };
 
-const OptionSpec* findLong(std::string_view name) {
-    for (const OptionSpec& spec : kOptions)
-        if (name == spec.longName) return &spec;
+const OptionInfo* findLong(std::string_view name) {
+    for (const OptionInfo& option : kOptions)
+        if (name == option.longName) return &option;
     return nullptr;
 }
 
-const OptionSpec* findShort(char name) {
-    for (const OptionSpec& spec : kOptions)
-        if (spec.shortName != 0 && spec.shortName == name) return &spec;
+const OptionInfo* findShort(char name) {
+    for (const OptionInfo& option : kOptions)
+        if (option.shortName != 0 && option.shortName == name) return &option;
     return nullptr;
 }
 
 // Applies one option; returns an error text or "".
-std::string apply(CliOptions& o, const OptionSpec& spec, const std::string& value) {
-    const std::string_view name = spec.longName;
+std::string apply(CliOptions& o, const OptionInfo& option, const std::string& value) {
+    const std::string_view name = option.longName;
     if (name == "dir") o.folder = value;
     else if (name == "filter") o.filter = value;
     else if (name == "regex") o.regularExpression = true;
@@ -138,30 +138,30 @@ ParseResult parseCommandLine(const std::vector<std::string>& arguments) {
         if (arg.rfind("--", 0) == 0) {
             const std::size_t equals = arg.find('=');
             const std::string name = arg.substr(2, equals == std::string::npos ? std::string::npos : equals - 2);
-            const OptionSpec* spec = findLong(name);
-            if (!spec) return {std::nullopt, "unknown option '--" + name + "'"};
+            const OptionInfo* option = findLong(name);
+            if (!option) return {std::nullopt, "unknown option '--" + name + "'"};
             std::string value;
-            if (spec->takesValue) {
+            if (option->takesValue) {
                 if (equals != std::string::npos) value = arg.substr(equals + 1);
                 else if (!takeValue(value)) return {std::nullopt, "option '--" + name + "' needs a value"};
             } else if (equals != std::string::npos) {
                 return {std::nullopt, "option '--" + name + "' takes no value"};
             }
-            if (std::string error = apply(options, *spec, value); !error.empty()) return {std::nullopt, error};
+            if (std::string error = apply(options, *option, value); !error.empty()) return {std::nullopt, error};
             continue;
         }
         // Short options, possibly grouped ("-ei"); a value may follow directly ("-j4").
         for (std::size_t k = 1; k < arg.size(); ++k) {
-            const OptionSpec* spec = findShort(arg[k]);
-            if (!spec) return {std::nullopt, std::string("unknown option '-") + arg[k] + "'"};
+            const OptionInfo* option = findShort(arg[k]);
+            if (!option) return {std::nullopt, std::string("unknown option '-") + arg[k] + "'"};
             std::string value;
-            if (spec->takesValue) {
+            if (option->takesValue) {
                 if (k + 1 < arg.size()) value = arg.substr(k + 1);
                 else if (!takeValue(value))
                     return {std::nullopt, std::string("option '-") + arg[k] + "' needs a value"};
                 k = arg.size();
             }
-            if (std::string error = apply(options, *spec, value); !error.empty()) return {std::nullopt, error};
+            if (std::string error = apply(options, *option, value); !error.empty()) return {std::nullopt, error};
         }
     }
     if (options.help) return {options, ""};

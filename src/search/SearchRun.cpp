@@ -157,7 +157,7 @@ private:
                                     request_.kind == RunKind::Extract, request_.makeBackups, &request_};
         const unsigned threads = threadCount(request_.threads);
         OrderedWork<FileOutcome> work(
-            files_.size(), threads, std::size_t{threads} * 8,
+            files_.size(), threads, std::size_t{threads} * 64,
             [this](std::size_t i) { return !skipped_[i]; },
             [this, &settings](std::size_t i) { return processFile(files_.path(i), jobs_, settings); },
             state_.stopRequested);
