@@ -1,6 +1,9 @@
-// A run over a large tree keeps the window responsive and its memory bounded.
-// A timer probes the event loop every 5 ms during the run and records the
-// longest gap between two of its ticks. The tree's size comes from
+// Measures how responsive the window stays, and how much memory it takes,
+// during a run over a large tree (a benchmark, not a test: it prints its
+// figures). A timer probes the event loop every 5 ms during the run and
+// records the longest gap between two of its ticks. Build and run:
+//   cmake --build build --target ui_responsiveness
+//   QT_QPA_PLATFORM=offscreen VANTOREL_CONFIG_HOME=$(mktemp -d) VANTOREL_UI_FILES=100000 build/bench/ui_responsiveness The tree's size comes from
 // VANTOREL_UI_FILES (default 2000 files; 100000 for the full measurement),
 // each file holding 10 matches; VANTOREL_UI_PREVIEW_ALL=0 measures the run
 // without the combined preview.
@@ -62,7 +65,7 @@ private:
 
 }  // namespace
 
-class ResponsivenessTest : public QObject {
+class UiResponsiveness : public QObject {
     Q_OBJECT
 
 private slots:
@@ -103,7 +106,6 @@ private slots:
                     files, files * 10, static_cast<long long>(elapsed), probe.longestMs(), probe.over100ms(),
                     rssBefore, statusKilobytes("VmRSS:"), statusKilobytes("VmHWM:"),
                     static_cast<long long>(f.pane()->characterCount()));
-        QVERIFY2(probe.longestMs() < 250, qPrintable(QString("stalled %1 ms").arg(probe.longestMs())));
 
         // Stop ends the next run at once.
         QSignalSpy ended(f.form.get(), &ui::RepForm::runEnded);
@@ -122,7 +124,6 @@ private slots:
         std::printf("second run: Stop pressed at %lld ms, run ended %lld ms later with %d rows; longest stall %.1f ms\n",
                     static_cast<long long>(stoppedAt), static_cast<long long>(clock.elapsed() - stoppedAt),
                     f.rows().rowCount(), stopProbe.longestMs());
-        QVERIFY2(stopProbe.longestMs() < 250, qPrintable(QString("stalled %1 ms").arg(stopProbe.longestMs())));
         if (files >= 20000) {
             QCOMPARE(f.messages.texts().back(), std::string("Search operation stopped."));
             QVERIFY(f.rows().rowCount() < files);
@@ -130,5 +131,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(ResponsivenessTest)
-#include "ResponsivenessTest.moc"
+QTEST_MAIN(UiResponsiveness)
+#include "ui_responsiveness.moc"
