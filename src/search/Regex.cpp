@@ -2,6 +2,8 @@
 
 #include <pcre2.h>
 
+#include <algorithm>
+
 #include "search/EcmaPatternParser.h"
 #include "search/PatternTranslator.h"
 #include "search/Windows1252CharacterTables.h"
@@ -89,6 +91,14 @@ CompiledPattern::CompiledPattern(std::string_view ecmaPattern, TextEncoding enco
                                  bool ignoreCase)
     : code_(std::make_unique<Code>()), encoding_(encoding) {
     const TranslatedPattern translated = translateEcmaPattern(ecmaPattern, encoding, ignoreCase);
+    if (ignoreCase) {
+        // Only where case matters: PCRE2 finds other literals as fast as anything.
+        auto literal = AsciiLiteralFinder::literalOf(ecmaPattern);
+        if (literal && std::any_of(literal->begin(), literal->end(), [](char c) {
+                return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+            }))
+            literal_.emplace(std::move(*literal));
+    }
     pcre2Pattern_ = translated.pcre2Pattern;
     std::uint32_t options = kBaseOptions | translated.extraCompileOptions;
     if (encoding == TextEncoding::Utf8) options |= PCRE2_UTF | PCRE2_NO_UTF_CHECK;
@@ -148,6 +158,17 @@ std::uint32_t CompiledPattern::groupNumber(std::string_view name) const noexcept
 
 template <class OnMatch>
 void CompiledPattern::run(std::string_view subject, OnMatch&& onMatch) const {
+    if (literal_) {
+        // Never empty, so each search goes on where the last match ended.
+        std::size_t ovector[2];
+        for (std::size_t at = literal_->find(subject, 0); at != std::string_view::npos;
+             at = literal_->find(subject, at + literal_->length())) {
+            ovector[0] = at;
+            ovector[1] = at + literal_->length();
+            if (!onMatch(Match(subject, ovector, 1))) return;
+        }
+        return;
+    }
     std::unique_ptr<pcre2_match_data, MatchDataDeleter> data(
         pcre2_match_data_create_from_pattern(code_->code, nullptr));
     if (!data) throw MatchError("out of memory for match data");

@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "search/AsciiLiteralFinder.h"
 #include "search/PatternError.h"
 #include "search/TextEncoding.h"
 
@@ -75,6 +76,8 @@ private:
     std::uint32_t captureCount_ = 0;
     std::string pcre2Pattern_;
     std::vector<std::pair<std::string, std::uint32_t>> groupNames_;  // ECMAScript name, number
+    // A case-insensitive ASCII literal is searched without PCRE2.
+    std::optional<AsciiLiteralFinder> literal_;
 
     template <class OnMatch>
     void run(std::string_view subject, OnMatch&& onMatch) const;
