@@ -1,5 +1,8 @@
 #include "search/FileProcessor.h"
 
+#include <algorithm>
+
+#include "search/AsciiLiteralFinder.h"
 #include "search/FileText.h"
 #include "search/WriteBack.h"
 
@@ -10,7 +13,8 @@ CompiledJob::CompiledJob(std::string findPattern, std::string replaceText, bool 
       replaceText_(std::move(replaceText)),
       regex_(findPattern_, ignoreCase),
       utf8Template_(replaceText_, regex_.forEncoding(TextEncoding::Utf8)),
-      singleByteTemplate_(utf8Template_.transcoded(TextEncoding::Windows1252)) {}
+      singleByteTemplate_(utf8Template_.transcoded(TextEncoding::Windows1252)),
+      encodingIndependent_(AsciiLiteralFinder::literalOf(findPattern_).has_value()) {}
 
 const ReplaceTemplate* CompiledJob::replacement(TextEncoding encoding) const {
     if (encoding == TextEncoding::Utf8) return &utf8Template_;
@@ -38,8 +42,14 @@ std::uint64_t searchJobs(const std::string& path, const FileText& text,
                          const std::vector<CompiledJob>& jobs, const PassSettings& pass,
                          FileOutcome& outcome) {
     std::uint64_t total = 0;
-    const TextEncoding encoding = text.encoding();
     const auto& preview = pass.request ? pass.request->previewSection : nullptr;
+    // A plain search for ASCII literals finds the same bytes in either
+    // encoding: the text need not be scanned unless something is found.
+    const bool independent = !pass.replacing && !pass.extract && !preview &&
+                             std::all_of(jobs.begin(), jobs.end(), [](const CompiledJob& job) {
+                                 return job.empty() || job.encodingIndependent();
+                             });
+    const TextEncoding encoding = independent ? TextEncoding::Utf8 : text.encoding();
     for (const CompiledJob& job : jobs) {
         if (job.empty()) continue;
         if (pass.replacing && !job.replacement(encoding)) continue;
@@ -72,7 +82,6 @@ FileOutcome processFile(const std::string& path, const std::vector<CompiledJob>&
     const FileText& text = read.text;
     if (text.bytes().empty()) return outcome;  // an empty file is never listed
     outcome.read = true;
-    outcome.characters = text.characters();
     outcome.modified = text.modified();
     if (!pass.write) {
         outcome.matches = searchJobs(path, text, jobs, pass, outcome);
@@ -82,6 +91,7 @@ FileOutcome processFile(const std::string& path, const std::vector<CompiledJob>&
         outcome.readOnlySkipped = prepared.readOnlySkipped;
         outcome.pendingWrite = std::move(prepared.pending);
     }
+    if (outcome.matches > 0 || pass.listsEveryFile) outcome.characters = text.characters();
     if (text.changedWhileRead()) {
         // Another program cut the file short or rewrote it meanwhile: what we
         // found or would write is not to be trusted.

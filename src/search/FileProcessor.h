@@ -24,6 +24,9 @@ public:
     const std::string& findPattern() const noexcept { return findPattern_; }
     const std::string& replaceText() const noexcept { return replaceText_; }
     bool empty() const noexcept { return findPattern_.empty(); }
+    // True when the job finds the same bytes whatever the file's encoding
+    // (a pattern of ASCII characters taken literally).
+    bool encodingIndependent() const noexcept { return encodingIndependent_; }
     const CompiledPattern& pattern(TextEncoding encoding) const { return regex_.forEncoding(encoding); }
     // The replacement for text of this encoding; nothing when the encoding
     // cannot hold it (the job then finds nothing in such a file).
@@ -35,6 +38,7 @@ private:
     Regex regex_;
     ReplaceTemplate utf8Template_;
     std::optional<ReplaceTemplate> singleByteTemplate_;
+    bool encodingIndependent_;
 };
 
 struct PassSettings {
@@ -43,6 +47,7 @@ struct PassSettings {
     bool extract = false;
     bool makeBackups = false;
     const RunRequest* request = nullptr;  // its preview builder, when set
+    bool listsEveryFile = false;          // files without matches are listed too
 };
 
 struct FileOutcome {

@@ -60,6 +60,7 @@ FileText& FileText::operator=(FileText&& other) noexcept {
     mappedBytes_ = std::exchange(other.mappedBytes_, 0);
     guard_ = std::move(other.guard_);
     path_ = std::move(other.path_);
+    scanned_ = other.scanned_;
     encoding_ = other.encoding_;
     characters_ = other.characters_;
     modified_ = other.modified_;
@@ -79,6 +80,7 @@ void FileText::release() noexcept {
     buffer_.reset();
     data_ = "";
     size_ = 0;
+    scanned_ = false;
 }
 
 bool FileText::changedWhileRead() const {
@@ -144,10 +146,25 @@ FileText::Result FileText::read(const std::string& path) {
         text.data_ = text.buffer_.get();
         text.size_ = done;
     }
-    const EncodingScan scan = scanEncoding(text.bytes());
-    text.encoding_ = scan.encoding;
-    text.characters_ = scan.characters;
     return result;
+}
+
+void FileText::scan() const {
+    if (scanned_) return;
+    const EncodingScan found = scanEncoding(bytes());
+    encoding_ = found.encoding;
+    characters_ = found.characters;
+    scanned_ = true;
+}
+
+TextEncoding FileText::encoding() const {
+    scan();
+    return encoding_;
+}
+
+std::uint64_t FileText::characters() const {
+    scan();
+    return characters_;
 }
 
 }  // namespace vantorel

@@ -38,9 +38,12 @@ public:
     ~FileText();
 
     std::string_view bytes() const noexcept { return {data_, size_}; }
-    TextEncoding encoding() const noexcept { return encoding_; }
+    // The encoding and the character count take one pass over the text,
+    // made the first time either is asked for (a search that cannot depend
+    // on the encoding may never need it).
+    TextEncoding encoding() const;
     // "File Size": the length of the text in characters.
-    std::uint64_t characters() const noexcept { return characters_; }
+    std::uint64_t characters() const;
     std::time_t modified() const noexcept { return modified_; }
     const FileIdentity& identity() const noexcept { return identity_; }
     // The permission bits, owner and group as the file was opened.
@@ -69,8 +72,10 @@ private:
     std::size_t mappedBytes_ = 0;
     std::unique_ptr<MappedFileGuard> guard_;
     std::string path_;
-    TextEncoding encoding_ = TextEncoding::Utf8;
-    std::uint64_t characters_ = 0;
+    void scan() const;
+    mutable bool scanned_ = false;
+    mutable TextEncoding encoding_ = TextEncoding::Utf8;
+    mutable std::uint64_t characters_ = 0;
     std::time_t modified_ = 0;
     FileIdentity identity_;
     mode_t mode_ = 0;

@@ -154,7 +154,8 @@ private:
         host_.passStarted(pass);
         if (files_.empty()) return;
         const PassSettings settings{request_.kind == RunKind::Replace, pass == PassKind::Writing,
-                                    request_.kind == RunKind::Extract, request_.makeBackups, &request_};
+                                    request_.kind == RunKind::Extract, request_.makeBackups, &request_,
+                                    request_.showAll || request_.markedOnly};
         const unsigned threads = threadCount(request_.threads);
         OrderedWork<FileOutcome> work(
             files_.size(), threads, std::size_t{threads} * 64,

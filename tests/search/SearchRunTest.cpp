@@ -313,6 +313,19 @@ TEST_F(SearchRunTest, StopDuringTheWritingPassKeepsWhatWasWritten) {
                             "1 files processed, 1 occurences changed in 1 file(s)"));
 }
 
+TEST_F(SearchRunTest, SizesAreCharactersAlsoWhenTheSearchNeedsNoEncoding) {
+    tree.write("a.txt", "caf\xc3\xa9 cat");  // UTF-8: 8 characters in 9 bytes
+    tree.write("b.txt", "na\xefve");          // Windows-1252: 5 characters
+    tree.write("c.txt", "na\xc3\xafve");      // UTF-8: 5 characters, no match
+    RunRequest r = request(RunKind::Find, "cat");  // an ASCII literal: found alike in both encodings
+    r.showAll = true;
+    run(r);
+    ASSERT_EQ(rowsText(), "a.txt:1 b.txt:0 c.txt:0 ");
+    EXPECT_EQ(host.rows[0].characters, 8u);
+    EXPECT_EQ(host.rows[1].characters, 5u);
+    EXPECT_EQ(host.rows[2].characters, 5u);
+}
+
 TEST_F(SearchRunTest, EachFileIsMatchedInItsOwnEncoding) {
     tree.write("utf8.txt", "\xef\xbb\xbf" "Caf\xc3\xa9 caf\xc3\xa9\r\n");
     tree.write("cp1252.txt", "Caf\xe9 \x80 5\r\n");
