@@ -74,10 +74,6 @@ EncodingScan scanEncoding(std::string_view bytes) noexcept {
     return {TextEncoding::Utf8, static_cast<std::uint64_t>(characters)};
 }
 
-TextEncoding detectEncoding(std::string_view bytes) noexcept {
-    return isValidUtf8(bytes) ? TextEncoding::Utf8 : TextEncoding::Windows1252;
-}
-
 std::uint64_t countCharacters(std::string_view bytes, TextEncoding encoding) noexcept {
     if (encoding == TextEncoding::Windows1252) return bytes.size();
     std::uint64_t continuation = 0;

@@ -19,9 +19,6 @@ enum class TextEncoding { Utf8, Windows1252 };
 // above U+10FFFF).
 bool isValidUtf8(std::string_view bytes) noexcept;
 
-// UTF-8 when the bytes are valid UTF-8, else Windows-1252.
-TextEncoding detectEncoding(std::string_view bytes) noexcept;
-
 struct EncodingScan {
     TextEncoding encoding;
     std::uint64_t characters;

@@ -20,10 +20,12 @@ TEST(TextEncodingTest, RecognisesValidUtf8Only) {
 }
 
 TEST(TextEncodingTest, CountsCharactersByEncoding) {
-    EXPECT_EQ(countCharacters("caf\xc3\xa9", TextEncoding::Utf8), 4u);
-    EXPECT_EQ(countCharacters("\xef\xbb\xbfx", TextEncoding::Utf8), 2u);  // the BOM is a character
-    EXPECT_EQ(countCharacters("caf\xe9", TextEncoding::Windows1252), 4u);
-    EXPECT_EQ(countCharacters(std::string("a\0b", 3), TextEncoding::Utf8), 3u);
+    EXPECT_EQ(scanEncoding("caf\xc3\xa9").characters, 4u);
+    EXPECT_EQ(scanEncoding("\xef\xbb\xbfx").characters, 2u);  // the BOM is a character
+    EXPECT_EQ(scanEncoding("caf\xe9").encoding, TextEncoding::Windows1252);
+    EXPECT_EQ(scanEncoding("caf\xe9").characters, 4u);
+    EXPECT_EQ(scanEncoding(std::string("a\0b", 3)).characters, 3u);
+    EXPECT_EQ(scanEncoding(std::string(100, 'x') + "\xc3\xa9").characters, 101u);  // past the fast path
 }
 
 TEST(TextEncodingTest, EveryWindows1252ByteRoundTrips) {
