@@ -7,7 +7,7 @@
 #include <cstring>
 
 #include "files/FileFunctions.h"
-#include "search/TextEncoding.h"
+#include "core/TextEncoding.h"
 
 namespace vantorel::cli {
 

@@ -1,6 +1,6 @@
 #include "files/Wildcard.h"
 
-#include "search/TextEncoding.h"
+#include "core/TextEncoding.h"
 
 namespace vantorel {
 namespace {

@@ -10,7 +10,7 @@
 #include <string_view>
 
 #include "core/StyledText.h"
-#include "search/TextEncoding.h"
+#include "core/TextEncoding.h"
 
 namespace vantorel {
 

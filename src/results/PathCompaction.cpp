@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "search/TextEncoding.h"
+#include "core/TextEncoding.h"
 
 namespace vantorel {
 namespace {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "search/TextEncoding.h"
+#include "core/TextEncoding.h"
 
 namespace vantorel {
 namespace {

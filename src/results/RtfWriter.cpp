@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <vector>
 
-#include "search/TextEncoding.h"
+#include "core/TextEncoding.h"
 
 namespace vantorel {
 namespace {

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "search/EcmaUnicodeTables.h"
-#include "search/TextEncoding.h"
+#include "core/TextEncoding.h"
 
 namespace vantorel {
 namespace {

@@ -12,7 +12,7 @@
 #include <string>
 #include <string_view>
 
-#include "search/TextEncoding.h"
+#include "core/TextEncoding.h"
 
 namespace vantorel {
 

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "search/PatternError.h"
-#include "search/TextEncoding.h"
+#include "core/TextEncoding.h"
 
 namespace vantorel {
 

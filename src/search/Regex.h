@@ -13,7 +13,7 @@
 
 #include "search/AsciiLiteralFinder.h"
 #include "search/PatternError.h"
-#include "search/TextEncoding.h"
+#include "core/TextEncoding.h"
 
 namespace vantorel {
 

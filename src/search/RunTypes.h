@@ -10,7 +10,7 @@
 
 #include "core/StyledText.h"
 #include "search/PatternError.h"
-#include "search/TextEncoding.h"
+#include "core/TextEncoding.h"
 
 namespace vantorel {
 

@@ -3,7 +3,7 @@
 #include <pcre2.h>
 
 #include "search/EcmaCaseFolding.h"
-#include "search/TextEncoding.h"
+#include "core/TextEncoding.h"
 
 namespace vantorel {
 

@@ -10,7 +10,7 @@
 #include <memory>
 #include <system_error>
 
-#include "files/AtomicFileWriter.h"
+#include "core/AtomicFileWriter.h"
 #include "files/FileFunctions.h"
 #include "search/FileProcessor.h"
 #include "search/FileText.h"

@@ -7,7 +7,7 @@
 #include <QResizeEvent>
 
 #include "core/MessageHost.h"
-#include "files/AtomicFileWriter.h"
+#include "core/AtomicFileWriter.h"
 #include "results/RtfWriter.h"
 #include "ui/FileDialog.h"
 #include "ui/PreviewPane.h"

@@ -3,7 +3,7 @@
 #include <QDir>
 
 #include "core/MessageHost.h"
-#include "files/AtomicFileWriter.h"
+#include "core/AtomicFileWriter.h"
 #include "results/ResultRow.h"
 #include "results/RtfWriter.h"
 #include "ui/ExtractForm.h"

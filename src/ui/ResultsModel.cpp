@@ -5,7 +5,7 @@
 
 #include "files/FileFunctions.h"
 #include "results/ResultSort.h"
-#include "search/TextEncoding.h"
+#include "core/TextEncoding.h"
 
 namespace vantorel::ui {
 

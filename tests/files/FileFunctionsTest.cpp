@@ -4,7 +4,7 @@
 
 #include <filesystem>
 
-#include "files/AtomicFileWriter.h"
+#include "core/AtomicFileWriter.h"
 #include "support/TempTree.h"
 
 namespace vantorel {

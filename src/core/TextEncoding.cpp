@@ -1,4 +1,4 @@
-#include "search/TextEncoding.h"
+#include "core/TextEncoding.h"
 
 #include <array>
 #include <cstring>

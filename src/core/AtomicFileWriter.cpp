@@ -1,4 +1,4 @@
-#include "files/AtomicFileWriter.h"
+#include "core/AtomicFileWriter.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -10,7 +10,6 @@
 #include <cstdlib>
 #include <system_error>
 
-#include "files/FileFunctions.h"
 
 namespace vantorel {
 namespace {
@@ -64,7 +63,9 @@ AtomicFileWriter::AtomicFileWriter(const std::string& target, const Attributes& 
 void AtomicFileWriter::create(const Attributes* keep) {
     static const Process process;
     const mode_t mode = keep ? (keep->mode & 07777) : (0666 & ~process.umask);
-    const std::string stem = FolderOf(target_) + "." + FileNameOf(target_) + ".vantorel-";
+    const std::size_t slash = target_.rfind('/');
+    const std::size_t nameStart = slash == std::string::npos ? 0 : slash + 1;
+    const std::string stem = target_.substr(0, nameStart) + "." + target_.substr(nameStart) + ".vantorel-";
     static std::atomic<unsigned> counter{0};
     for (int attempt = 0; fd_ < 0; ++attempt) {
         tempPath_ = stem + std::to_string(process.id) + "-" + std::to_string(counter++);
