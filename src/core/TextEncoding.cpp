@@ -141,6 +141,65 @@ std::string windows1252ToUtf8(std::string_view bytes) {
     return out;
 }
 
+std::optional<Utf16Order> utf16MarkOf(std::string_view bytes) noexcept {
+    if (bytes.size() < 2) return std::nullopt;
+    const auto first = static_cast<unsigned char>(bytes[0]), second = static_cast<unsigned char>(bytes[1]);
+    if (first == 0xFF && second == 0xFE) return Utf16Order::LittleEndian;
+    if (first == 0xFE && second == 0xFF) return Utf16Order::BigEndian;
+    return std::nullopt;
+}
+
+Utf16Text decodeUtf16(std::string_view bytes, Utf16Order order) {
+    Utf16Text text;
+    text.utf8.reserve(bytes.size() / 2 * 3 / 2 + 4);
+    const bool little = order == Utf16Order::LittleEndian;
+    auto unitAt = [&](std::size_t i) -> char32_t {
+        const auto a = static_cast<unsigned char>(bytes[i]), b = static_cast<unsigned char>(bytes[i + 1]);
+        return little ? (b << 8 | a) : (a << 8 | b);
+    };
+    const std::size_t units = bytes.size() / 2;
+    for (std::size_t u = 0; u < units; ++u) {
+        char32_t cp = unitAt(2 * u);
+        if (cp >= 0xD800 && cp <= 0xDFFF) {
+            const char32_t low = u + 1 < units ? unitAt(2 * u + 2) : 0;
+            if (cp <= 0xDBFF && low >= 0xDC00 && low <= 0xDFFF) {
+                cp = 0x10000 + ((cp - 0xD800) << 10) + (low - 0xDC00);
+                ++u;
+            } else {
+                cp = 0xFFFD;
+                text.exact = false;
+            }
+        }
+        appendUtf8(text.utf8, cp);
+        ++text.characters;
+    }
+    if (bytes.size() % 2 != 0) {
+        appendUtf8(text.utf8, 0xFFFD);
+        ++text.characters;
+        text.exact = false;
+    }
+    return text;
+}
+
+void appendUtf16(std::string& out, std::string_view utf8, Utf16Order order) {
+    const bool little = order == Utf16Order::LittleEndian;
+    auto unit = [&](char32_t value) {
+        const char high = static_cast<char>(value >> 8), low = static_cast<char>(value & 0xFF);
+        out += little ? low : high;
+        out += little ? high : low;
+    };
+    std::size_t pos = 0;
+    while (pos < utf8.size()) {
+        const char32_t cp = decodeUtf8(utf8, pos);
+        if (cp < 0x10000) {
+            unit(cp);
+        } else {
+            unit(0xD800 + ((cp - 0x10000) >> 10));
+            unit(0xDC00 + ((cp - 0x10000) & 0x3FF));
+        }
+    }
+}
+
 std::string toUtf8(std::string_view bytes, TextEncoding encoding) {
     return encoding == TextEncoding::Utf8 ? std::string(bytes) : windows1252ToUtf8(bytes);
 }

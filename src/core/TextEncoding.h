@@ -4,7 +4,9 @@
 // A file whose bytes are valid UTF-8 is UTF-8 text: characters are code
 // points. Any other file is single-byte Windows-1252 text: one byte, one
 // character. Matching always runs on the file's own bytes; only the typed
-// pattern and replacement are converted to the file's encoding.
+// pattern and replacement are converted to the file's encoding. A file that
+// starts with a UTF-16 byte-order mark is the exception: its text is decoded
+// to UTF-8 for matching and encoded back to UTF-16 when it is written.
 
 #include <cstdint>
 #include <optional>
@@ -51,5 +53,22 @@ char32_t decodeUtf8(std::string_view utf8, std::size_t& pos) noexcept;
 
 // Appends the UTF-8 form of a code point.
 void appendUtf8(std::string& out, char32_t cp);
+
+enum class Utf16Order { LittleEndian, BigEndian };
+
+// The byte order of text that starts with a UTF-16 byte-order mark.
+std::optional<Utf16Order> utf16MarkOf(std::string_view bytes) noexcept;
+
+struct Utf16Text {
+    std::string utf8;               // the mark included, as U+FEFF
+    std::uint64_t characters = 0;
+    // False when some code units are not characters (an unpaired surrogate,
+    // an odd last byte): they became U+FFFD, so the text does not round trip.
+    bool exact = true;
+};
+Utf16Text decodeUtf16(std::string_view bytes, Utf16Order order);
+
+// Appends the UTF-16 form of complete UTF-8 characters.
+void appendUtf16(std::string& out, std::string_view utf8, Utf16Order order);
 
 }  // namespace vantorel

@@ -39,7 +39,8 @@ std::string withTrailingSeparator(std::string folder) {
 }
 
 std::string backupNameFor(const std::string& path) {
-    std::string name = path.size() >= 4 && path[path.size() - 4] == '.'
+    const std::size_t nameLength = path.size() - FolderOf(path).size();
+    std::string name = nameLength >= 4 && path[path.size() - 4] == '.'
                            ? path.substr(0, path.size() - 4) + ".bak"
                            : path + ".bak";
     if (name == path) name = path + ".bak";

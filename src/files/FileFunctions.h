@@ -24,11 +24,12 @@ std::string FolderOf(std::string_view path);
 // The folder with exactly one separator at its end.
 std::string withTrailingSeparator(std::string folder);
 
-// Where a file's ".bak" copy goes: when the fourth character from the end is
-// "." the last four characters are replaced by ".bak" ("notes.txt" gives
-// "notes.bak"), otherwise ".bak" is appended ("page.html" gives
-// "page.html.bak"); a name that would be the file itself gets ".bak"
-// appended ("old.bak" gives "old.bak.bak").
+// Where a file's ".bak" copy goes, always beside the file: when the fourth
+// character from the end of the file's name is "." the name's last four
+// characters are replaced by ".bak" ("notes.txt" gives "notes.bak"),
+// otherwise ".bak" is appended ("page.html" gives "page.html.bak",
+// "x.d/c" gives "x.d/c.bak"); a name that would be the file itself gets
+// ".bak" appended ("old.bak" gives "old.bak.bak").
 std::string backupNameFor(const std::string& path);
 
 // The modification time as "YYYY-MM-DD hh:mm:ss" in local time.

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "core/TemporaryFiles.h"
 #include "files/FileFunctions.h"
 #include "files/Wildcard.h"
 
@@ -87,7 +88,8 @@ FileList BuildFileList(const std::string& startFolder, const std::string& filter
         for (const Entry& entry : readFolder(folder)) {
             if (entry.kind == EntryKind::Folder) {
                 if (includeSubfolders) list.folders.push_back(folder + entry.name + kPathSeparator);
-            } else if (entry.kind == EntryKind::File && matchesAny(patterns, entry.name)) {
+            } else if (entry.kind == EntryKind::File && matchesAny(patterns, entry.name) &&
+                       !TemporaryFiles::isTemporaryName(entry.name)) {
                 list.names.push_back(entry.name);
                 list.folderIndex.push_back(static_cast<std::uint32_t>(f));
             }

@@ -4,7 +4,8 @@
 // filter's wildcard patterns. The walk is breadth-first; entries of one
 // folder are taken in name order. Folders reached through symbolic links are
 // not entered (no loops); linked files are listed. Special files (pipes,
-// devices, sockets) are never listed.
+// devices, sockets) and the temporary files of writes in progress are never
+// listed.
 
 #include <atomic>
 #include <functional>

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 
+#include <sys/stat.h>
+
+#include "files/FileFunctions.h"
 #include "search/AsciiLiteralFinder.h"
 #include "search/FileText.h"
 #include "search/WriteBack.h"
@@ -61,10 +64,16 @@ std::uint64_t searchJobs(const std::string& path, const FileText& text,
     return total;
 }
 
+std::optional<FileKey> entryOf(const std::string& path) {
+    struct stat st {};
+    if (::lstat(path.c_str(), &st) != 0) return std::nullopt;
+    return FileKey{st.st_dev, st.st_ino};
+}
+
 }  // namespace
 
 FileOutcome processFile(const std::string& path, const std::vector<CompiledJob>& jobs,
-                        const PassSettings& pass) {
+                        const PassSettings& pass, WriteTurn* turn) {
     FileOutcome outcome;
     FileText::Result read = FileText::read(path);
     switch (read.status) {
@@ -83,15 +92,23 @@ FileOutcome processFile(const std::string& path, const std::vector<CompiledJob>&
     if (text.bytes().empty()) return outcome;  // an empty file is never listed
     outcome.read = true;
     outcome.modified = text.modified();
+    outcome.file = FileKey{text.identity().device, text.identity().inode};
     if (!pass.write) {
         outcome.matches = searchJobs(path, text, jobs, pass, outcome);
+        if (pass.replacing && pass.makeBackups && outcome.matches > 0) {
+            outcome.entry = entryOf(path);
+            outcome.backupEntry = entryOf(backupNameFor(path));
+        }
     } else {
-        PreparedWrite prepared = prepareWriteBack(path, text, jobs, pass.makeBackups);
+        static const WriteSettings defaults;
+        PreparedWrite prepared = prepareWriteBack(path, text, jobs, pass.writing ? *pass.writing : defaults, turn);
+        if (prepared.stopped) throw MatchStopped();
         outcome.matches = prepared.matches;
-        outcome.readOnlySkipped = prepared.readOnlySkipped;
         outcome.pendingWrite = std::move(prepared.pending);
+        outcome.refused = std::move(prepared.refused);
+        outcome.writeMessages = std::move(prepared.messages);
     }
-    if (outcome.matches > 0 || pass.listsEveryFile) outcome.characters = text.characters();
+    if (outcome.matches > 0 || outcome.refused || pass.listsEveryFile) outcome.characters = text.characters();
     if (text.changedWhileRead()) {
         // Another program cut the file short or rewrote it meanwhile: what we
         // found or would write is not to be trusted.

@@ -48,6 +48,14 @@ struct PassSettings {
     bool makeBackups = false;
     const RunRequest* request = nullptr;  // its preview builder, when set
     bool listsEveryFile = false;          // files without matches are listed too
+    const WriteSettings* writing = nullptr;  // the writing pass; none: defaults
+};
+
+// Where a name leads: the file system's device and file number.
+struct FileKey {
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+    bool operator==(const FileKey&) const = default;
 };
 
 struct FileOutcome {
@@ -58,16 +66,25 @@ struct FileOutcome {
     std::time_t modified = 0;
     std::string extracted;        // UTF-8 values, each followed by CR LF
     std::vector<StyledText> previewSections;
-    bool readOnlySkipped = false;
-    // The writing pass: the new text, ready to replace the file.
+    bool interrupted = false;     // a stop came while the file was processed
+    // The file that was read: another name for it later in the list is
+    // passed over.
+    std::optional<FileKey> file;
+    // The counting pass of a Replace with backups: the name's own entry
+    // (a link is not followed) and the entry that its backup will replace.
+    std::optional<FileKey> entry;
+    std::optional<FileKey> backupEntry;
+    // The writing pass: the new text, ready to replace the file, or why the
+    // file is left as it is, and what to tell about it.
     std::unique_ptr<PendingWrite> pendingWrite;
+    std::optional<WriteOutcome> refused;
+    std::vector<Message> writeMessages;
 };
 
 // Nothing the user can see changes here: in the writing pass the new text
 // waits in `pendingWrite` until the driver commits it. Throws MatchError for
-// an engine failure and std::system_error when the new text cannot be
-// written; both end the run.
+// an engine failure, which ends the run, and MatchStopped for a stop.
 FileOutcome processFile(const std::string& path, const std::vector<CompiledJob>& jobs,
-                        const PassSettings& pass);
+                        const PassSettings& pass, WriteTurn* turn = nullptr);
 
 }  // namespace vantorel

@@ -59,6 +59,10 @@ FileText& FileText::operator=(FileText&& other) noexcept {
     mapping_ = std::exchange(other.mapping_, nullptr);
     mappedBytes_ = std::exchange(other.mappedBytes_, 0);
     guard_ = std::move(other.guard_);
+    decoded_ = std::move(other.decoded_);
+    utf16_ = other.utf16_;
+    roundTrips_ = other.roundTrips_;
+    changedWhileDecoding_ = other.changedWhileDecoding_;
     path_ = std::move(other.path_);
     scanned_ = other.scanned_;
     encoding_ = other.encoding_;
@@ -73,17 +77,37 @@ FileText& FileText::operator=(FileText&& other) noexcept {
 
 FileText::~FileText() { release(); }
 
-void FileText::release() noexcept {
+void FileText::releaseBytes() noexcept {
     guard_.reset();
     if (mapping_) ::munmap(mapping_, mappedBytes_);
     mapping_ = nullptr;
     buffer_.reset();
+}
+
+void FileText::release() noexcept {
+    releaseBytes();
+    decoded_.reset();
     data_ = "";
     size_ = 0;
     scanned_ = false;
 }
 
+void FileText::decode(Utf16Order order) {
+    Utf16Text text = decodeUtf16(bytes(), order);
+    changedWhileDecoding_ = changedWhileRead();
+    releaseBytes();
+    decoded_ = std::make_unique<std::string>(std::move(text.utf8));
+    data_ = decoded_->data();
+    size_ = decoded_->size();
+    encoding_ = TextEncoding::Utf8;
+    characters_ = text.characters;
+    scanned_ = true;
+    utf16_ = order;
+    roundTrips_ = text.exact;
+}
+
 bool FileText::changedWhileRead() const {
+    if (changedWhileDecoding_) return true;
     if (guard_ && guard_->faulted()) return true;
     if (!mapping_) return false;  // a copy in memory cannot change under us
     return FileIdentity::of(path_) != identity_;
@@ -145,6 +169,13 @@ FileText::Result FileText::read(const std::string& path) {
         }
         text.data_ = text.buffer_.get();
         text.size_ = done;
+    }
+    if (const auto order = utf16MarkOf(text.bytes())) {
+        try {
+            text.decode(*order);
+        } catch (const std::bad_alloc&) {
+            result.status = Status::TooLarge;
+        }
     }
     return result;
 }

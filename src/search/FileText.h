@@ -1,7 +1,9 @@
 #pragma once
 // A file's whole contents, read once, with its encoding and character count.
 // Small files are read into memory; large ones are mapped, so that a file of
-// several gigabytes is held once (in the system's cache) and not copied.
+// several gigabytes is held once (in the system's cache) and not copied. A
+// file that starts with a UTF-16 byte-order mark is decoded: its text is
+// then UTF-8, and utf16() says how to encode it back.
 
 #include <sys/types.h>
 
@@ -37,7 +39,13 @@ public:
     FileText& operator=(FileText&& other) noexcept;
     ~FileText();
 
+    // The text: the file's bytes, or the UTF-8 of a UTF-16 file.
     std::string_view bytes() const noexcept { return {data_, size_}; }
+    // The byte order of a UTF-16 file, nothing for any other.
+    std::optional<Utf16Order> utf16() const noexcept { return utf16_; }
+    // False for a UTF-16 file with code units that are not characters: its
+    // text does not give its bytes back, so it must not be written.
+    bool roundTrips() const noexcept { return roundTrips_; }
     // The encoding and the character count take one pass over the text,
     // made the first time either is asked for (a search that cannot depend
     // on the encoding may never need it).
@@ -64,6 +72,8 @@ public:
 
 private:
     void release() noexcept;
+    void releaseBytes() noexcept;
+    void decode(Utf16Order order);
 
     const char* data_ = "";
     std::size_t size_ = 0;
@@ -71,6 +81,10 @@ private:
     void* mapping_ = nullptr;
     std::size_t mappedBytes_ = 0;
     std::unique_ptr<MappedFileGuard> guard_;
+    std::unique_ptr<std::string> decoded_;  // the UTF-8 of a UTF-16 file
+    std::optional<Utf16Order> utf16_;
+    bool roundTrips_ = true;
+    bool changedWhileDecoding_ = false;
     std::string path_;
     void scan() const;
     mutable bool scanned_ = false;

@@ -7,6 +7,11 @@
 // A stop request ends the walk before the next position is handed back, as
 // it would with one thread; results computed ahead are dropped (work must
 // therefore leave no visible trace until its result is taken).
+//
+// Work that must not run ahead of the driver (it needs an earlier result to
+// have been dealt with, or a resource the driver frees) waits through its
+// Turn; the threads start with the first call to next(), so the work may
+// refer to the OrderedWork itself.
 
 #include <algorithm>
 #include <atomic>
@@ -22,18 +27,50 @@ namespace vantorel {
 
 template <class Result>
 class OrderedWork {
+    struct Slot {
+        bool ready = false;
+        std::optional<Result> result;
+        std::exception_ptr error;
+    };
+    // The run of neighbouring positions a worker has taken.
+    struct Run {
+        std::size_t first = 0;
+        std::size_t current = 0;    // the position being worked on
+        std::size_t published = 0;  // handed over up to here
+        std::vector<Slot> done;
+    };
+
 public:
-    using Work = std::function<Result(std::size_t position)>;
+    class Turn {
+    public:
+        // Blocks until `ready(handled)` holds, `handled` being the number of
+        // positions the driver is done with (it has asked for the next one);
+        // the condition is looked at again each time the driver asks. What
+        // this worker computed before is handed over first, so that the
+        // driver can go on meanwhile. False when a stop came or the walk is
+        // being given up. Work that runs on the driver's own thread never
+        // waits: every earlier position is done with.
+        bool waitUntil(const std::function<bool(std::size_t handled)>& ready) {
+            if (run_) return owner_.waitFor(*run_, ready);
+            ready(owner_.delivered_ - 1);
+            return !owner_.stop_.load();
+        }
+
+    private:
+        friend class OrderedWork;
+        Turn(OrderedWork& owner, Run* run) : owner_(owner), run_(run) {}
+        OrderedWork& owner_;
+        Run* run_;
+    };
+
+    using Work = std::function<Result(std::size_t position, Turn& turn)>;
 
     OrderedWork(std::size_t count, unsigned threads, std::size_t window,
                 std::function<bool(std::size_t)> needsWork, Work work,
                 const std::atomic<bool>& stop)
         : count_(count), window_(std::max<std::size_t>(window, 1)), needsWork_(std::move(needsWork)),
           work_(std::move(work)), stop_(stop), slots_(window_) {
-        threads = std::min<unsigned>(threads, static_cast<unsigned>(std::max<std::size_t>(count, 1)));
-        if (threads <= 1) return;  // one thread: the work runs inside next()
-        threadCount_ = threads;  // before any worker reads it
-        for (unsigned t = 0; t < threads; ++t) workers_.emplace_back([this] { workerLoop(); });
+        threadCount_ = std::min<unsigned>(threads, static_cast<unsigned>(std::max<std::size_t>(count, 1)));
     }
 
     ~OrderedWork() {
@@ -42,6 +79,7 @@ public:
             cancelled_ = true;
         }
         roomFree_.notify_all();
+        turnChanged_.notify_all();
         for (std::thread& worker : workers_) worker.join();
     }
 
@@ -52,8 +90,12 @@ public:
     // work). Returns false at the end, or when a stop came before that
     // position's work began. Rethrows what the work threw.
     bool next(std::size_t& position, std::optional<Result>& result) {
-        if (workers_.empty()) return nextInline(position, result);
+        if (threadCount_ <= 1) return nextInline(position, result);
+        if (workers_.empty())
+            for (unsigned t = 0; t < threadCount_; ++t) workers_.emplace_back([this] { workerLoop(); });
         std::unique_lock lock(mutex_);
+        handled_ = delivered_;
+        if (turnWaiters_ > 0) turnChanged_.notify_all();
         if (delivered_ >= count_) return false;
         Slot& slot = slots_[delivered_ % window_];
         while (!slot.ready) {
@@ -76,18 +118,35 @@ public:
     }
 
 private:
-    struct Slot {
-        bool ready = false;
-        std::optional<Result> result;
-        std::exception_ptr error;
-    };
-
     bool nextInline(std::size_t& position, std::optional<Result>& result) {
         if (delivered_ >= count_ || stop_.load()) return false;
         position = delivered_++;
         result.reset();
-        if (needsWork_(position)) result.emplace(work_(position));
+        Turn turn(*this, nullptr);
+        if (needsWork_(position)) result.emplace(work_(position, turn));
         return true;
+    }
+
+    // Hands the run's finished results over, up to `end`. Called locked.
+    void publish(Run& run, std::size_t end) {
+        const std::size_t from = run.published;
+        for (std::size_t position = from; position < end; ++position)
+            slots_[position % window_] = std::move(run.done[position - run.first]);
+        run.published = end;
+        // Only the result the driver waits for is worth waking it for.
+        if (consumerWaiting_ && from <= delivered_ && delivered_ < end) resultReady_.notify_one();
+    }
+
+    bool waitFor(Run& run, const std::function<bool(std::size_t)>& ready) {
+        std::unique_lock lock(mutex_);
+        publish(run, run.current);
+        while (true) {
+            if (cancelled_ || stop_.load()) return false;
+            if (ready(handled_)) return true;
+            ++turnWaiters_;
+            turnChanged_.wait(lock);
+            --turnWaiters_;
+        }
     }
 
     void workerLoop() {
@@ -101,28 +160,28 @@ private:
             if (cancelled_ || claimed_ >= count_ || stop_.load()) break;
             // A run of neighbouring positions at a time: fewer hand-overs
             // between threads, while every worker still gets its share.
-            const std::size_t first = claimed_;
-            const std::size_t share = (count_ - first) / (std::size_t{threadCount_} * 4);
-            const std::size_t last = std::min({count_, first + std::clamp<std::size_t>(share, 1, kLargestRun),
+            Run run;
+            run.first = run.published = claimed_;
+            const std::size_t share = (count_ - run.first) / (std::size_t{threadCount_} * 4);
+            const std::size_t last = std::min({count_, run.first + std::clamp<std::size_t>(share, 1, kLargestRun),
                                                delivered_ + window_});
             claimed_ = last;
             lock.unlock();
-            std::vector<Slot> done(last - first);
-            for (std::size_t position = first; position < last; ++position) {
-                Slot& slot = done[position - first];
+            run.done.resize(last - run.first);
+            Turn turn(*this, &run);
+            for (std::size_t position = run.first; position < last; ++position) {
+                run.current = position;
+                Slot& slot = run.done[position - run.first];
                 slot.ready = true;
                 if (stop_.load()) continue;  // never handed back: the driver stops first
                 try {
-                    if (needsWork_(position)) slot.result.emplace(work_(position));
+                    if (needsWork_(position)) slot.result.emplace(work_(position, turn));
                 } catch (...) {
                     slot.error = std::current_exception();
                 }
             }
             lock.lock();
-            for (std::size_t position = first; position < last; ++position)
-                slots_[position % window_] = std::move(done[position - first]);
-            // Only the result the driver waits for is worth waking it for.
-            if (consumerWaiting_ && first <= delivered_ && delivered_ < last) resultReady_.notify_one();
+            publish(run, last);
         }
     }
 
@@ -138,10 +197,13 @@ private:
     std::mutex mutex_;
     std::condition_variable resultReady_;  // the driver waits here
     std::condition_variable roomFree_;     // workers wait here while the window is full
+    std::condition_variable turnChanged_;  // work waits here for its turn
     bool consumerWaiting_ = false;
     unsigned workersWaiting_ = 0;
+    unsigned turnWaiters_ = 0;
     std::size_t claimed_ = 0;
     std::size_t delivered_ = 0;
+    std::size_t handled_ = 0;
     bool cancelled_ = false;
     std::vector<std::thread> workers_;
 };

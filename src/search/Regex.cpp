@@ -2,6 +2,8 @@
 
 #include <pcre2.h>
 
+#include <time.h>
+
 #include <algorithm>
 
 #include "search/EcmaPatternParser.h"
@@ -14,9 +16,26 @@ namespace {
 // The translation relies on ALT_BSUX (\uHHHH, \xHH) and MATCH_UNSET_BACKREF
 // (a reference to a group that did not take part matches the empty string);
 // the others guard against constructs that it never writes.
+// USE_OFFSET_LIMIT lets a search be cut into slices that can be stopped.
 constexpr std::uint32_t kBaseOptions = PCRE2_ALT_BSUX | PCRE2_MATCH_UNSET_BACKREF |
                                        PCRE2_ALLOW_EMPTY_CLASS | PCRE2_DOLLAR_ENDONLY |
-                                       PCRE2_NEVER_BACKSLASH_C;
+                                       PCRE2_NEVER_BACKSLASH_C | PCRE2_USE_OFFSET_LIMIT;
+
+thread_local const std::atomic<bool>* tStop = nullptr;
+
+// A slice of the text where matches may start: small at first, then sized
+// so that one slice takes between kShortSlice and kLongSlice.
+constexpr std::size_t kFirstSlice = 256;
+constexpr std::size_t kLargestSlice = std::size_t{1} << 30;
+constexpr std::int64_t kShortSliceNs = 10'000'000;
+constexpr std::int64_t kLongSliceNs = 40'000'000;
+
+// A clock that costs next to nothing to read, precise to a few milliseconds.
+std::int64_t coarseNowNs() noexcept {
+    timespec now{};
+    ::clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
+    return static_cast<std::int64_t>(now.tv_sec) * 1'000'000'000 + now.tv_nsec;
+}
 
 std::string pcre2Message(int code) {
     PCRE2_UCHAR buffer[256];
@@ -75,6 +94,10 @@ struct MatchDataDeleter {
 };
 
 }  // namespace
+
+MatchStop::MatchStop(const std::atomic<bool>& stop) noexcept : previous_(tStop) { tStop = &stop; }
+
+MatchStop::~MatchStop() { tStop = previous_; }
 
 struct CompiledPattern::Code {
     pcre2_code* code = nullptr;
@@ -176,12 +199,40 @@ void CompiledPattern::run(std::string_view subject, OnMatch&& onMatch) const {
     const auto* text = reinterpret_cast<PCRE2_SPTR>(subject.data());
     const std::size_t length = subject.size();
     const std::uint32_t options = encoding_ == TextEncoding::Utf8 ? PCRE2_NO_UTF_CHECK : 0;
+    const bool utf8 = encoding_ == TextEncoding::Utf8;
+    auto nextCharacter = [&](std::size_t at) {
+        if (utf8)
+            while (at < length && (static_cast<unsigned char>(subject[at]) & 0xC0) == 0x80) ++at;
+        return at;
+    };
+    // Without a stop flag the whole text is one slice.
+    const std::atomic<bool>* stop = tStop;
+    std::size_t slice = kFirstSlice;
+    std::size_t sliceEnd = length;
+    std::int64_t sliceStarted = 0;
+    auto beginSlice = [&](std::size_t from) {
+        if (stop->load(std::memory_order_relaxed)) throw MatchStopped();
+        sliceEnd = length - from > slice ? from + slice : length;
+        sliceStarted = coarseNowNs();
+    };
     std::size_t start = 0;
+    if (stop) beginSlice(start);
     while (start <= length) {
+        // Set each time: a search run from a callback shares the context.
+        pcre2_set_offset_limit(context, sliceEnd == length ? PCRE2_UNSET : sliceEnd);
         const int rc = code_->jit
                            ? pcre2_jit_match(code_->code, text, length, start, options, data.get(), context)
                            : pcre2_match(code_->code, text, length, start, options, data.get(), context);
-        if (rc == PCRE2_ERROR_NOMATCH) return;
+        if (rc == PCRE2_ERROR_NOMATCH) {
+            if (sliceEnd == length) return;
+            // Nothing more starts in this slice: size the next one by this one's time.
+            const std::int64_t took = coarseNowNs() - sliceStarted;
+            if (took < kShortSliceNs) slice = std::min(slice * 2, kLargestSlice);
+            else if (took > kLongSliceNs) slice = std::max<std::size_t>(slice / 4, 1);
+            start = nextCharacter(std::max(start, sliceEnd + 1));
+            beginSlice(start);
+            continue;
+        }
         if (rc < 0) throw MatchError(pcre2Message(rc));
         const PCRE2_SIZE* ovector = pcre2_get_ovector_pointer(data.get());
         const std::size_t begin = ovector[0];
@@ -190,15 +241,8 @@ void CompiledPattern::run(std::string_view subject, OnMatch&& onMatch) const {
         // translation never writes one, but stay safe.
         if (end < begin) end = begin;
         if (!onMatch(Match(subject, ovector, pcre2_get_ovector_count(data.get())))) return;
-        if (end > begin) {
-            start = end;
-        } else {
-            // Empty match: search again one character further on.
-            start = end + 1;
-            if (encoding_ == TextEncoding::Utf8)
-                while (start < length && (static_cast<unsigned char>(subject[start]) & 0xC0) == 0x80)
-                    ++start;
-        }
+        // After an empty match, search again one character further on.
+        start = end > begin ? end : nextCharacter(end + 1);
     }
 }
 

@@ -3,6 +3,7 @@
 // once for UTF-8 text and once for Windows-1252 text. One Regex serves every
 // file and every thread of a run; matching state lives on the caller's stack.
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -16,6 +17,27 @@
 #include "core/TextEncoding.h"
 
 namespace vantorel {
+
+// While a MatchStop lives on a thread, that thread's searches look at the
+// flag every few hundredths of a second, also inside one long search, and
+// throw MatchStopped once it is set. The text is searched in slices (PCRE2's
+// offset limit): a slice is where matches may start, not where they end, so
+// the matches found are the same.
+class MatchStop {
+public:
+    explicit MatchStop(const std::atomic<bool>& stop) noexcept;
+    ~MatchStop();
+    MatchStop(const MatchStop&) = delete;
+    MatchStop& operator=(const MatchStop&) = delete;
+
+private:
+    const std::atomic<bool>* previous_;
+};
+
+class MatchStopped : public std::exception {
+public:
+    const char* what() const noexcept override { return "stopped"; }
+};
 
 // One match of a global search, valid during the callback that receives it.
 class Match {

@@ -50,13 +50,46 @@ struct RunRequest {
         previewSection;
 };
 
+// What became of a file with matches in the writing pass of a Replace.
+enum class WriteStatus {
+    Written,
+    ReadOnly,            // the file is read-only
+    OutsideStartFolder,  // a link to a file outside the start folder, or a file outside it
+    NotExactText,        // UTF-16 text that would not read back as it is
+    BackupFailed,        // no backup could be made, so the file was left as it was
+    ChangedMeanwhile,    // another program changed the file after it was read
+    Failed               // the new file could not be written or renamed into place
+};
+
+struct WriteOutcome {
+    WriteStatus status = WriteStatus::Written;
+    // The file replaced: the listed file, or the file its link leads to.
+    std::string path;
+    // What it holds now (Written only): size in bytes, modification time,
+    // file identity, and a ContentHash of the bytes.
+    std::uint64_t size = 0;
+    std::int64_t modifiedNs = 0;
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+    std::uint64_t hash = 0;
+    // Where the old contents went; empty without a backup.
+    std::string backup;
+    // The system's description, for Failed.
+    std::string error;
+
+    bool written() const noexcept { return status == WriteStatus::Written; }
+};
+
 // One file that earns a row in the results list.
 struct FileReport {
     std::string path;
+    // In the writing pass, the replacements made (read-only files keep their
+    // count: the summary warns that they were not saved).
     std::uint64_t matches = 0;
     std::uint64_t characters = 0;  // "File Size"
     std::time_t modified = 0;
     bool marked = false;  // a marked-files run checks its rows again
+    std::optional<WriteOutcome> write;  // the writing pass of a Replace
 };
 
 enum class PassKind { Counting, Writing, Searching };

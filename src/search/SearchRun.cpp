@@ -1,9 +1,13 @@
 #include "search/SearchRun.h"
 
 #include <cmath>
-#include <system_error>
+#include <cstdlib>
+#include <memory>
 #include <thread>
+#include <unordered_map>
+#include <unordered_set>
 
+#include "core/FolderSync.h"
 #include "files/FileFunctions.h"
 #include "files/FileListBuilder.h"
 #include "search/FileProcessor.h"
@@ -28,6 +32,23 @@ constexpr const char* kRunError = "Error in Find/Replace process!";
 
 Message information(std::string text, MessageKind kind, std::string title = kProgramTitle) {
     return Message{std::move(text), std::move(title), MessageIcon::Information, kind};
+}
+
+// New texts that wait on disk for their turn, beyond the one the writes
+// wait for: enough to keep every thread busy on small files.
+constexpr std::uint64_t kWaitingBytes = std::uint64_t{32} << 20;
+
+struct FileKeyHash {
+    std::size_t operator()(const FileKey& key) const noexcept {
+        return std::hash<std::uint64_t>()(key.inode * 0x9E3779B97F4A7C15ULL ^ key.device);
+    }
+};
+
+// The folder with links resolved, ending in the separator; the folder as
+// given when it cannot be resolved.
+std::string realFolder(const std::string& folder) {
+    std::unique_ptr<char, decltype(&std::free)> real(::realpath(folder.c_str(), nullptr), &std::free);
+    return withTrailingSeparator(real ? std::string(real.get()) : folder);
 }
 
 unsigned threadCount(unsigned requested) {
@@ -124,6 +145,8 @@ private:
         bool replace = isReplace;
         int passes = isReplace ? 2 : 1;
         skipped_.assign(files_.size(), false);
+        duplicate_.assign(files_.size(), false);
+        after_.assign(files_.size(), kNone);
         while (passes > 0) {
             if (state_.stopRequested) {
                 replace = false;  // stopped during the counting pass of a Replace
@@ -148,47 +171,122 @@ private:
         summarise(replace);
     }
 
+    // The writing pass lets a file wait until the driver has caught up:
+    // for its turn to hold a temporary file on disk.
+    class DriverWriteTurn : public WriteTurn {
+    public:
+        DriverWriteTurn(OrderedWork<FileOutcome>::Turn& turn, std::size_t position, WriteBudget& budget)
+            : turn_(turn), position_(position), budget_(budget) {}
+        std::optional<WriteBudget::Share> waitForRoom(std::uint64_t bytes) override {
+            std::optional<WriteBudget::Share> share;
+            // The file the driver waits for always goes ahead.
+            turn_.waitUntil([&](std::size_t handled) {
+                if (handled != position_ && !budget_.fits(bytes)) return false;
+                share.emplace(&budget_, bytes);
+                return true;
+            });
+            return share;
+        }
+
+    private:
+        OrderedWork<FileOutcome>::Turn& turn_;
+        std::size_t position_;
+        WriteBudget& budget_;
+    };
+
+    FileOutcome processAt(std::size_t position, const PassSettings& settings, OrderedWork<FileOutcome>::Turn& turn) {
+        MatchStop stop(state_.stopRequested);
+        try {
+            if (!settings.write) return processFile(files_.path(position), jobs_, settings);
+            // A file that an earlier file's backup replaces is read once that backup is made.
+            const std::size_t after = after_[position];
+            if (after != kNone && !turn.waitUntil([after](std::size_t handled) { return handled > after; }))
+                throw MatchStopped();
+            DriverWriteTurn writeTurn(turn, position, *budget_);
+            return processFile(files_.path(position), jobs_, settings, &writeTurn);
+        } catch (const MatchStopped&) {
+            FileOutcome stopped;
+            stopped.interrupted = true;
+            return stopped;
+        }
+    }
+
     void runPass(PassKind pass) {
         filesDone_ = totalMatches_ = filesWithMatches_ = 0;
         state_.readOnlySkipped = 0;
         host_.passStarted(pass);
         if (files_.empty()) return;
-        const PassSettings settings{request_.kind == RunKind::Replace, pass == PassKind::Writing,
+        const bool writing = pass == PassKind::Writing;
+        WriteSettings write;
+        if (writing) {
+            write.makeBackups = request_.makeBackups;
+            write.realStartFolder = realFolder(request_.startFolder);
+            if (!request_.markedOnly) write.walkedFolder = withTrailingSeparator(request_.startFolder);
+            budget_ = std::make_unique<WriteBudget>(kWaitingBytes);
+        }
+        const PassSettings settings{request_.kind == RunKind::Replace, writing,
                                     request_.kind == RunKind::Extract, request_.makeBackups, &request_,
-                                    request_.showAll || request_.markedOnly};
+                                    request_.showAll || request_.markedOnly, &write};
         const unsigned threads = threadCount(request_.threads);
         OrderedWork<FileOutcome> work(
             files_.size(), threads, std::size_t{threads} * 64,
             [this](std::size_t i) { return !skipped_[i]; },
-            [this, &settings](std::size_t i) { return processFile(files_.path(i), jobs_, settings); },
+            [this, &settings](std::size_t i, OrderedWork<FileOutcome>::Turn& turn) {
+                return processAt(i, settings, turn);
+            },
             state_.stopRequested);
         std::size_t position = 0;
         std::optional<FileOutcome> outcome;
         while (work.next(position, outcome)) {
+            if (duplicate_[position]) continue;  // another name of a file already processed
+            if (outcome && outcome->interrupted) break;
+            if (outcome && outcome->file && !writing && !seen_.insert(*outcome->file).second) {
+                duplicate_[position] = skipped_[position] = true;
+                continue;
+            }
             ++filesDone_;
             if (!outcome) continue;  // a file without matches in the counting pass
             const std::string path = files_.path(position);
-            host_.setStatus((pass == PassKind::Writing ? "Replacing:" : "Searching:") + files_.names[position]);
+            host_.setStatus((writing ? "Replacing:" : "Searching:") + files_.names[position]);
             host_.setProgress(percentOf(position, files_.size()), pass);
-            deliver(path, *outcome);
-            totalMatches_ += outcome->matches;
-            if (outcome->matches < 1) skipped_[position] = true;
+            const std::uint64_t counted = deliver(path, *outcome);
+            totalMatches_ += counted;
+            if (counted < 1) skipped_[position] = true;
             else ++filesWithMatches_;
+            if (pass == PassKind::Counting && request_.makeBackups && counted > 0) noteBackup(position, *outcome);
         }
+        folders_.flush();
     }
 
-    void deliver(const std::string& path, FileOutcome& file) {
+    // Remembers whose backup replaces which entry, so that the writing pass
+    // reads a file that an earlier file's backup replaces only after it has.
+    void noteBackup(std::size_t position, const FileOutcome& file) {
+        for (const std::optional<FileKey>& key : {file.entry, file.file}) {
+            if (!key) continue;
+            const auto owner = backupOwners_.find(*key);
+            if (owner != backupOwners_.end()) after_[position] = owner->second;
+        }
+        if (file.backupEntry) backupOwners_[*file.backupEntry] = position;
+    }
+
+    // Shows what a file brought and returns the matches it counts for.
+    std::uint64_t deliver(const std::string& path, FileOutcome& file) {
         if (file.readError) host_.showMessage(*file.readError);
         if (!file.extracted.empty()) host_.appendExtracted(file.extracted);
         for (const StyledText& section : file.previewSections) host_.appendPreview(section);
-        if (file.read && (file.matches > 0 || request_.markedOnly || request_.showAll))
-            host_.addRow(FileReport{path, file.matches, file.characters, file.modified, request_.markedOnly});
-        if (file.pendingWrite) {
-            std::vector<Message> messages;
-            file.pendingWrite->commit(messages);
-            for (const Message& message : messages) host_.showMessage(message);
-        }
-        if (file.readOnlySkipped) ++state_.readOnlySkipped;
+        std::optional<WriteOutcome> write;
+        std::vector<Message> messages = std::move(file.writeMessages);
+        if (file.pendingWrite) write = file.pendingWrite->commit(messages, folders_);
+        else write = std::move(file.refused);
+        file.pendingWrite.reset();  // a temporary file no longer waits
+        // Only what was written counts; read-only files count, with a warning.
+        const bool readOnly = write && write->status == WriteStatus::ReadOnly;
+        const std::uint64_t counted = !write || write->written() || readOnly ? file.matches : 0;
+        if (file.read && (file.matches > 0 || write || request_.markedOnly || request_.showAll))
+            host_.addRow(FileReport{path, counted, file.characters, file.modified, request_.markedOnly, std::move(write)});
+        for (const Message& message : messages) host_.showMessage(message);
+        if (readOnly) ++state_.readOnlySkipped;
+        return counted;
     }
 
     void summarise(bool replace) {
@@ -230,6 +328,13 @@ private:
     std::vector<CompiledJob> jobs_;
     FileList files_;
     std::vector<char> skipped_;  // bytes, not bits: workers read while the driver writes
+    std::vector<char> duplicate_;
+    std::unordered_set<FileKey, FileKeyHash> seen_;
+    static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+    std::vector<std::size_t> after_;  // the file whose backup must be made first
+    std::unordered_map<FileKey, std::size_t, FileKeyHash> backupOwners_;
+    std::unique_ptr<WriteBudget> budget_;
+    FolderSync folders_;
     std::uint64_t filesDone_ = 0;
     std::uint64_t totalMatches_ = 0;
     std::uint64_t filesWithMatches_ = 0;

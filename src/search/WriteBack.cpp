@@ -5,15 +5,14 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <climits>
 #include <cstdlib>
 #include <memory>
 #include <system_error>
 
 #include "core/AtomicFileWriter.h"
+#include "core/FolderSync.h"
 #include "files/FileFunctions.h"
 #include "search/FileProcessor.h"
-#include "search/FileText.h"
 
 namespace vantorel {
 namespace {
@@ -27,31 +26,91 @@ private:
     AtomicFileWriter& writer_;
 };
 
+// The text of a UTF-16 file goes back to UTF-16, starting with its mark.
+class Utf16Sink : public TextSink {
+public:
+    Utf16Sink(TextSink& out, Utf16Order order) : out_(out), order_(order) {}
+    void write(std::string_view piece) override {
+        if (piece.empty()) return;
+        encoded_.clear();
+        if (first_ && piece.substr(0, 3) != "\xef\xbb\xbf") appendUtf16(encoded_, "\xef\xbb\xbf", order_);
+        first_ = false;
+        appendUtf16(encoded_, piece, order_);
+        out_.write(encoded_);
+    }
+
+private:
+    TextSink& out_;
+    Utf16Order order_;
+    std::string encoded_;
+    bool first_ = true;
+};
+
 class DiscardSink : public TextSink {
 public:
     void write(std::string_view) override {}
 };
 
 constexpr const char* kChangedBeforeWriting =
-    "was changed by another program while it was being processed; it was left as it is.";
+    " was changed by another program while it was being processed; it was left as it is.";
+constexpr const char* kLinkLeadsOutside = " is a link to a file outside the start folder; it was not changed.";
+constexpr const char* kOutside = " is outside the start folder; it was not changed.";
+constexpr const char* kNotExactText =
+    " is UTF-16 text with code units that are not characters; it was not changed.";
 
 Message fileMessage(std::string text, MessageIcon icon) {
     return Message{std::move(text), kProgramTitle, icon, MessageKind::FileError};
 }
 
-// The file that a path finally names: a link is written through, not replaced.
-std::string resolvedTarget(const std::string& path) {
+struct Target {
+    std::string path;  // the file to replace: a link is written through, not replaced
+    bool link = false;
+    bool outside = false;
+};
+
+Target targetOf(const std::string& path, const WriteSettings& settings) {
     struct stat st {};
-    if (::lstat(path.c_str(), &st) != 0 || !S_ISLNK(st.st_mode)) return path;
+    Target target{path};
+    target.link = ::lstat(path.c_str(), &st) == 0 && S_ISLNK(st.st_mode);
+    const bool walked = !settings.walkedFolder.empty() && path.rfind(settings.walkedFolder, 0) == 0;
+    if ((walked || settings.realStartFolder.empty()) && !target.link) return target;
     std::unique_ptr<char, decltype(&std::free)> real(::realpath(path.c_str(), nullptr), &std::free);
-    return real ? std::string(real.get()) : path;
+    if (!real) return target;  // the file went away: writing it will say so
+    if (target.link) target.path = real.get();
+    target.outside = !settings.realStartFolder.empty() &&
+                     std::string_view(real.get()).substr(0, settings.realStartFolder.size()) != settings.realStartFolder;
+    return target;
 }
 
-// Keeps the old contents under the backup name. The old file stays in place
-// (as a second name) until the new text is renamed over it, so nothing is
-// lost whatever happens next. False after a message when no backup could be
-// made; the file must then be left as it is.
-bool keepBackup(const std::string& path, const std::string& target, std::vector<Message>& messages) {
+// Copies a file's contents and attributes to `copy`, replacing it whole.
+void copyFile(const std::string& from, const std::string& copy, FolderSync& folders) {
+    const int fd = ::open(from.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0) throw std::system_error(errno, std::generic_category(), from);
+    struct Closer {
+        int fd;
+        ~Closer() { ::close(fd); }
+    } closer{fd};
+    struct stat st {};
+    if (::fstat(fd, &st) != 0) throw std::system_error(errno, std::generic_category(), from);
+    AtomicFileWriter writer(copy, AtomicFileWriter::Attributes{st.st_mode, st.st_uid, st.st_gid, from});
+    std::string buffer(1 << 20, '\0');
+    while (true) {
+        const ssize_t n = ::read(fd, buffer.data(), buffer.size());
+        if (n < 0 && errno == EINTR) continue;
+        if (n < 0) throw std::system_error(errno, std::generic_category(), from);
+        if (n == 0) break;
+        writer.write(std::string_view(buffer.data(), static_cast<std::size_t>(n)));
+    }
+    writer.commit(&folders);
+}
+
+// Keeps the old contents under the backup name, beside the listed file, and
+// returns that name. The file keeps its name throughout: the backup is a
+// second name of the old file or, where the file system has no such thing,
+// a copy. Nothing after a message when no backup could be made; the file
+// must then be left as it is.
+std::optional<std::string> keepBackup(const std::string& path, const std::string& target, FolderSync& folders,
+                                      std::vector<Message>& messages) {
     const std::string backup = backupNameFor(path);
     const std::string failed = "Error creating .bak file: " + backup;
     struct stat fileStat {}, backupStat {};
@@ -60,22 +119,48 @@ bool keepBackup(const std::string& path, const std::string& target, std::vector<
         if (::stat(target.c_str(), &fileStat) == 0 && ::stat(backup.c_str(), &backupStat) == 0 &&
             fileStat.st_dev == backupStat.st_dev && fileStat.st_ino == backupStat.st_ino) {
             messages.push_back(fileMessage(failed, MessageIcon::None));
-            return false;
+            return std::nullopt;
         }
         if (!deleteFile(backup)) {
             messages.push_back(fileMessage("Error deleting file " + backup, MessageIcon::Warning));
             messages.push_back(fileMessage(failed, MessageIcon::None));
-            return false;
+            return std::nullopt;
         }
     }
-    if (::linkat(AT_FDCWD, target.c_str(), AT_FDCWD, backup.c_str(), AT_SYMLINK_FOLLOW) == 0)
-        return true;
-    if (::rename(target.c_str(), backup.c_str()) == 0) return true;
+    if (::linkat(AT_FDCWD, target.c_str(), AT_FDCWD, backup.c_str(), 0) == 0) {
+        folders.add(FolderOf(backup));
+        return backup;
+    }
+    if (errno != EEXIST) {
+        try {
+            copyFile(target, backup, folders);
+            return backup;
+        } catch (const std::system_error&) {
+        }
+    }
     messages.push_back(fileMessage(failed, MessageIcon::None));
-    return false;
+    return std::nullopt;
+}
+
+WriteOutcome refusal(WriteStatus status, const std::string& path) {
+    WriteOutcome outcome;
+    outcome.status = status;
+    outcome.path = path;
+    return outcome;
+}
+
+WriteOutcome failure(const std::string& path, const std::system_error& error, std::vector<Message>& messages) {
+    WriteOutcome outcome = refusal(WriteStatus::Failed, path);
+    outcome.error = systemErrorText(error.code().value());
+    messages.push_back(fileMessage(writeErrorMessage(path, outcome.error), MessageIcon::Warning));
+    return outcome;
 }
 
 }  // namespace
+
+std::string writeErrorMessage(const std::string& path, const std::string& error) {
+    return "Error writing " + path + "\r\n" + error;
+}
 
 std::uint64_t applyJobs(const FileText& text, const std::vector<CompiledJob>& jobs, TextSink& out) {
     const TextEncoding encoding = text.encoding();
@@ -105,50 +190,98 @@ std::uint64_t applyJobs(const FileText& text, const std::vector<CompiledJob>& jo
     return total;
 }
 
-PendingWrite::PendingWrite(std::string path, std::string target,
-                           std::unique_ptr<AtomicFileWriter> writer, bool makeBackups,
-                           const FileIdentity& readFrom)
+PendingWrite::PendingWrite(std::string path, std::unique_ptr<AtomicFileWriter> writer, bool makeBackups,
+                           const FileIdentity& readFrom, WriteBudget::Share share)
     : path_(std::move(path)),
-      target_(std::move(target)),
       writer_(std::move(writer)),
       makeBackups_(makeBackups),
-      readFrom_(readFrom) {}
+      readFrom_(readFrom),
+      share_(std::move(share)) {}
 
 PendingWrite::~PendingWrite() = default;
 
-bool PendingWrite::commit(std::vector<Message>& messages) {
-    if (FileIdentity::of(target_) != readFrom_) {
-        messages.push_back(fileMessage(path_ + " " + kChangedBeforeWriting, MessageIcon::Warning));
-        return false;
+WriteOutcome PendingWrite::commit(std::vector<Message>& messages, FolderSync& folders) {
+    const std::string& target = writer_->target();
+    if (FileIdentity::of(target) != readFrom_) {
+        messages.push_back(fileMessage(path_ + kChangedBeforeWriting, MessageIcon::Warning));
+        return refusal(WriteStatus::ChangedMeanwhile, target);
     }
-    if (makeBackups_ && !keepBackup(path_, target_, messages)) return false;
-    writer_->commit();
-    return true;
+    WriteOutcome outcome = refusal(WriteStatus::Written, target);
+    if (makeBackups_) {
+        std::optional<std::string> backup = keepBackup(path_, target, folders, messages);
+        if (!backup) return refusal(WriteStatus::BackupFailed, target);
+        outcome.backup = std::move(*backup);
+    }
+    try {
+        writer_->commit(&folders);
+    } catch (const std::system_error& error) {
+        return failure(path_, error, messages);
+    }
+    share_.release();
+    const AtomicFileWriter::Written& written = writer_->written();
+    outcome.size = written.size;
+    outcome.modifiedNs = written.modifiedNs;
+    outcome.device = written.device;
+    outcome.inode = written.inode;
+    outcome.hash = written.hash;
+    return outcome;
 }
 
 PreparedWrite prepareWriteBack(const std::string& path, const FileText& text,
-                               const std::vector<CompiledJob>& jobs, bool makeBackups) {
+                               const std::vector<CompiledJob>& jobs, const WriteSettings& settings,
+                               WriteTurn* turn) {
     PreparedWrite result;
-    if ((text.mode() & S_IWUSR) == 0) {  // read-only: the owner-write bit is clear
+    const Target target = targetOf(path, settings);
+    auto refuse = [&](WriteStatus status, const char* why) {
         DiscardSink discard;
         result.matches = applyJobs(text, jobs, discard);
-        result.readOnlySkipped = result.matches > 0;
-        return result;
-    }
-    const std::string target = resolvedTarget(path);
+        if (result.matches == 0) return std::move(result);
+        result.refused = refusal(status, target.path);
+        if (why) result.messages.push_back(fileMessage(path + why, MessageIcon::Warning));
+        return std::move(result);
+    };
+    if ((text.mode() & S_IWUSR) == 0) return refuse(WriteStatus::ReadOnly, nullptr);  // the owner-write bit is clear
+    if (target.outside) return refuse(WriteStatus::OutsideStartFolder, target.link ? kLinkLeadsOutside : kOutside);
+    if (!text.roundTrips()) return refuse(WriteStatus::NotExactText, kNotExactText);
     // A file we may not write is not replaced behind its owner's back, even
     // where its folder would let us rename over it.
     static const uid_t euid = ::geteuid();
     const bool ownWritable = euid == 0 || text.owner() == euid;  // the write bit is set
-    if (!ownWritable && ::access(target.c_str(), W_OK) != 0)
-        throw std::system_error(errno, std::generic_category(), target);
-    auto writer = std::make_unique<AtomicFileWriter>(
-        target, AtomicFileWriter::Attributes{text.mode(), text.owner(), text.group()});
-    WriterSink sink(*writer);
-    result.matches = applyJobs(text, jobs, sink);
-    if (result.matches == 0) return result;  // nothing changed: the writer removes its file
-    writer->finish();
-    result.pending = std::make_unique<PendingWrite>(path, target, std::move(writer), makeBackups, text.identity());
+    if (!ownWritable && ::access(target.path.c_str(), W_OK) != 0) {
+        const std::system_error error(errno, std::generic_category(), path);
+        PreparedWrite refused = refuse(WriteStatus::Failed, nullptr);
+        if (refused.refused) refused.refused = failure(path, error, refused.messages);
+        return refused;
+    }
+    WriteBudget::Share share;
+    if (turn) {
+        std::optional<WriteBudget::Share> room = turn->waitForRoom(text.bytes().size());
+        if (!room) {
+            result.stopped = true;
+            return result;
+        }
+        share = std::move(*room);
+    }
+    std::unique_ptr<AtomicFileWriter> writer;
+    try {
+        writer = std::make_unique<AtomicFileWriter>(
+            target.path, AtomicFileWriter::Attributes{text.mode(), text.owner(), text.group(), {}});
+        WriterSink fileSink(*writer);
+        if (const auto order = text.utf16()) {
+            Utf16Sink sink(fileSink, *order);
+            result.matches = applyJobs(text, jobs, sink);
+        } else {
+            result.matches = applyJobs(text, jobs, fileSink);
+        }
+        if (result.matches == 0) return result;  // nothing changed: the writer removes its file
+        writer->finish();
+    } catch (const std::system_error& error) {
+        result.refused = failure(path, error, result.messages);
+        return result;
+    }
+    share.resize(writer->written().size);
+    result.pending = std::make_unique<PendingWrite>(path, std::move(writer), settings.makeBackups,
+                                                    text.identity(), std::move(share));
     return result;
 }
 

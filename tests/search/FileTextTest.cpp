@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "core/FolderSync.h"
 #include "search/FileProcessor.h"
 #include "support/TempTree.h"
 
@@ -66,7 +67,8 @@ TEST(FileTextTest, ANewTextIsNotWrittenOverAChangeMadeMeanwhile) {
     ASSERT_TRUE(outcome.pendingWrite);
     tree.write("a.txt", "someone else's text");
     std::vector<Message> messages;
-    EXPECT_FALSE(outcome.pendingWrite->commit(messages));
+    FolderSync folders;
+    EXPECT_EQ(outcome.pendingWrite->commit(messages, folders).status, WriteStatus::ChangedMeanwhile);
     ASSERT_EQ(messages.size(), 1u);
     EXPECT_EQ(messages[0].text,
               path + " was changed by another program while it was being processed; it was left as it is.");
@@ -74,7 +76,7 @@ TEST(FileTextTest, ANewTextIsNotWrittenOverAChangeMadeMeanwhile) {
 
     FileOutcome again = processFile(path, {CompiledJob("else", "ELSE", false)},
                                     PassSettings{true, true, false, false, nullptr});
-    EXPECT_TRUE(again.pendingWrite->commit(messages));
+    EXPECT_TRUE(again.pendingWrite->commit(messages, folders).written());
     EXPECT_EQ(tree.read("a.txt"), "someone ELSE's text");
 }
 
