@@ -17,19 +17,23 @@ namespace {
 
 vantorel::SearchState gState;
 
-// Ctrl+C is the Stop button; a second Ctrl+C ends the program at once (files
-// are never half-written either way).
-void onInterrupt(int) {
+// Ctrl+C is the Stop button, and so are a request to end (SIGTERM) and the
+// terminal going away (SIGHUP): the run stops, and files waiting to be
+// written are cleared away. A second signal ends the program at once (files
+// are never half-written either way; a later run clears what is left).
+constexpr int kStopSignals[] = {SIGINT, SIGTERM, SIGHUP};
+
+void onStopSignal(int signal) {
     gState.stopRequested.store(true);
-    ::signal(SIGINT, SIG_DFL);
+    ::signal(signal, SIG_DFL);
 }
 
-void installInterruptHandler() {
+void installStopHandlers() {
     struct sigaction action {};
-    action.sa_handler = onInterrupt;
+    action.sa_handler = onStopSignal;
     sigemptyset(&action.sa_mask);
     action.sa_flags = SA_RESTART;  // output in progress is not cut; questions poll the flag
-    ::sigaction(SIGINT, &action, nullptr);
+    for (const int signal : kStopSignals) ::sigaction(signal, &action, nullptr);
 }
 
 std::string absolute(const std::string& path) {
@@ -96,7 +100,7 @@ int main(int argc, char** argv) {
         }
     }
 
-    installInterruptHandler();
+    installStopHandlers();
     cli::ConsoleHost host(options, ::isatty(STDIN_FILENO) != 0, gState.stopRequested);
     const RunOutcome outcome = RunSearch(request, gState, host);
     host.finish(outcome);

@@ -36,7 +36,7 @@ Message information(std::string text, MessageKind kind, std::string title = kPro
 
 // New texts that wait on disk for their turn, beyond the one the writes
 // wait for: enough to keep every thread busy on small files.
-constexpr std::uint64_t kWaitingBytes = std::uint64_t{32} << 20;
+constexpr std::uint64_t kWaitingBytes = std::uint64_t{16} << 20;
 
 struct FileKeyHash {
     std::size_t operator()(const FileKey& key) const noexcept {

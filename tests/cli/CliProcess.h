@@ -60,7 +60,7 @@ public:
         return text;
     }
 
-    void interrupt() { ::kill(pid_, SIGINT); }
+    void interrupt(int signal = SIGINT) { ::kill(pid_, signal); }
 
     CliResult wait() {
         pollfd fds[2] = {{out_, POLLIN, 0}, {err_, POLLIN, 0}};

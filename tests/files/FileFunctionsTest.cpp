@@ -2,9 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-
-#include "core/AtomicFileWriter.h"
 #include "support/TempTree.h"
 
 namespace vantorel {
@@ -12,7 +9,7 @@ namespace {
 
 using test::TempTree;
 
-TEST(BackupNameTest, LooksOnlyAtTheFourthCharacterFromTheEnd) {
+TEST(BackupNameTest, LooksOnlyAtTheFourthCharacterFromTheEndOfTheName) {
     EXPECT_EQ(backupNameFor("/d/notes.txt"), "/d/notes.bak");
     EXPECT_EQ(backupNameFor("/d/data.csv"), "/d/data.bak");
     EXPECT_EQ(backupNameFor("/d/page.html"), "/d/page.html.bak");
@@ -21,6 +18,8 @@ TEST(BackupNameTest, LooksOnlyAtTheFourthCharacterFromTheEnd) {
     EXPECT_EQ(backupNameFor("/d/x.tar.gz"), "/d/x.tar.gz.bak");
     EXPECT_EQ(backupNameFor("/d/old.bak"), "/d/old.bak.bak");
     EXPECT_EQ(backupNameFor("/d/OLD.BAK"), "/d/OLD.bak");
+    EXPECT_EQ(backupNameFor("/proj/x.d/c"), "/proj/x.d/c.bak");  // always beside the file
+    EXPECT_EQ(backupNameFor("/a.b/cd"), "/a.b/cd.bak");
 }
 
 TEST(PathPartsTest, SplitAtTheLastSeparator) {
@@ -42,37 +41,6 @@ TEST(FileHelpersTest, ExistenceAndReadOnlyFollowTheOwnerWriteBit) {
     EXPECT_FALSE(FolderExists(""));
     EXPECT_TRUE(IsReadOnly(file));  // also when running as root
     EXPECT_FALSE(IsReadOnly(tree.write("g.txt", "x", 0644)));
-}
-
-TEST(AtomicFileWriterTest, ReplacesTheFileWholeAndKeepsItsPermissionBits) {
-    TempTree tree;
-    const std::string file = tree.write("script.sh", "old contents that are long", 0751);
-    {
-        AtomicFileWriter writer(file);
-        writer.write("new");
-        writer.write(std::string(3 << 20, 'x'));  // more than the buffer holds
-        writer.commit();
-    }
-    EXPECT_EQ(tree.read("script.sh"), "new" + std::string(3 << 20, 'x'));
-    EXPECT_EQ(tree.mode("script.sh"), 0751);
-}
-
-TEST(AtomicFileWriterTest, AWriterThatIsNotCommittedLeavesNoTrace) {
-    TempTree tree;
-    const std::string file = tree.write("keep.txt", "original");
-    {
-        AtomicFileWriter writer(file);
-        writer.write("partial new text");
-        writer.finish();
-    }
-    EXPECT_EQ(tree.read("keep.txt"), "original");
-    int entries = 0;
-    for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(tree.root())) ++entries;
-    EXPECT_EQ(entries, 1);
-}
-
-TEST(AtomicFileWriterTest, FailsCleanlyWhereNoFileCanBeCreated) {
-    EXPECT_THROW(AtomicFileWriter("/no/such/folder/file.txt"), std::system_error);
 }
 
 }  // namespace

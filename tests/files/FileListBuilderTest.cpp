@@ -86,8 +86,10 @@ TEST_F(FileListBuilderTest, LinkedFilesAreListedLinkedFoldersAreNotEntered) {
                                                                   "sub1/deep/d.txt"}));
 }
 
-TEST_F(FileListBuilderTest, SpecialFilesAndUnreadableFoldersContributeNothing) {
+TEST_F(FileListBuilderTest, SpecialFilesTemporaryFilesAndUnreadableFoldersContributeNothing) {
     ASSERT_EQ(::mkfifo(tree.path("pipe.txt").c_str(), 0644), 0);
+    tree.write(".vantorel-4242-7-a.txt", "a write in progress");
+    tree.write(".vantorel-4242-8", "the same, for a long name");
     const FileList list = BuildFileList(tree.root(), "*.txt", false, stop);
     EXPECT_EQ(paths(list, tree.root()), (std::vector<std::string>{"a.txt", "b.txt"}));
     EXPECT_TRUE(BuildFileList(tree.path("no-such-folder"), "*", true, stop).empty());

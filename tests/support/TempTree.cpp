@@ -1,6 +1,10 @@
 #include "support/TempTree.h"
 
+#include <fcntl.h>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -9,6 +13,20 @@
 #include <stdexcept>
 
 namespace vantorel::test {
+namespace {
+
+bool setImmutable(const std::string& folder, bool on) {
+    const int fd = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fd < 0) return false;
+    int flags = 0;
+    bool done = ::ioctl(fd, FS_IOC_GETFLAGS, &flags) == 0;
+    flags = on ? (flags | FS_IMMUTABLE_FL) : (flags & ~FS_IMMUTABLE_FL);
+    done = done && ::ioctl(fd, FS_IOC_SETFLAGS, &flags) == 0;
+    ::close(fd);
+    return done;
+}
+
+}  // namespace
 
 TempTree::TempTree() {
     const char* base = std::getenv("TMPDIR");
@@ -18,6 +36,7 @@ TempTree::TempTree() {
 }
 
 TempTree::~TempTree() {
+    for (const std::string& folder : locked_) setImmutable(folder, false);
     std::error_code ec;
     // Read-only files and folders must not keep the tree alive.
     for (auto it = std::filesystem::recursive_directory_iterator(root_, ec);
@@ -64,6 +83,22 @@ int TempTree::mode(const std::string& relative) const {
     struct stat st {};
     if (::stat(path(relative).c_str(), &st) != 0) return -1;
     return static_cast<int>(st.st_mode & 07777);
+}
+
+}  // namespace vantorel::test
+
+namespace vantorel::test {
+
+bool TempTree::refuseNewFiles(const std::string& relative) const {
+    const std::string folder = path(relative);
+    ::chmod(folder.c_str(), 0555);
+    if (::geteuid() == 0 && setImmutable(folder, true)) locked_.push_back(folder);
+    const std::string probe = folder + "/probe";
+    const int fd = ::open(probe.c_str(), O_WRONLY | O_CREAT | O_EXCL, 0644);
+    if (fd < 0) return true;
+    ::close(fd);
+    ::unlink(probe.c_str());
+    return false;
 }
 
 }  // namespace vantorel::test

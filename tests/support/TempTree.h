@@ -2,6 +2,7 @@
 // A temporary folder tree for tests, removed with everything in it.
 
 #include <string>
+#include <vector>
 
 namespace vantorel::test {
 
@@ -22,9 +23,13 @@ public:
     std::string read(const std::string& relative) const;
     bool exists(const std::string& relative) const;
     int mode(const std::string& relative) const;
+    // Makes a folder refuse new files, to root as well where the file system
+    // has an immutable flag; false when that cannot be done here.
+    bool refuseNewFiles(const std::string& relative) const;
 
 private:
     std::string root_;
+    mutable std::vector<std::string> locked_;
 };
 
 }  // namespace vantorel::test

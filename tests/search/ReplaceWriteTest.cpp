@@ -1,0 +1,271 @@
+// The writing pass of a Replace: what is written, where the old contents go,
+// and what is refused, whatever the number of threads.
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <filesystem>
+#include <thread>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "core/ContentHash.h"
+#include "files/FileFunctions.h"
+#include "search/SearchRun.h"
+#include "support/RecordingHost.h"
+#include "support/SystemCallFaults.h"
+#include "support/TempTree.h"
+
+namespace vantorel {
+namespace {
+
+using test::RecordingHost;
+using test::SystemCallFaults;
+using test::TempTree;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+struct Replaced {
+    std::vector<std::string> events;  // with the tree's root taken out
+    std::vector<FileReport> rows;
+    std::vector<std::string> messages;
+};
+
+Replaced replace(const TempTree& tree, RunRequest r, unsigned threads = 1,
+            std::function<void(const FileReport&)> onRow = nullptr) {
+    SearchState state;
+    RecordingHost host;
+    host.answers = {true};
+    host.onRow = std::move(onRow);
+    r.kind = RunKind::Replace;
+    r.startFolder = tree.root();
+    r.threads = threads;
+    RunSearch(r, state, host);
+    Replaced run{{}, host.rows, host.messageTexts()};
+    for (std::string event : host.events) {
+        for (std::size_t at; (at = event.find(tree.root())) != std::string::npos;) event.erase(at, tree.root().size());
+        run.events.push_back(event);
+    }
+    return run;
+}
+
+RunRequest job(std::string find, std::string replacement, std::string filter = "*.txt") {
+    RunRequest r;
+    r.jobs = {{std::move(find), std::move(replacement)}};
+    r.filter = std::move(filter);
+    return r;
+}
+
+TEST(ReplaceWriteTest, AFileReachedUnderSeveralNamesIsReplacedOnceUnderItsFirstName) {
+    for (const unsigned threads : {1u, 4u}) {
+        for (const bool marked : {false, true}) {
+            TempTree tree;
+            const std::string file = tree.write("f.txt", "foo");
+            ASSERT_EQ(::link(file.c_str(), tree.path("h.txt").c_str()), 0);
+            ASSERT_EQ(::symlink(file.c_str(), tree.path("l.txt").c_str()), 0);
+            RunRequest r = job("foo", "foofoo");
+            if (marked) {
+                r.markedOnly = true;
+                r.markedFiles = {file, tree.root() + "/./f.txt", tree.path("l.txt")};
+            }
+            const Replaced run = replace(tree, r, threads);
+            EXPECT_EQ(tree.read("f.txt"), "foofoo") << threads << marked;
+            EXPECT_THAT(run.messages, ElementsAre("1 files processed, 1 occurences changed in 1 file(s)"));
+            ASSERT_EQ(run.rows.size(), 1u);
+            EXPECT_EQ(run.rows[0].path, file);
+        }
+    }
+}
+
+TEST(ReplaceWriteTest, ABackupThatReplacesALaterListedFileGivesWhatOneThreadGives) {
+    auto runWith = [](unsigned threads) {
+        TempTree tree;
+        for (int k = 0; k < 16; ++k) {
+            tree.write("a" + std::to_string(k) + ".b.c", "cat b.c " + std::to_string(k));
+            tree.write("a" + std::to_string(k) + ".bak", "cat bak " + std::to_string(k));
+        }
+        RunRequest r = job("cat", "dog", "*");
+        r.makeBackups = true;
+        const Replaced run = replace(tree, r, threads);
+        std::vector<std::string> files;
+        for (const auto& entry : std::filesystem::directory_iterator(tree.root()))
+            files.push_back(entry.path().filename().string() + "=" + tree.read(entry.path().filename()));
+        std::sort(files.begin(), files.end());
+        EXPECT_EQ(tree.read("a0.bak"), "dog b.c 0");
+        EXPECT_EQ(tree.read("a0.bak.bak"), "cat b.c 0");
+        return std::make_pair(run.events, files);
+    };
+    EXPECT_EQ(runWith(1), runWith(4));
+}
+
+TEST(ReplaceWriteTest, EachRowSaysWhatBecameOfItsFileAndOnlyWhatWasWrittenCounts) {
+    TempTree tree, elsewhere;
+    tree.write("w.txt", "old");
+    tree.write("ro.txt", "old", 0444);
+    tree.write("bf.txt", "old");
+    tree.mkdir("bf.bak");  // no backup can take this name
+    const std::string outside = elsewhere.write("secret.txt", "old");
+    ASSERT_EQ(::symlink(outside.c_str(), tree.path("out.txt").c_str()), 0);
+    const std::string inside = tree.write("data/t.dat", "old");
+    ASSERT_EQ(::symlink(inside.c_str(), tree.path("in.txt").c_str()), 0);
+    RunRequest r = job("old", "new");
+    r.makeBackups = true;
+    const Replaced run = replace(tree, r);
+
+    EXPECT_EQ(tree.read("w.txt"), "new");
+    EXPECT_EQ(tree.read("w.bak"), "old");
+    EXPECT_EQ(tree.read("data/t.dat"), "new");  // through a link that stays inside
+    EXPECT_EQ(tree.read("data/t.bak"), "");     // the backup is beside the listed name
+    EXPECT_EQ(tree.read("in.bak"), "old");
+    EXPECT_EQ(tree.read("bf.txt"), "old");
+    EXPECT_EQ(elsewhere.read("secret.txt"), "old");
+    const std::string out = tree.path("out.txt"), bak = tree.path("bf.bak");
+    EXPECT_THAT(run.messages,
+                ElementsAre("Error deleting file " + bak, "Error creating .bak file: " + bak,
+                            out + " is a link to a file outside the start folder; it was not changed.",
+                            "5 files processed, 3 occurences changed in 3 file(s)\r\nWarning! 1 of the above "
+                            "file(s) were Read-Only and their replacements were not saved."));
+    std::vector<std::string> rows;
+    for (const FileReport& row : run.rows) {
+        ASSERT_TRUE(row.write.has_value()) << row.path;
+        rows.push_back(FileNameOf(row.path) + ":" + std::to_string(row.matches) + ":" +
+                       std::to_string(static_cast<int>(row.write->status)));
+    }
+    using S = WriteStatus;
+    auto row = [](const char* name, int matches, S status) {
+        return std::string(name) + ":" + std::to_string(matches) + ":" + std::to_string(static_cast<int>(status));
+    };
+    EXPECT_THAT(rows, ElementsAre(row("bf.txt", 0, S::BackupFailed), row("in.txt", 1, S::Written),
+                                  row("out.txt", 0, S::OutsideStartFolder), row("ro.txt", 1, S::ReadOnly),
+                                  row("w.txt", 1, S::Written)));
+    const WriteOutcome& written = *run.rows.back().write;
+    struct stat st {};
+    ASSERT_EQ(::stat(tree.path("w.txt").c_str(), &st), 0);
+    ContentHash hash;
+    hash.add("new");
+    EXPECT_EQ(written.path, tree.path("w.txt"));
+    EXPECT_EQ(written.backup, tree.path("w.bak"));
+    EXPECT_EQ(written.size, 3u);
+    EXPECT_EQ(written.hash, hash.value());
+    EXPECT_EQ(written.inode, st.st_ino);
+    EXPECT_EQ(written.modifiedNs, st.st_mtim.tv_sec * 1000000000LL + st.st_mtim.tv_nsec);
+    EXPECT_EQ(run.rows[1].write->path, inside);
+}
+
+TEST(ReplaceWriteTest, WithoutHardLinksTheBackupIsACopyAndTheFileNeverLosesItsName) {
+    TempTree tree;
+    tree.write("a.txt", "v1", 0640);
+    tree.write("a.bak", "an older backup");
+    tree.write("sub/b.txt", "v1");
+    SystemCallFaults::Scope faults;
+    SystemCallFaults::refuseLinks = true;
+    std::vector<std::string> missing;
+    SystemCallFaults::beforeRename = [&](const std::string&, const std::string& to) {
+        for (const char* name : {"a.txt", "sub/b.txt"})
+            if (!tree.exists(name)) missing.push_back(std::string(name) + " before the rename to " + to);
+    };
+    RunRequest r = job("v1", "v2");
+    r.makeBackups = true;
+    const Replaced run = replace(tree, r);
+    EXPECT_THAT(missing, IsEmpty());
+    EXPECT_EQ(tree.read("a.txt"), "v2");
+    EXPECT_EQ(tree.read("a.bak"), "v1");
+    EXPECT_EQ(tree.mode("a.bak"), 0640);
+    EXPECT_EQ(tree.read("sub/b.bak"), "v1");
+    EXPECT_THAT(run.messages, ElementsAre("2 files processed, 2 occurences changed in 2 file(s)"));
+}
+
+TEST(ReplaceWriteTest, AFileThatCannotBeWrittenIsReportedByItsNameAndTheRunGoesOn) {
+    TempTree tree;
+    const std::string longName = std::string(240, 'n') + ".txt";  // its temporary name would be too long
+    tree.write(longName, "old");
+    const std::string locked = tree.write("locked/a.txt", "old");
+    tree.write("z.txt", "old");
+    const bool refuses = tree.refuseNewFiles("locked");
+    const Replaced run = replace(tree, job("old", "new"));
+    EXPECT_EQ(tree.read(longName), "new");
+    EXPECT_EQ(tree.read("z.txt"), "new");
+    if (!refuses) GTEST_SKIP() << "no folder here refuses new files";
+    EXPECT_EQ(tree.read("locked/a.txt"), "old");
+    ASSERT_EQ(run.messages.size(), 2u);
+    EXPECT_THAT(run.messages[0], ::testing::StartsWith("Error writing " + locked + "\r\n"));
+    EXPECT_EQ(run.messages[1], "3 files processed, 2 occurences changed in 2 file(s)");
+}
+
+TEST(ReplaceWriteTest, NewTextsWaitingForTheirTurnHoldLittleMoreThanTheLargestFile) {
+    TempTree tree;
+    const std::string text = "a" + std::string(3 << 20, 'x');
+    for (int i = 10; i < 22; ++i) tree.write("f" + std::to_string(i) + ".txt", text);
+    std::uintmax_t peak = 0;
+    bool writing = false;
+    auto onRow = [&](const FileReport& row) {
+        if (!row.write) return;
+        std::uintmax_t waiting = 0;
+        for (const auto& entry : std::filesystem::directory_iterator(tree.root()))
+            if (entry.path().filename().string().find("vantorel-") != std::string::npos) waiting += entry.file_size();
+        peak = std::max(peak, waiting);
+        writing = true;
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));  // a slow front end
+    };
+    replace(tree, job("a", "b"), 3, onRow);
+    EXPECT_TRUE(writing);
+    EXPECT_EQ(tree.read("f21.txt"), "b" + std::string(3 << 20, 'x'));
+    EXPECT_LE(peak, std::uintmax_t{20} << 20);  // the budget of 16 MB and one file beyond it
+}
+
+TEST(ReplaceWriteTest, EachFolderIsFlushedOnceAfterItsRenames) {
+    TempTree tree;
+    for (const char* name : {"a.txt", "b.txt", "c.txt", "sub/d.txt", "sub/e.txt"}) tree.write(name, "old");
+    SystemCallFaults::Scope faults;
+    SystemCallFaults::watchSyncs = true;
+    RunRequest r = job("old", "new");
+    r.makeBackups = true;
+    replace(tree, r, 2);
+    const std::string root = std::filesystem::canonical(tree.root()).string();
+    EXPECT_THAT(SystemCallFaults::syncedFolders(), ElementsAre(root, root + "/sub"));
+}
+
+TEST(ReplaceWriteTest, Utf16FilesAreSearchedAndWrittenBackInUtf16WithTheirMark) {
+    TempTree tree;
+    // "café foo\r\n😀 foo" in UTF-16, each way round.
+    const std::string le = std::string("\xff\xfe" "c\0a\0f\0\xe9\0 \0f\0o\0o\0\r\0\n\0\x3d\xd8\x00\xde \0f\0o\0o\0", 34);
+    const std::string be = std::string("\xfe\xff\0c\0a\0f\0\xe9\0 \0f\0o\0o\0\r\0\n\xd8\x3d\xde\x00\0 \0f\0o\0o", 34);
+    const std::string lone = std::string("\xff\xfe" "f\0o\0o\0\x00\xd8x\0", 12);  // a lone high surrogate
+    tree.write("le.txt", le);
+    tree.write("be.txt", be);
+    tree.write("lone.txt", lone);
+    SearchState state;
+    RecordingHost host;
+    RunRequest find = job("foo", "");
+    find.kind = RunKind::Find;
+    find.startFolder = tree.root();
+    std::string previewed;
+    find.previewSection = [&](const std::string&, std::string_view text, TextEncoding encoding, const CompiledPattern&) {
+        if (previewed.empty() && encoding == TextEncoding::Utf8) previewed = text;
+        return StyledText{};
+    };
+    RunSearch(find, state, host);
+    ASSERT_EQ(host.rows.size(), 3u);
+    EXPECT_EQ(host.rows[0].matches, 2u);
+    EXPECT_EQ(host.rows[0].characters, 16u);  // the mark is a character, the emoji one more
+    EXPECT_EQ(host.rows[2].matches, 1u);
+    EXPECT_EQ(previewed, "\xef\xbb\xbf" "caf\xc3\xa9 foo\r\n\xf0\x9f\x98\x80 foo");
+
+    RunRequest r = job("f(o+)", "b$1\xc3\xa4r");
+    r.regularExpression = true;
+    const Replaced run = replace(tree, r);
+    auto swapped = [](std::string text, const std::string& from, const std::string& to) {
+        for (std::size_t at; (at = text.find(from)) != std::string::npos;) text.replace(at, from.size(), to);
+        return text;
+    };
+    EXPECT_EQ(tree.read("le.txt"), swapped(le, std::string("f\0o\0o\0", 6), std::string("b\0o\0o\0\xe4\0r\0", 10)));
+    EXPECT_EQ(tree.read("be.txt"), swapped(be, std::string("\0f\0o\0o", 6), std::string("\0b\0o\0o\0\xe4\0r", 10)));
+    EXPECT_EQ(tree.read("lone.txt"), lone);
+    EXPECT_EQ(run.messages[0], tree.path("lone.txt") +
+                                   " is UTF-16 text with code units that are not characters; it was not changed.");
+}
+
+}  // namespace
+}  // namespace vantorel
