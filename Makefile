@@ -6,7 +6,7 @@
 BUILD_DIR ?= build
 BUILD_TYPE ?= Release
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
-DEBIAN_PACKAGES := cmake g++ make pkg-config libpcre2-dev libgtest-dev libgmock-dev nlohmann-json3-dev unrtf \
+DEBIAN_PACKAGES := cmake g++ make pkg-config libpcre2-dev libgtest-dev libgmock-dev nlohmann-json3-dev unrtf acl \
                    qt6-base-dev xdg-utils
 
 .PHONY: all deps configure build run test bench clean

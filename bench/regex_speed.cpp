@@ -2,7 +2,9 @@
 // typical patterns in a large generated text, once with the pattern handed
 // to PCRE2 as it is (what a plain PCRE2 search would do: UTF, CASELESS,
 // MULTILINE) and once through Regex, and prints both times with the literal
-// optimisations PCRE2 found (first code unit / required code unit).
+// optimisations PCRE2 found (first code unit / required code unit). The
+// third time is Regex again as a run uses it, able to be stopped (the text
+// searched in slices).
 //
 //   cmake --build BUILD --target regex_speed && BUILD/tests/regex_speed [MB]
 
@@ -132,25 +134,32 @@ int main(int argc, char** argv) {
         {"regex, ignore case", "durandal \\d+", true},
         {"line start", "^Durandal", false},
         {"dot run", "Durandal.*$", false},
+        {"very many matches", "the", false},
+        {"every word", "\\w+", false},
     };
     for (TextEncoding encoding : {TextEncoding::Utf8, TextEncoding::Windows1252}) {
         const std::string text = makeText(megabytes << 20, encoding);
         std::printf("%s text, %zu MB\n", encoding == TextEncoding::Utf8 ? "UTF-8" : "Windows-1252",
                     text.size() >> 20);
-        std::printf("  %-30s %-22s %9s %9s  %-22s %-22s\n", "case", "pattern", "PCRE2 ms", "ours ms",
-                    "PCRE2 hints", "our hints");
+        std::printf("  %-30s %-22s %9s %9s %9s  %-22s %-22s\n", "case", "pattern", "PCRE2 ms", "ours ms",
+                    "stoppable", "PCRE2 hints", "our hints");
         for (const Case& c : cases) {
             std::uint32_t options = PCRE2_MULTILINE | (c.ignoreCase ? PCRE2_CASELESS : 0);
             if (encoding == TextEncoding::Utf8) options |= PCRE2_UTF;
             const Raw raw(c.pattern, options);
             const Regex regex(c.pattern, c.ignoreCase);
             const CompiledPattern& ours = regex.forEncoding(encoding);
-            std::uint64_t rawCount = 0, ourCount = 0;
+            std::uint64_t rawCount = 0, ourCount = 0, stoppableCount = 0;
             const double rawSeconds = secondsOf([&] { return raw.count(text); }, rawCount);
             const double ourSeconds = secondsOf([&] { return ours.countMatches(text); }, ourCount);
-            std::printf("  %-30s %-22s %9.1f %9.1f  %-22s %-22s%s\n", c.label, c.pattern, rawSeconds * 1000,
-                        ourSeconds * 1000, raw.hints().c_str(), hints(ours).c_str(),
-                        rawCount == ourCount ? "" : "  (counts differ)");
+            const std::atomic<bool> never{false};
+            const double stoppableSeconds = secondsOf([&] {
+                const vantorel::MatchStop stoppable(never);
+                return ours.countMatches(text);
+            }, stoppableCount);
+            std::printf("  %-30s %-22s %9.1f %9.1f %9.1f  %-22s %-22s%s\n", c.label, c.pattern, rawSeconds * 1000,
+                        ourSeconds * 1000, stoppableSeconds * 1000, raw.hints().c_str(), hints(ours).c_str(),
+                        rawCount == ourCount && ourCount == stoppableCount ? "" : "  (counts differ)");
         }
     }
 }

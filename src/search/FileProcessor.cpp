@@ -95,10 +95,8 @@ FileOutcome processFile(const std::string& path, const std::vector<CompiledJob>&
     outcome.file = FileKey{text.identity().device, text.identity().inode};
     if (!pass.write) {
         outcome.matches = searchJobs(path, text, jobs, pass, outcome);
-        if (pass.replacing && pass.makeBackups && outcome.matches > 0) {
-            outcome.entry = entryOf(path);
+        if (pass.replacing && pass.makeBackups && outcome.matches > 0)
             outcome.backupEntry = entryOf(backupNameFor(path));
-        }
     } else {
         static const WriteSettings defaults;
         PreparedWrite prepared = prepareWriteBack(path, text, jobs, pass.writing ? *pass.writing : defaults, turn);

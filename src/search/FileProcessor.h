@@ -70,9 +70,8 @@ struct FileOutcome {
     // The file that was read: another name for it later in the list is
     // passed over.
     std::optional<FileKey> file;
-    // The counting pass of a Replace with backups: the name's own entry
-    // (a link is not followed) and the entry that its backup will replace.
-    std::optional<FileKey> entry;
+    // The counting pass of a Replace with backups: the file that its backup
+    // will replace, if one exists.
     std::optional<FileKey> backupEntry;
     // The writing pass: the new text, ready to replace the file, or why the
     // file is left as it is, and what to tell about it.

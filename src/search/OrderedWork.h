@@ -139,10 +139,10 @@ private:
 
     bool waitFor(Run& run, const std::function<bool(std::size_t)>& ready) {
         std::unique_lock lock(mutex_);
-        publish(run, run.current);
         while (true) {
             if (cancelled_ || stop_.load()) return false;
             if (ready(handled_)) return true;
+            publish(run, run.current);  // only when it has to wait
             ++turnWaiters_;
             turnChanged_.wait(lock);
             --turnWaiters_;

@@ -253,19 +253,23 @@ private:
             totalMatches_ += counted;
             if (counted < 1) skipped_[position] = true;
             else ++filesWithMatches_;
-            if (pass == PassKind::Counting && request_.makeBackups && counted > 0) noteBackup(position, *outcome);
+            if (pass == PassKind::Counting && request_.makeBackups && counted > 0) noteBackup(position, path, *outcome);
         }
         folders_.flush();
     }
 
     // Remembers whose backup replaces which entry, so that the writing pass
     // reads a file that an earlier file's backup replaces only after it has.
-    void noteBackup(std::size_t position, const FileOutcome& file) {
-        for (const std::optional<FileKey>& key : {file.entry, file.file}) {
-            if (!key) continue;
-            const auto owner = backupOwners_.find(*key);
-            if (owner != backupOwners_.end()) after_[position] = owner->second;
-        }
+    // A file is known by where its name leads or, for a link that a backup
+    // replaces, by its name. The latest earlier owner is the one to wait for.
+    void noteBackup(std::size_t position, const std::string& path, const FileOutcome& file) {
+        std::size_t after = kNone;
+        if (const auto owner = backupNames_.find(path); owner != backupNames_.end()) after = owner->second;
+        if (file.file)
+            if (const auto owner = backupOwners_.find(*file.file); owner != backupOwners_.end())
+                after = after == kNone ? owner->second : std::max(after, owner->second);
+        after_[position] = after;
+        backupNames_[backupNameFor(path)] = position;
         if (file.backupEntry) backupOwners_[*file.backupEntry] = position;
     }
 
@@ -333,6 +337,7 @@ private:
     static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
     std::vector<std::size_t> after_;  // the file whose backup must be made first
     std::unordered_map<FileKey, std::size_t, FileKeyHash> backupOwners_;
+    std::unordered_map<std::string, std::size_t> backupNames_;
     std::unique_ptr<WriteBudget> budget_;
     FolderSync folders_;
     std::uint64_t filesDone_ = 0;
