@@ -110,6 +110,9 @@ struct RunOutcome {
     std::uint64_t totalMatches = 0;
     std::uint64_t filesWithMatches = 0;
     std::uint64_t readOnlySkipped = 0;
+    // Files with matches that the writing pass left as they were, read-only
+    // ones aside (each was reported).
+    std::uint64_t writesRefused = 0;
     std::string statusText;
     // Set when a pattern was refused: which job and what is wrong where.
     std::optional<PatternError> patternError;

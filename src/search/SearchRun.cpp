@@ -212,7 +212,7 @@ private:
     }
 
     void runPass(PassKind pass) {
-        filesDone_ = totalMatches_ = filesWithMatches_ = 0;
+        filesDone_ = totalMatches_ = filesWithMatches_ = matchesFound_ = writesRefused_ = 0;
         state_.readOnlySkipped = 0;
         host_.passStarted(pass);
         if (files_.empty()) return;
@@ -251,6 +251,7 @@ private:
             host_.setProgress(percentOf(position, files_.size()), pass);
             const std::uint64_t counted = deliver(path, *outcome);
             totalMatches_ += counted;
+            matchesFound_ += outcome->matches;
             if (counted < 1) skipped_[position] = true;
             else ++filesWithMatches_;
             if (pass == PassKind::Counting && request_.makeBackups && counted > 0) noteBackup(position, path, *outcome);
@@ -290,6 +291,7 @@ private:
             host_.addRow(FileReport{path, counted, file.characters, file.modified, request_.markedOnly, std::move(write)});
         for (const Message& message : messages) host_.showMessage(message);
         if (readOnly) ++state_.readOnlySkipped;
+        else if (write && !write->written()) ++writesRefused_;
         return counted;
     }
 
@@ -300,6 +302,7 @@ private:
         outcome_.noFiles = files_.empty();
         outcome_.filesDone = filesDone_;
         outcome_.totalMatches = totalMatches_;
+        outcome_.writesRefused = writesRefused_;
         outcome_.filesWithMatches = filesWithMatches_;
         outcome_.readOnlySkipped = static_cast<std::uint64_t>(state_.readOnlySkipped.load());
         if (replace) {
@@ -321,7 +324,7 @@ private:
         if (request_.batch) state_.previewPattern.clear();
         if (files_.empty())
             host_.showMessage(information(kNoFiles, MessageKind::Summary, kSearchComplete));
-        else if (totalMatches_ == 0)
+        else if (matchesFound_ == 0)
             host_.showMessage(information(kNoMatches, MessageKind::Summary, kSearchComplete));
     }
 
@@ -341,7 +344,9 @@ private:
     std::unique_ptr<WriteBudget> budget_;
     FolderSync folders_;
     std::uint64_t filesDone_ = 0;
-    std::uint64_t totalMatches_ = 0;
+    std::uint64_t totalMatches_ = 0;     // in the writing pass, those written
+    std::uint64_t matchesFound_ = 0;     // written or not
+    std::uint64_t writesRefused_ = 0;
     std::uint64_t filesWithMatches_ = 0;
 };
 

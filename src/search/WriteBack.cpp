@@ -276,6 +276,10 @@ PreparedWrite prepareWriteBack(const std::string& path, const FileText& text,
         if (result.matches == 0) return result;  // nothing changed: the writer removes its file
         writer->finish();
     } catch (const std::system_error& error) {
+        if (result.matches == 0) {  // the failure came first: what would have been replaced?
+            DiscardSink discard;
+            result.matches = applyJobs(text, jobs, discard);
+        }
         result.refused = failure(path, error, result.messages);
         return result;
     }

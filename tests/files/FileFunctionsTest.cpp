@@ -22,15 +22,6 @@ TEST(BackupNameTest, LooksOnlyAtTheFourthCharacterFromTheEndOfTheName) {
     EXPECT_EQ(backupNameFor("/a.b/cd"), "/a.b/cd.bak");
 }
 
-TEST(PathPartsTest, SplitAtTheLastSeparator) {
-    EXPECT_EQ(FileNameOf("/a/b/c.txt"), "c.txt");
-    EXPECT_EQ(FolderOf("/a/b/c.txt"), "/a/b/");
-    EXPECT_EQ(FileNameOf("c.txt"), "c.txt");
-    EXPECT_EQ(FolderOf("c.txt"), "");
-    EXPECT_EQ(withTrailingSeparator("/a"), "/a/");
-    EXPECT_EQ(withTrailingSeparator("/a/"), "/a/");
-}
-
 TEST(FileHelpersTest, ExistenceAndReadOnlyFollowTheOwnerWriteBit) {
     TempTree tree;
     const std::string file = tree.write("f.txt", "x", 0444);

@@ -127,19 +127,13 @@ TEST(ReplaceWriteTest, EachRowSaysWhatBecameOfItsFileAndOnlyWhatWasWrittenCounts
                             out + " is a link to a file outside the start folder; it was not changed.",
                             "5 files processed, 3 occurences changed in 3 file(s)\r\nWarning! 1 of the above "
                             "file(s) were Read-Only and their replacements were not saved."));
-    std::vector<std::string> rows;
-    for (const FileReport& row : run.rows) {
-        ASSERT_TRUE(row.write.has_value()) << row.path;
-        rows.push_back(FileNameOf(row.path) + ":" + std::to_string(row.matches) + ":" +
-                       std::to_string(static_cast<int>(row.write->status)));
-    }
+    std::vector<std::tuple<std::string, std::uint64_t, WriteStatus>> rows;
+    for (const FileReport& row : run.rows) rows.emplace_back(FileNameOf(row.path), row.matches, row.write->status);
     using S = WriteStatus;
-    auto row = [](const char* name, int matches, S status) {
-        return std::string(name) + ":" + std::to_string(matches) + ":" + std::to_string(static_cast<int>(status));
-    };
-    EXPECT_THAT(rows, ElementsAre(row("bf.txt", 0, S::BackupFailed), row("in.txt", 1, S::Written),
-                                  row("out.txt", 0, S::OutsideStartFolder), row("ro.txt", 1, S::ReadOnly),
-                                  row("w.txt", 1, S::Written)));
+    EXPECT_THAT(rows, ElementsAre(std::tuple("bf.txt", 0, S::BackupFailed), std::tuple("in.txt", 1, S::Written),
+                                  std::tuple("out.txt", 0, S::OutsideStartFolder), std::tuple("ro.txt", 1, S::ReadOnly),
+                                  std::tuple("w.txt", 1, S::Written)));
+    EXPECT_EQ(tree.read("ro.txt"), "old");
     const WriteOutcome& written = *run.rows.back().write;
     struct stat st {};
     ASSERT_EQ(::stat(tree.path("w.txt").c_str(), &st), 0);
@@ -192,6 +186,8 @@ TEST(ReplaceWriteTest, AFileThatCannotBeWrittenIsReportedByItsNameAndTheRunGoesO
     ASSERT_EQ(run.messages.size(), 2u);
     EXPECT_THAT(run.messages[0], ::testing::StartsWith("Error writing " + locked + "\r\n"));
     EXPECT_EQ(run.messages[1], "3 files processed, 2 occurences changed in 2 file(s)");
+    RunRequest lockedOnly = job("old", "new", "a.txt");
+    EXPECT_EQ(replace(tree, lockedOnly).messages.back(), "1 files processed, 0 occurences changed in 0 file(s)");
 }
 
 TEST(ReplaceWriteTest, NewTextsWaitingForTheirTurnHoldLittleMoreThanTheLargestFile) {

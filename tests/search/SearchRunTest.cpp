@@ -175,19 +175,6 @@ TEST_F(SearchRunTest, ReplaceWithoutMatchesAsksNothingAndWalksNoFile) {
                 ElementsAre("2 files processed, 0 occurences changed in 0 file(s)", "No matches found in files."));
 }
 
-TEST_F(SearchRunTest, ReadOnlyFilesAreListedButNotChangedAndAreCounted) {
-    tree.write("a.txt", "old", 0444);
-    tree.write("b.txt", "old old");
-    host.answers = {true};
-    run(request(RunKind::Replace, "old", "new"));
-    EXPECT_EQ(tree.read("a.txt"), "old");
-    EXPECT_EQ(tree.read("b.txt"), "new new");
-    EXPECT_EQ(rowsText(), "a.txt:1 b.txt:2 ");
-    EXPECT_THAT(host.messageTexts(),
-                ElementsAre("2 files processed, 3 occurences changed in 2 file(s)\r\nWarning! 1 of the above "
-                            "file(s) were Read-Only and their replacements were not saved."));
-}
-
 TEST_F(SearchRunTest, BackupsKeepTheOldContentsUnderTheBakName) {
     tree.write("data.csv", "v1", 0640);
     tree.write("data.bak", "an older backup");
