@@ -10,8 +10,7 @@
 //
 // Work that must not run ahead of the driver (it needs an earlier result to
 // have been dealt with, or a resource the driver frees) waits through its
-// Turn; the threads start with the first call to next(), so the work may
-// refer to the OrderedWork itself.
+// Turn.
 
 #include <algorithm>
 #include <atomic>
@@ -71,6 +70,8 @@ public:
         : count_(count), window_(std::max<std::size_t>(window, 1)), needsWork_(std::move(needsWork)),
           work_(std::move(work)), stop_(stop), slots_(window_) {
         threadCount_ = std::min<unsigned>(threads, static_cast<unsigned>(std::max<std::size_t>(count, 1)));
+        if (threadCount_ <= 1) return;  // one thread: the work runs inside next()
+        for (unsigned t = 0; t < threadCount_; ++t) workers_.emplace_back([this] { workerLoop(); });
     }
 
     ~OrderedWork() {
@@ -90,9 +91,7 @@ public:
     // work). Returns false at the end, or when a stop came before that
     // position's work began. Rethrows what the work threw.
     bool next(std::size_t& position, std::optional<Result>& result) {
-        if (threadCount_ <= 1) return nextInline(position, result);
-        if (workers_.empty())
-            for (unsigned t = 0; t < threadCount_; ++t) workers_.emplace_back([this] { workerLoop(); });
+        if (workers_.empty()) return nextInline(position, result);
         std::unique_lock lock(mutex_);
         handled_ = delivered_;
         if (turnWaiters_ > 0) turnChanged_.notify_all();
