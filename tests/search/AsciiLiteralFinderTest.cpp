@@ -5,18 +5,12 @@
 #include <gtest/gtest.h>
 
 #include "search/Regex.h"
+#include "support/MatchSpans.h"
 
 namespace vantorel {
 namespace {
 
-std::vector<std::pair<std::size_t, std::size_t>> matches(const CompiledPattern& pattern, std::string_view text) {
-    std::vector<std::pair<std::size_t, std::size_t>> found;
-    pattern.forEachMatch(text, [&](const Match& m) {
-        found.emplace_back(m.begin(), m.end());
-        return true;
-    });
-    return found;
-}
+using test::matchSpans;
 
 TEST(AsciiLiteralFinderTest, OnlyPlainAsciiPatternsAreLiterals) {
     EXPECT_EQ(AsciiLiteralFinder::literalOf("error"), "error");
@@ -43,7 +37,7 @@ TEST(AsciiLiteralFinderTest, FindsWhatTheEngineFindsIgnoringCase) {
                 if (encoding == TextEncoding::Utf8 && !isValidUtf8(text)) continue;
                 const Regex fast(literal, true);
                 const Regex engine("(?:" + literal + ")", true);
-                ASSERT_EQ(matches(fast.forEncoding(encoding), text), matches(engine.forEncoding(encoding), text))
+                ASSERT_EQ(matchSpans(fast.forEncoding(encoding), text), matchSpans(engine.forEncoding(encoding), text))
                     << literal << " in [" << text << "]";
             }
         }
@@ -53,7 +47,7 @@ TEST(AsciiLiteralFinderTest, FindsWhatTheEngineFindsIgnoringCase) {
 TEST(AsciiLiteralFinderTest, MatchesDoNotOverlapAndReachTheEnd) {
     const Regex pattern("aA", true);
     const std::string text = std::string(37, 'a');
-    const auto found = matches(pattern.forEncoding(TextEncoding::Utf8), text);
+    const auto found = matchSpans(pattern.forEncoding(TextEncoding::Utf8), text);
     ASSERT_EQ(found.size(), 18u);
     EXPECT_EQ(found.back(), (std::pair<std::size_t, std::size_t>{34, 36}));
     EXPECT_EQ(pattern.forEncoding(TextEncoding::Utf8).countMatches("short"), 0u);

@@ -7,18 +7,12 @@
 #include <gtest/gtest.h>
 
 #include "search/Regex.h"
+#include "support/MatchSpans.h"
 
 namespace vantorel {
 namespace {
 
-std::vector<std::pair<std::size_t, std::size_t>> matchesOf(const CompiledPattern& pattern, std::string_view text) {
-    std::vector<std::pair<std::size_t, std::size_t>> found;
-    pattern.forEachMatch(text, [&](const Match& m) {
-        found.emplace_back(m.begin(), m.end());
-        return true;
-    });
-    return found;
-}
+using test::matchSpans;
 
 TEST(MatchStopTest, SlicesFindWhatTheWholeTextGives) {
     std::string text;
@@ -32,9 +26,9 @@ TEST(MatchStopTest, SlicesFindWhatTheWholeTextGives) {
     for (const char* pattern : {"\\b\\w", "(?<=a)b", "x*", "^", "ab|b", "\\s+$", "a[^]{0,3000}?xyz"}) {
         const Regex regex(pattern, false);
         const CompiledPattern& compiled = regex.forEncoding(TextEncoding::Utf8);
-        const auto whole = matchesOf(compiled, text);
+        const auto whole = matchSpans(compiled, text);
         const MatchStop stoppable(never);
-        EXPECT_EQ(matchesOf(compiled, text), whole) << pattern;
+        EXPECT_EQ(matchSpans(compiled, text), whole) << pattern;
     }
 }
 
