@@ -46,14 +46,16 @@ In regular-expression mode the replacement may use $& $1..$99 $<name> $` $'
 $$, and \n \r \t \\ for line feed, carriage return, tab and backslash. In
 plain-text mode the replacement is taken as typed ($ references still apply).
 
-Files whose bytes are valid UTF-8 are read as UTF-8; any other file as
-Windows-1252, one byte a character. Files are rewritten through a temporary
-file renamed over them, never half-written; read-only files (owner-write bit
+Files whose bytes are valid UTF-8 are read as UTF-8, files starting with a
+UTF-16 byte-order mark as UTF-16; any other file as Windows-1252, one byte a
+character. Files are rewritten through a temporary file renamed over them,
+never half-written, keeping owner, mode, ACL and extended attributes; only
+files inside the start folder are written; read-only files (owner-write bit
 clear) are left alone and counted.
 
 Questions are asked on the terminal; with --yes the answer is Yes; without a
-terminal and without --yes the answer is No. Ctrl+C stops the run at its next
-check; files already written stay written.
+terminal and without --yes the answer is No. Ctrl+C, SIGTERM and SIGHUP stop
+the run within a fraction of a second; files already written stay written.
 
 Exit status: 0 when something matched, 1 when nothing matched or no file was
 found, 2 when the input was refused or the run failed.
