@@ -33,8 +33,9 @@ void installInterruptHandler() {
 }
 
 std::string absolute(const std::string& path) {
+    if (path.empty()) return path;  // refused by the run as a missing start location
     std::error_code ec;
-    const auto full = std::filesystem::absolute(path.empty() ? "." : path, ec);
+    const auto full = std::filesystem::absolute(path, ec);
     if (ec) return path;
     std::string text = full.lexically_normal().string();
     if (text.size() > 1 && text.back() == '/') text.pop_back();
@@ -79,7 +80,7 @@ int main(int argc, char** argv) {
     RunRequest request;
     request.kind = options.kind;
     request.jobs.push_back({options.findText, options.replaceText});
-    request.startFolder = absolute(options.folder);
+    request.startFolder = absolute(options.folder.value_or("."));
     request.filter = options.filter;
     request.regularExpression = options.regularExpression;
     request.ignoreCase = options.ignoreCase;

@@ -70,6 +70,8 @@ TEST_F(CliTest, OptionsMayFollowTheCommandAndDoubleDashEndsThem) {
     EXPECT_THAT(r.out, HasSubstr("1 files processed, 1 occurences found in 1 file(s)"));
     const CliResult grouped = runCli({"-ein", "-d", tree.root(), "find", "C.T"});
     EXPECT_THAT(grouped.out, HasSubstr("3 files processed, 2 occurences found in 1 file(s)"));
+    const CliResult here = runCli({"-ein", "find", "C.T"}, tree.root());  // no --dir: the current folder
+    EXPECT_EQ(here.out, grouped.out);
 }
 
 TEST_F(CliTest, NothingFoundExitsWithOne) {
@@ -93,6 +95,7 @@ TEST_F(CliTest, RefusedInputGoesToStandardErrorAndExitsWithTwo) {
         {{"-d", tree.root(), "-e", "find", "(cat"}, "Regular Expression is invalid - please check syntax.\n"},
         {{"-d", tree.root(), "-f", "", "find", "cat"}, "Please enter a valid file type filter (eg. *.txt)\n"},
         {{"-d", tree.path("missing"), "find", "cat"}, "Missing or invalid start location\n"},
+        {{"-d", "", "replace", "cat", "cow"}, "Missing or invalid start location\n"},  // an unset variable
         {{"--frobnicate", "find", "x"}, "vantorel-cli: unknown option '--frobnicate'\nTry 'vantorel-cli --help'.\n"},
         {{"find", "x", "-d"}, "vantorel-cli: option '-d' needs a value\nTry 'vantorel-cli --help'.\n"},
         {{"replace", "x"}, "vantorel-cli: replace needs FIND and REPLACEMENT\nTry 'vantorel-cli --help'.\n"},
