@@ -11,6 +11,7 @@
 #include "cli/ConsoleHost.h"
 #include "core/SearchState.h"
 #include "search/EngineSelfTest.h"
+#include "search/PatternConstruction.h"
 #include "search/SearchRun.h"
 
 namespace {
@@ -100,6 +101,8 @@ int main(int argc, char** argv) {
     installInterruptHandler();
     cli::ConsoleHost host(options, ::isatty(STDIN_FILENO) != 0, gState.stopRequested);
     const RunOutcome outcome = RunSearch(request, gState, host);
+    if (outcome.patternError)  // the line after "Regular Expression is invalid..."
+        std::fprintf(stderr, "%s\n", describePatternError(*outcome.patternError, options.regularExpression).c_str());
     host.finish(outcome);
     std::fflush(stdout);
 

@@ -83,13 +83,17 @@ FileOutcome processFile(const std::string& path, const std::vector<CompiledJob>&
     if (text.bytes().empty()) return outcome;  // an empty file is never listed
     outcome.read = true;
     outcome.modified = text.modified();
-    if (!pass.write) {
-        outcome.matches = searchJobs(path, text, jobs, pass, outcome);
-    } else {
-        PreparedWrite prepared = prepareWriteBack(path, text, jobs, pass.makeBackups);
-        outcome.matches = prepared.matches;
-        outcome.readOnlySkipped = prepared.readOnlySkipped;
-        outcome.pendingWrite = std::move(prepared.pending);
+    try {
+        if (!pass.write) {
+            outcome.matches = searchJobs(path, text, jobs, pass, outcome);
+        } else {
+            PreparedWrite prepared = prepareWriteBack(path, text, jobs, pass.makeBackups);
+            outcome.matches = prepared.matches;
+            outcome.readOnlySkipped = prepared.readOnlySkipped;
+            outcome.pendingWrite = std::move(prepared.pending);
+        }
+    } catch (const MatchError& error) {
+        throw MatchError(path + ": " + error.what());  // which file the engine gave up on
     }
     if (outcome.matches > 0 || pass.listsEveryFile) outcome.characters = text.characters();
     if (text.changedWhileRead()) {

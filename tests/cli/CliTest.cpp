@@ -92,7 +92,18 @@ TEST_F(CliTest, RefusedInputGoesToStandardErrorAndExitsWithTwo) {
         std::string message;
     };
     const std::vector<Case> cases = {
-        {{"-d", tree.root(), "-e", "find", "(cat"}, "Regular Expression is invalid - please check syntax.\n"},
+        {{"-d", tree.root(), "-e", "find", "(cat"},
+         "Regular Expression is invalid - please check syntax.\nAt character 1: Missing ')' to close this group\n"},
+        {{"-d", tree.root(), "-e", "find", "x(?<=a+)"},
+         "Regular Expression is invalid - please check syntax.\nAt character 2: Each alternative of a look-behind "
+         "must match a fixed number of characters here (no *, +, ?, {n,m} or back-reference inside (?<=...) or "
+         "(?<!...))\n"},
+        {{"-d", tree.root(), "-e", "find", "xa{65536}"},
+         "Regular Expression is invalid - please check syntax.\nAt character 2: Repetition counts above 65535 are "
+         "not supported\n"},
+        {{"-d", tree.root(), "find", std::string(40000, 'a')},
+         "Regular Expression is invalid - please check syntax.\nThe text to find is too long: the regular "
+         "expression engine holds at most 64 KiB of compiled pattern (about 32,000 characters of plain text)\n"},
         {{"-d", tree.root(), "-f", "", "find", "cat"}, "Please enter a valid file type filter (eg. *.txt)\n"},
         {{"-d", tree.path("missing"), "find", "cat"}, "Missing or invalid start location\n"},
         {{"-d", "", "replace", "cat", "cow"}, "Missing or invalid start location\n"},  // an unset variable
