@@ -94,7 +94,7 @@ bool ConsoleHost::askYesNo(const Message& question) {
 }
 
 void ConsoleHost::passStarted(PassKind pass) {
-    holdRows_ = pass == PassKind::Counting && options_.assumeYes;
+    holdRows_ = pass == PassKind::Counting;
 }
 
 void ConsoleHost::clearRows() {
@@ -130,14 +130,30 @@ void ConsoleHost::appendExtracted(std::string_view text) {
     std::fwrite(text.data(), 1, text.size(), stdout);
 }
 
+namespace {
+
+// What a closing box adds to the status line that is printed anyway: its
+// whole text, or only the lines after the status line that it starts with.
+std::string beyondStatus(const std::string& boxText, const std::string& status) {
+    if (boxText == status) return "";
+    if (boxText.starts_with(status + "\r\n")) return boxText.substr(status.size() + 2);
+    return boxText;
+}
+
+}  // namespace
+
 void ConsoleHost::finish(const RunOutcome& outcome) {
     printHeldRows();
     if (outcome.result != RunResult::Completed) return;
+    std::vector<std::string> texts;
+    for (const Message& message : summaries_)
+        if (std::string text = beyondStatus(message.text, outcome.statusText); !text.empty())
+            texts.push_back(terminalText(text));
     if (options_.json) {
         std::string messages = "[";
-        for (std::size_t i = 0; i < summaries_.size(); ++i) {
+        for (std::size_t i = 0; i < texts.size(); ++i) {
             if (i > 0) messages += ',';
-            messages += jsonString(terminalText(summaries_[i].text));
+            messages += jsonString(texts[i]);
         }
         messages += "]";
         std::fprintf(report_,
@@ -153,7 +169,7 @@ void ConsoleHost::finish(const RunOutcome& outcome) {
         return;
     }
     std::fprintf(report_, "%s\n", outcome.statusText.c_str());
-    for (const Message& message : summaries_) std::fprintf(report_, "%s\n", terminalText(message.text).c_str());
+    for (const std::string& text : texts) std::fprintf(report_, "%s\n", text.c_str());
 }
 
 }  // namespace vantorel::cli

@@ -38,8 +38,8 @@ private:
     bool interactive_;
     const std::atomic<bool>& stop_;  // Ctrl+C while a question waits answers No
     std::FILE* report_;  // where rows and summaries go
-    // Under --yes the counting pass's rows are held back: the writing pass
-    // replaces them, unless it never runs.
+    // The counting pass's rows are held back: the writing pass replaces
+    // them, unless it never runs.
     bool holdRows_ = false;
     std::vector<FileReport> heldRows_;
     std::vector<ResultRow> rows_;
