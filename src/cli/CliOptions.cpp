@@ -30,7 +30,8 @@ matches a filter. Options may stand before or after the command word.
   -q, --quiet             no per-file lines
       --csv FILE          also write the match list log (CSV) to FILE
       --json              one JSON object per listed file, then one for the
-                          summary
+                          summary; a path that is not UTF-8 is given as
+                          {"bytes": "<base64>"} in place of the string
   -h, --help              this text
   --                      ends the options (for a FIND that starts with "-")
 

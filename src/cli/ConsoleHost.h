@@ -48,7 +48,7 @@ private:
 
 // The text of a message for a terminal: CR LF becomes LF.
 std::string terminalText(const std::string& text);
-// A JSON string literal.
+// A JSON string literal, or {"bytes":"<base64>"} for bytes that are not UTF-8.
 std::string jsonString(std::string_view text);
 
 }  // namespace vantorel::cli
