@@ -10,6 +10,7 @@
 #include "cli/CliOptions.h"
 #include "cli/ConsoleHost.h"
 #include "core/SearchState.h"
+#include "results/MatchListExport.h"
 #include "search/EngineSelfTest.h"
 #include "search/PatternConstruction.h"
 #include "search/SearchRun.h"
@@ -106,14 +107,8 @@ int main(int argc, char** argv) {
     host.finish(outcome);
     std::fflush(stdout);
 
-    if (!options.csvFile.empty() && outcome.result == RunResult::Completed) {
-        std::ofstream csv(options.csvFile, std::ios::binary | std::ios::trunc);
-        csv << matchListLog(host.rows());
-        csv.close();
-        if (!csv) {
-            std::fprintf(stderr, "Error exporting log file!\n");
-            return 2;
-        }
-    }
+    if (!options.csvFile.empty() && outcome.result == RunResult::Completed &&
+        exportMatchList(host.rows(), [&] { return options.csvFile; }, host) == ExportResult::Failed)
+        return 2;
     return exitCode(outcome);
 }

@@ -218,8 +218,12 @@ TEST_F(CliTest, JsonGivesOneObjectPerFileAndOneSummary) {
 
 TEST_F(CliTest, CsvLogHoldsTheHeaderAndOneLinePerRow) {
     const std::string csv = tree.path("log.csv");
-    const CliResult r = cli({"--csv", csv, "-q", "-f", "*.txt", "find", "cat"});
+    CliResult r = cli({"--csv", csv, "-f", "*.txt", "find", "absent"});
+    EXPECT_EQ(r.err, "No Results to Export.\n");
+    EXPECT_FALSE(tree.exists("log.csv"));
+    r = cli({"--csv", csv, "-q", "-f", "*.txt", "find", "cat"});
     EXPECT_EQ(r.out, "3 files processed, 3 occurences found in 2 file(s)\n");  // --quiet
+    EXPECT_EQ(r.err, csv + " log file created.\n");
     const std::string log = tree.read("log.csv");
     const std::regex expected("File Name,Path,Matches,File Size,Modified\r\n"
                               "a\\.txt," + tree.root() + "/,2,17,\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d\r\n"
