@@ -1,6 +1,7 @@
 # Vantorel: two commands set up a fresh Debian machine.
 #   make run    build, then open the window on the sample folder
 #   make test   build, then run every test
+#   make sanitize   the engine's tests under the sanitizers (CI runs it)
 # Each installs the Debian packages it needs when they are missing.
 
 BUILD_DIR ?= build
@@ -9,7 +10,7 @@ JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 DEBIAN_PACKAGES := cmake g++ make pkg-config libpcre2-dev libgtest-dev libgmock-dev nlohmann-json3-dev unrtf acl \
                    qt6-base-dev xdg-utils
 
-.PHONY: all deps configure build run test bench clean
+.PHONY: all deps configure build run test sanitize sanitize-address sanitize-thread bench clean
 
 all: build
 
@@ -37,6 +38,25 @@ run: build
 test: build
 	cd $(BUILD_DIR) && ctest --output-on-failure -j $(JOBS)
 
+# The engine's tests once more under AddressSanitizer with
+# UndefinedBehaviorSanitizer (build-asan/) and under ThreadSanitizer
+# (build-tsan/), without the window. Any report fails the test it comes from.
+SANITIZER_ENV := UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1
+
+define sanitized_tests
+	cmake -S . -B $(1) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DBUILD_TESTING=ON -DVANTOREL_UI=OFF -DVANTOREL_SANITIZE=$(2)
+	cmake --build $(1) -j $(JOBS) --target engine_tests cli_tests
+	cd $(1) && env $(SANITIZER_ENV) ctest --output-on-failure -j $(JOBS)
+endef
+
+sanitize: sanitize-address sanitize-thread
+
+sanitize-address: deps
+	$(call sanitized_tests,build-asan,address)
+
+sanitize-thread: deps
+	$(call sanitized_tests,build-tsan,thread)
+
 BENCH_PACKAGES := ripgrep grep sed findutils time
 
 bench: build
@@ -44,4 +64,4 @@ bench: build
 	bench/run.sh
 
 clean:
-	rm -rf $(BUILD_DIR)
+	rm -rf $(BUILD_DIR) build-asan build-tsan

@@ -28,9 +28,11 @@ matches a filter. Options may stand before or after the command word.
                           instead of walking a folder
   -j, --threads N         worker threads (default: one per processor)
   -q, --quiet             no per-file lines
-      --csv FILE          also write the match list log (CSV) to FILE
+      --csv FILE          also write the match list log (CSV) to FILE, when
+                          the run lists any file
       --json              one JSON object per listed file, then one for the
-                          summary
+                          summary; a path that is not UTF-8 is given as
+                          {"bytes": "<base64>"} in place of the string
   -h, --help              this text
   --                      ends the options (for a FIND that starts with "-")
 
@@ -103,7 +105,10 @@ std::string apply(CliOptions& o, const OptionInfo& option, const std::string& va
     else if (name == "show-all") o.showAll = true;
     else if (name == "marked") o.markedFile = value;
     else if (name == "quiet") o.quiet = true;
-    else if (name == "csv") o.csvFile = value;
+    else if (name == "csv") {
+        if (value.empty()) return "--csv needs a file name";
+        o.csvFile = value;
+    }
     else if (name == "json") o.json = true;
     else if (name == "help") o.help = true;
     else if (name == "threads") {

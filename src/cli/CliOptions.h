@@ -13,7 +13,7 @@ struct CliOptions {
     RunKind kind = RunKind::Find;
     std::string findText;
     std::string replaceText;
-    std::string folder;  // empty: the current folder
+    std::optional<std::string> folder;  // not given: the current folder; given empty: refused
     std::string filter = "*";
     bool regularExpression = false;
     bool ignoreCase = false;

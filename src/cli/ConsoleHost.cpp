@@ -3,7 +3,9 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
 
 #include "files/FileFunctions.h"
@@ -21,11 +23,30 @@ std::string terminalText(const std::string& text) {
     return out;
 }
 
+namespace {
+
+std::string base64(std::string_view bytes) {
+    static constexpr char kDigits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    std::string out;
+    out.reserve((bytes.size() + 2) / 3 * 4);
+    for (std::size_t i = 0; i < bytes.size(); i += 3) {
+        const std::size_t n = std::min<std::size_t>(3, bytes.size() - i);
+        std::uint32_t group = 0;
+        for (std::size_t k = 0; k < 3; ++k)
+            group = (group << 8) | (k < n ? static_cast<unsigned char>(bytes[i + k]) : 0u);
+        for (std::size_t k = 0; k < 4; ++k) out += k <= n ? kDigits[(group >> (18 - 6 * k)) & 0x3F] : '=';
+    }
+    return out;
+}
+
+}  // namespace
+
 std::string jsonString(std::string_view text) {
-    // Names that are not UTF-8 are shown as Windows-1252, like file contents.
-    const std::string utf8 = isValidUtf8(text) ? std::string(text) : windows1252ToUtf8(text);
+    // Bytes that are not UTF-8 (a file name can be any bytes) cannot be a
+    // JSON string without naming something else: they are given as base64.
+    if (!isValidUtf8(text)) return "{\"bytes\":\"" + base64(text) + "\"}";
     std::string out = "\"";
-    for (const char c : utf8) {
+    for (const char c : text) {
         switch (c) {
             case '"': out += "\\\""; break;
             case '\\': out += "\\\\"; break;
@@ -94,7 +115,7 @@ bool ConsoleHost::askYesNo(const Message& question) {
 }
 
 void ConsoleHost::passStarted(PassKind pass) {
-    holdRows_ = pass == PassKind::Counting && options_.assumeYes;
+    holdRows_ = pass == PassKind::Counting;
 }
 
 void ConsoleHost::clearRows() {
@@ -130,14 +151,30 @@ void ConsoleHost::appendExtracted(std::string_view text) {
     std::fwrite(text.data(), 1, text.size(), stdout);
 }
 
+namespace {
+
+// What a closing box adds to the status line that is printed anyway: its
+// whole text, or only the lines after the status line that it starts with.
+std::string beyondStatus(const std::string& boxText, const std::string& status) {
+    if (boxText == status) return "";
+    if (boxText.starts_with(status + "\r\n")) return boxText.substr(status.size() + 2);
+    return boxText;
+}
+
+}  // namespace
+
 void ConsoleHost::finish(const RunOutcome& outcome) {
     printHeldRows();
     if (outcome.result != RunResult::Completed) return;
+    std::vector<std::string> texts;
+    for (const Message& message : summaries_)
+        if (std::string text = beyondStatus(message.text, outcome.statusText); !text.empty())
+            texts.push_back(terminalText(text));
     if (options_.json) {
         std::string messages = "[";
-        for (std::size_t i = 0; i < summaries_.size(); ++i) {
+        for (std::size_t i = 0; i < texts.size(); ++i) {
             if (i > 0) messages += ',';
-            messages += jsonString(terminalText(summaries_[i].text));
+            messages += jsonString(texts[i]);
         }
         messages += "]";
         std::fprintf(report_,
@@ -153,7 +190,7 @@ void ConsoleHost::finish(const RunOutcome& outcome) {
         return;
     }
     std::fprintf(report_, "%s\n", outcome.statusText.c_str());
-    for (const Message& message : summaries_) std::fprintf(report_, "%s\n", terminalText(message.text).c_str());
+    for (const std::string& text : texts) std::fprintf(report_, "%s\n", text.c_str());
 }
 
 }  // namespace vantorel::cli

@@ -38,8 +38,8 @@ private:
     bool interactive_;
     const std::atomic<bool>& stop_;  // Ctrl+C while a question waits answers No
     std::FILE* report_;  // where rows and summaries go
-    // Under --yes the counting pass's rows are held back: the writing pass
-    // replaces them, unless it never runs.
+    // The counting pass's rows are held back: the writing pass replaces
+    // them, unless it never runs.
     bool holdRows_ = false;
     std::vector<FileReport> heldRows_;
     std::vector<ResultRow> rows_;
@@ -48,7 +48,7 @@ private:
 
 // The text of a message for a terminal: CR LF becomes LF.
 std::string terminalText(const std::string& text);
-// A JSON string literal.
+// A JSON string literal, or {"bytes":"<base64>"} for bytes that are not UTF-8.
 std::string jsonString(std::string_view text);
 
 }  // namespace vantorel::cli

@@ -10,7 +10,9 @@
 #include "cli/CliOptions.h"
 #include "cli/ConsoleHost.h"
 #include "core/SearchState.h"
+#include "results/MatchListExport.h"
 #include "search/EngineSelfTest.h"
+#include "search/PatternConstruction.h"
 #include "search/SearchRun.h"
 
 namespace {
@@ -37,8 +39,9 @@ void installStopHandlers() {
 }
 
 std::string absolute(const std::string& path) {
+    if (path.empty()) return path;  // refused by the run as a missing start location
     std::error_code ec;
-    const auto full = std::filesystem::absolute(path.empty() ? "." : path, ec);
+    const auto full = std::filesystem::absolute(path, ec);
     if (ec) return path;
     std::string text = full.lexically_normal().string();
     if (text.size() > 1 && text.back() == '/') text.pop_back();
@@ -83,7 +86,7 @@ int main(int argc, char** argv) {
     RunRequest request;
     request.kind = options.kind;
     request.jobs.push_back({options.findText, options.replaceText});
-    request.startFolder = absolute(options.folder);
+    request.startFolder = absolute(options.folder.value_or("."));
     request.filter = options.filter;
     request.regularExpression = options.regularExpression;
     request.ignoreCase = options.ignoreCase;
@@ -103,17 +106,13 @@ int main(int argc, char** argv) {
     installStopHandlers();
     cli::ConsoleHost host(options, ::isatty(STDIN_FILENO) != 0, gState.stopRequested);
     const RunOutcome outcome = RunSearch(request, gState, host);
+    if (outcome.patternError)  // the line after "Regular Expression is invalid..."
+        std::fprintf(stderr, "%s\n", describePatternError(*outcome.patternError, options.regularExpression).c_str());
     host.finish(outcome);
     std::fflush(stdout);
 
-    if (!options.csvFile.empty() && outcome.result == RunResult::Completed) {
-        std::ofstream csv(options.csvFile, std::ios::binary | std::ios::trunc);
-        csv << matchListLog(host.rows());
-        csv.close();
-        if (!csv) {
-            std::fprintf(stderr, "Error exporting log file!\n");
-            return 2;
-        }
-    }
+    if (!options.csvFile.empty() && outcome.result == RunResult::Completed &&
+        exportMatchList(host.rows(), [&] { return options.csvFile; }, host) == ExportResult::Failed)
+        return 2;
     return exitCode(outcome);
 }

@@ -108,15 +108,17 @@ void appendValue(std::string& out, const RegistryValue& value) {
     out += '\n';
 }
 
+// Keys nest at most kMaxKeyDepth deep, which bounds the recursion.
 void appendKey(std::string& out, const RegistryKey& key, const std::string& path, bool isRoot) {
-    if (!isRoot || !key.values().empty()) {
+    // A key with subkeys and no values is made again by its subkeys' sections.
+    if (!key.values().empty() || (!isRoot && key.subkeys().empty())) {
         out += '\n';
         out += '[';
         out += path;
         out += "]\n";
         for (const auto& value : key.values()) appendValue(out, value);
     }
-    for (const auto& sub : key.subkeys()) appendKey(out, *sub, path + '\\' + sub->name(), false);
+    for (const auto& sub : key.subkeys()) appendKey(out, sub, path + '\\' + sub.name(), false);
 }
 
 // ---------------------------------------------------------------- reading
@@ -256,13 +258,15 @@ private:
         if (!root) return fail("unknown root key \"" + std::string(s.substr(0, slash)) + "\"");
         const auto parts = splitSubkeyPath(slash == std::string_view::npos ? std::string_view{} : s.substr(slash + 1));
         if (!parts) return fail("a key name is empty or holds control characters");
-        current_ = KeyPath{*root, *parts};
+        if (parts->size() > kMaxKeyDepth)
+            return fail("a key is nested deeper than " + std::to_string(kMaxKeyDepth) + " levels");
+        const KeyPath path{*root, *parts};
+        current_ = nullptr;
         if (remove) {
-            tree_.deleteKey(current_);
-            haveKey_ = false;
+            tree_.deleteKey(path);
         } else {
-            tree_.createKey(current_);
-            haveKey_ = true;
+            tree_.createKey(path);
+            current_ = tree_.find(path);
         }
         return true;
     }
@@ -278,12 +282,12 @@ private:
         } else {
             return fail("unexpected text");
         }
-        if (!haveKey_) return fail("a value stands outside any key");
+        if (current_ == nullptr) return fail("a value stands outside any key");
         s = trim(s);
         if (s.empty() || s.front() != '=') return fail("a value name is not followed by \"=\"");
         s = trim(s.substr(1));
         if (s == "-") {
-            tree_.deleteValue(current_, name);
+            current_->removeValue(name);
             return true;
         }
         std::uint32_t type = REG_SZ;
@@ -327,13 +331,14 @@ private:
         } else {
             return fail("a value's data is not a string, dword or hex list");
         }
-        tree_.setValue(current_, name, type, std::move(data));
+        current_->setValue(name, type, std::move(data));
         return true;
     }
 
     RegistryTree& tree_;
-    KeyPath current_;
-    bool haveKey_ = false;
+    // The key of the section being read: found once, not again for each of
+    // its values. Only a section line changes the tree's keys.
+    RegistryKey* current_ = nullptr;
     std::size_t line_ = 0;
     RegistryFile::ParseError error_;
 };

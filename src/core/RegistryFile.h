@@ -16,7 +16,8 @@
 // between quotes; any other string (a lone NUL, a line break, bytes that are
 // not UTF-8) is written as hex(1): so that it reads back byte for byte.
 // Reading also accepts comments (";"), deletions ("[-key]", "name"=-) and
-// hex lists continued over lines with a trailing "\".
+// hex lists continued over lines with a trailing "\". Keys nested deeper
+// than kMaxKeyDepth are refused.
 
 #include <cstddef>
 #include <optional>
@@ -40,8 +41,9 @@ public:
     // error; on error `tree` holds whatever was read before it.
     static std::optional<ParseError> parse(std::string_view text, RegistryTree& tree);
 
-    // The text form of a whole tree. Every key below a root gets a section,
-    // so empty keys survive; a root gets one only when it holds values.
+    // The text form of a whole tree. A key gets a section when it holds
+    // values or has no subkeys (so empty keys survive); a key with subkeys is
+    // made again by theirs.
     static std::string format(const RegistryTree& tree);
 };
 

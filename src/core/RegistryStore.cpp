@@ -12,6 +12,7 @@
 #include <cstring>
 #include <thread>
 
+#include "core/AtomicFileWriter.h"
 #include "core/RegistryFile.h"
 
 namespace vantorel {
@@ -57,7 +58,7 @@ bool validName(std::string_view name) {
 }
 
 bool validKeyPath(const KeyPath& key) {
-    if (rootKeyName(key.root).empty()) return false;
+    if (rootKeyName(key.root).empty() || key.parts.size() > kMaxKeyDepth) return false;
     for (const auto& part : key.parts) {
         if (part.empty() || part.find('\\') != std::string::npos) return false;
         for (const char c : part)
@@ -245,7 +246,7 @@ std::optional<std::vector<std::string>> RegistryStore::subkeyNames(const KeyPath
     const RegistryKey* found = tree_.find(key);
     if (found == nullptr) return std::nullopt;
     std::vector<std::string> names;
-    for (const auto& sub : found->subkeys()) names.push_back(sub->name());
+    for (const auto& sub : found->subkeys()) names.push_back(sub.name());
     return names;
 }
 
@@ -253,7 +254,7 @@ std::optional<std::vector<RegistryValue>> RegistryStore::values(const KeyPath& k
     ensureLoaded();
     const RegistryKey* found = tree_.find(key);
     if (found == nullptr) return std::nullopt;
-    return found->values();
+    return std::vector<RegistryValue>(found->values().begin(), found->values().end());
 }
 
 std::optional<RegistryValue> RegistryStore::value(const KeyPath& key, std::string_view name) {
@@ -322,12 +323,6 @@ bool RegistryStore::flush() {
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
-    // Under the lock no other instance is writing: a temporary file left
-    // beside the store was left by one that died while writing.
-    const std::string temporaryPrefix = file_.filename().string() + ".tmp-";
-    for (fs::directory_iterator it(folder.empty() ? fs::path(".") : folder, ec), end; !ec && it != end; it.increment(ec))
-        if (it->path().filename().string().starts_with(temporaryPrefix)) fs::remove(it->path(), ec);
-    ec.clear();
     // Start from what is on disk now, then add our changes.
     RegistryTree merged;
     if (readFile(merged) == ReadOutcome::Blocked) {
@@ -344,34 +339,23 @@ bool RegistryStore::flush() {
 }
 
 bool RegistryStore::writeFile(const std::string& text) {
-    const fs::path folder = file_.parent_path().empty() ? fs::path(".") : file_.parent_path();
-    std::string temporary = (folder / (file_.filename().string() + ".tmp-XXXXXX")).string();
-    const int raw = ::mkostemp(temporary.data(), O_CLOEXEC);
-    if (raw < 0) {
-        lastError_ = "A temporary file cannot be created in " + inQuotes(folder) + ": " + systemError(errno);
-        return false;
-    }
-    FileDescriptor fd(raw);
-    auto failWith = [&](const std::string& what, int error) {
-        ::unlink(temporary.c_str());
-        lastError_ = what + ": " + systemError(error);
-        return false;
-    };
-    for (std::size_t done = 0; done < text.size();) {
-        const ssize_t n = ::write(fd.get(), text.data() + done, text.size() - done);
-        if (n < 0 && errno == EINTR) continue;
-        if (n < 0) return failWith("The temporary file " + inQuotes(temporary) + " cannot be written", errno);
-        done += static_cast<std::size_t>(n);
-    }
-    if (::fsync(fd.get()) != 0) return failWith("The temporary file " + inQuotes(temporary) + " cannot be written", errno);
-    if (::close(fd.release()) != 0)
-        return failWith("The temporary file " + inQuotes(temporary) + " cannot be written", errno);
-    if (const std::error_code ec = renameFile(temporary, file_)) {
-        ::unlink(temporary.c_str());
-        lastError_ = "The settings file " + inQuotes(file_) + " cannot be replaced: " + ec.message();
+    try {
+        // A new store file is the user's alone; an existing one keeps its
+        // mode, owner and group.
+        struct stat info {};
+        std::optional<AtomicFileWriter> writer;
+        if (::stat(file_.c_str(), &info) == 0)
+            writer.emplace(file_.string());
+        else
+            writer.emplace(file_.string(), AtomicFileWriter::Attributes{0600, ::geteuid(), ::getegid()});
+        writer->write(text);
+        writer->commit();
+    } catch (const std::system_error& error) {
+        lastError_ = "The settings file " + inQuotes(file_) + " cannot be written: " + error.code().message();
         return false;
     }
     // Make the rename itself durable; a failure here loses nothing.
+    const fs::path folder = file_.parent_path().empty() ? fs::path(".") : file_.parent_path();
     FileDescriptor dir(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (dir.get() >= 0) ::fsync(dir.get());
     return true;

@@ -5,9 +5,8 @@
 // Changes are made in memory and recorded; `flush` writes them. It takes an
 // exclusive lock (flock on "<file>.lock"), reads the file afresh, replays the
 // recorded changes over it, so that two instances never undo each other's
-// unrelated changes, writes a temporary file beside the store, syncs it and
-// renames it over the store. A reader therefore sees the old file or the new
-// one, never a half-written one.
+// unrelated changes, and writes the result through AtomicFileWriter. A reader
+// therefore sees the old file or the new one, never a half-written one.
 //
 // A store file that cannot be read or parsed is moved aside (to
 // "<file>.damaged-<date>-<time>") and the user is told once through the
@@ -77,9 +76,8 @@ public:
     const std::string& lastError() const noexcept { return lastError_; }
 
 protected:
-    // Renames a file: the finished temporary file over the store file (the
-    // last step of a write), or a damaged store file to its aside name. A test
-    // may replace it to fail at exactly these points.
+    // Renames a damaged store file to its aside name. A test may replace it
+    // to fail at exactly this point.
     virtual std::error_code renameFile(const std::filesystem::path& from, const std::filesystem::path& to);
 
 private:

@@ -64,6 +64,9 @@ struct RegistryValue {
     bool operator==(const RegistryValue&) const = default;
 };
 
+// How deep keys may nest below a root, as in the registry.
+inline constexpr std::size_t kMaxKeyDepth = 512;
+
 // The address of a key: a root key and the names of the keys below it.
 struct KeyPath {
     std::uint32_t root = HKEY_CURRENT_USER;

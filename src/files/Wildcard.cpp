@@ -1,5 +1,6 @@
 #include "files/Wildcard.h"
 
+#include "core/SimpleCaseFolding.h"
 #include "core/TextEncoding.h"
 
 namespace vantorel {
@@ -18,19 +19,15 @@ std::u32string decodeName(std::string_view text) {
     return out;
 }
 
-// Simple case folding for the scripts that file names commonly use.
-char32_t fold(char32_t c) {
-    if (c >= U'A' && c <= U'Z') return c + 32;
-    if (c >= 0xC0 && c <= 0xDE && c != 0xD7) return c + 32;             // Latin-1
-    if ((c >= 0x0100 && c <= 0x0137) || (c >= 0x014A && c <= 0x0177))  // Latin Extended-A,
-        return c | 1;                                                  // upper case even
-    if ((c >= 0x0139 && c <= 0x0148) || (c >= 0x0179 && c <= 0x017E))  // upper case odd
-        return c % 2 == 1 ? c + 1 : c;
-    if (c == 0x0178) return 0xFF;
-    if (c >= 0x0391 && c <= 0x03AB && c != 0x03A2) return c + 32;      // Greek
-    if (c >= 0x0410 && c <= 0x042F) return c + 32;                     // Cyrillic
-    if (c >= 0x0400 && c <= 0x040F) return c + 80;
-    return c;
+char32_t fold(char32_t c) { return SimpleCaseFolding::instance().key(c); }
+
+// True when `c`, or a character equal to it without regard to case, lies in
+// the range lo..hi.
+bool inRange(char32_t c, char32_t lo, char32_t hi) {
+    if (c >= lo && c <= hi) return true;
+    for (const char32_t other : SimpleCaseFolding::instance().equivalents(c))
+        if (other >= lo && other <= hi) return true;
+    return false;
 }
 
 struct Matcher {
@@ -47,7 +44,6 @@ struct Matcher {
             ++i;
         }
         bool found = false;
-        const char32_t fc = fold(c);
         bool first = true;
         while (i < p.size() && (p[i] != U']' || first)) {
             first = false;
@@ -59,7 +55,7 @@ struct Matcher {
             } else {
                 ++i;
             }
-            if ((c >= lo && c <= hi) || (fc >= fold(lo) && fc <= fold(hi))) found = true;
+            if (inRange(c, lo, hi)) found = true;
         }
         if (i >= p.size()) return std::u32string::npos;
         matched = found != negate;

@@ -1,7 +1,8 @@
 #pragma once
-// File-name wildcards, compared without regard to case against the whole
-// name: "*" any run of characters, "?" one character, "#" one digit,
-// "[abc]" one of a set, "[!abc]" one not in it, "[a-z]" a range.
+// File-name wildcards, compared against the whole name without regard to
+// case (Unicode simple case folding): "*" any run of characters, "?" one
+// character, "#" one digit, "[abc]" one of a set, "[!abc]" one not in it,
+// "[a-z]" a range.
 
 #include <string>
 #include <string_view>

@@ -18,23 +18,4 @@ const std::vector<std::string>& resultColumnHeaders() {
     return headers;
 }
 
-namespace {
-
-void appendLine(std::string& out, const std::vector<std::string>& fields) {
-    for (std::size_t i = 0; i < fields.size(); ++i) {
-        if (i > 0) out += ',';
-        out += fields[i];
-    }
-    out += "\r\n";
-}
-
-}  // namespace
-
-std::string matchListLog(const std::vector<ResultRow>& rows) {
-    std::string out;
-    appendLine(out, resultColumnHeaders());
-    for (const ResultRow& row : rows) appendLine(out, row.cells());
-    return out;
-}
-
 }  // namespace vantorel

@@ -1,5 +1,5 @@
 #pragma once
-// One row of the results list and the match-list log written from the rows.
+// One row of the results list.
 
 #include <cstdint>
 #include <ctime>
@@ -26,9 +26,5 @@ struct ResultRow {
 
 // The column headers of the results list.
 const std::vector<std::string>& resultColumnHeaders();
-
-// The match-list log: the headers joined by ",", then one line a row, each
-// field as the list shows it (neither quoted nor escaped), CR LF line ends.
-std::string matchListLog(const std::vector<ResultRow>& rows);
 
 }  // namespace vantorel

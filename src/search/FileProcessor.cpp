@@ -93,18 +93,22 @@ FileOutcome processFile(const std::string& path, const std::vector<CompiledJob>&
     outcome.read = true;
     outcome.modified = text.modified();
     outcome.file = FileKey{text.identity().device, text.identity().inode};
-    if (!pass.write) {
-        outcome.matches = searchJobs(path, text, jobs, pass, outcome);
-        if (pass.replacing && pass.makeBackups && outcome.matches > 0)
-            outcome.backupEntry = entryOf(backupNameFor(path));
-    } else {
-        static const WriteSettings defaults;
-        PreparedWrite prepared = prepareWriteBack(path, text, jobs, pass.writing ? *pass.writing : defaults, turn);
-        if (prepared.stopped) throw MatchStopped();
-        outcome.matches = prepared.matches;
-        outcome.pendingWrite = std::move(prepared.pending);
-        outcome.refused = std::move(prepared.refused);
-        outcome.writeMessages = std::move(prepared.messages);
+    try {
+        if (!pass.write) {
+            outcome.matches = searchJobs(path, text, jobs, pass, outcome);
+            if (pass.replacing && pass.makeBackups && outcome.matches > 0)
+                outcome.backupEntry = entryOf(backupNameFor(path));
+        } else {
+            static const WriteSettings defaults;
+            PreparedWrite prepared = prepareWriteBack(path, text, jobs, pass.writing ? *pass.writing : defaults, turn);
+            if (prepared.stopped) throw MatchStopped();
+            outcome.matches = prepared.matches;
+            outcome.pendingWrite = std::move(prepared.pending);
+            outcome.refused = std::move(prepared.refused);
+            outcome.writeMessages = std::move(prepared.messages);
+        }
+    } catch (const MatchError& error) {
+        throw MatchError(path + ": " + error.what());  // which file the engine gave up on
     }
     if (outcome.matches > 0 || outcome.refused || pass.listsEveryFile) outcome.characters = text.characters();
     if (text.changedWhileRead()) {

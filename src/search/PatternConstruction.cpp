@@ -54,6 +54,11 @@ bool IsValidPattern(std::string_view pattern, std::optional<PatternError>* error
     }
 }
 
+std::string describePatternError(const PatternError& error, bool regularExpression) {
+    if (!regularExpression || error.offset() == PatternError::kNoPlace) return error.what();
+    return "At character " + std::to_string(error.offset() + 1) + ": " + error.what();
+}
+
 JobPattern buildJobPattern(std::string_view findText, std::string_view replaceText,
                            const PatternOptions& options) {
     JobPattern job;

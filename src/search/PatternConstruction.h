@@ -38,6 +38,11 @@ struct JobPattern {
 JobPattern buildJobPattern(std::string_view findText, std::string_view replaceText,
                            const PatternOptions& options);
 
+// Why a job's pattern was refused, as one line: in regular-expression mode
+// led by the place in the typed text ("At character 3: ..."). In plain-text
+// mode the pattern is not what was typed, so only the reason is given.
+std::string describePatternError(const PatternError& error, bool regularExpression);
+
 // Every match's engine operations on a UTF-8 text, each with a fresh engine
 // object, multi-line and global always on.
 std::string RegexReplaceAll(std::string_view text, std::string_view replacement,

@@ -10,6 +10,9 @@ namespace vantorel {
 // can point at the place.
 class PatternError : public std::runtime_error {
 public:
+    // For a fault of the pattern as a whole (its size) rather than of one place.
+    static constexpr std::size_t kNoPlace = static_cast<std::size_t>(-1);
+
     PatternError(const std::string& what, std::size_t offset)
         : std::runtime_error(what), offset_(offset) {}
     std::size_t offset() const noexcept { return offset_; }

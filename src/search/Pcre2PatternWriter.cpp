@@ -162,7 +162,10 @@ void Pcre2PatternWriter::writeRepeat(const EcmaNode& node) {
                            node.offset);
     const EcmaNode& atom = node.children.front();
     // PCRE2 would treat a repeated assertion as optional; a group repeats it.
-    const bool wrap = atom.kind == EcmaNodeKind::Lookahead;
+    // PCRE2's JIT fails a back-reference to a group that did not take part
+    // when it is repeated at least once (\1+, \1{2}), where it should match
+    // the empty string; inside a group it does.
+    const bool wrap = atom.kind == EcmaNodeKind::Lookahead || atom.kind == EcmaNodeKind::Backreference;
     if (wrap) out() += "(?:";
     writeNode(atom);
     if (wrap) out() += ')';

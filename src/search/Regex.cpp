@@ -68,6 +68,16 @@ struct CompileContextDeleter {
     void operator()(pcre2_compile_context* context) const { pcre2_compile_context_free(context); }
 };
 
+// PCRE2 built with 2-byte links (as Debian builds it) refuses a compiled
+// pattern above 64 KiB: a plain text of about 32,000 ASCII characters.
+std::string tooLargeMessage() {
+    std::uint32_t linkSize = 0;
+    pcre2_config(PCRE2_CONFIG_LINKSIZE, &linkSize);
+    if (linkSize != 2) return "The text to find is too long for the regular expression engine";
+    return "The text to find is too long: the regular expression engine holds at most 64 KiB of compiled "
+           "pattern (about 32,000 characters of plain text)";
+}
+
 // ECMAScript accepts every pattern that reaches PCRE2; what PCRE2 still
 // refuses is a limit of PCRE2, said in words a user can act on.
 std::string compileErrorMessage(int code) {
@@ -79,6 +89,7 @@ std::string compileErrorMessage(int code) {
         case PCRE2_ERROR_LOOKBEHIND_TOO_LONG:
             return "This look-behind is too complicated or too long";
         case PCRE2_ERROR_PATTERN_TOO_LARGE:
+            return tooLargeMessage();
         case PCRE2_ERROR_PATTERN_TOO_COMPLICATED:
         case PCRE2_ERROR_TOO_MANY_CAPTURES:
         case PCRE2_ERROR_PARENTHESES_NEST_TOO_DEEP:
@@ -137,7 +148,10 @@ CompiledPattern::CompiledPattern(std::string_view ecmaPattern, TextEncoding enco
     PCRE2_SIZE errorOffset = 0;
     code_->code = pcre2_compile(reinterpret_cast<PCRE2_SPTR>(pcre2Pattern_.data()), pcre2Pattern_.size(),
                                 options, &errorCode, &errorOffset, context.get());
-    if (!code_->code) throw PatternError(compileErrorMessage(errorCode), translated.typedOffset(errorOffset));
+    if (!code_->code)
+        throw PatternError(compileErrorMessage(errorCode), errorCode == PCRE2_ERROR_PATTERN_TOO_LARGE
+                                                               ? PatternError::kNoPlace
+                                                               : translated.typedOffset(errorOffset));
     code_->jit = pcre2_jit_compile(code_->code, PCRE2_JIT_COMPLETE) == 0;
     pcre2_pattern_info(code_->code, PCRE2_INFO_CAPTURECOUNT, &captureCount_);
 

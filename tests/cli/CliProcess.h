@@ -1,6 +1,7 @@
 #pragma once
 // Runs vantorel-cli as a child process with its standard input from
-// /dev/null, capturing standard output and standard error.
+// /dev/null (or from a terminal that the test types into), capturing
+// standard output and standard error.
 
 #include <fcntl.h>
 #include <poll.h>
@@ -26,12 +27,20 @@ struct CliResult {
 
 class CliProcess {
 public:
-    explicit CliProcess(const std::vector<std::string>& args, const std::string& cwd = "") {
+    // With `terminal` set, standard input is a pseudo-terminal.
+    explicit CliProcess(const std::vector<std::string>& args, const std::string& cwd = "", bool terminal = false) {
         int outPipe[2], errPipe[2];
         if (::pipe(outPipe) != 0 || ::pipe(errPipe) != 0) throw std::runtime_error("pipe");
+        std::string input = "/dev/null";
+        if (terminal) {
+            terminal_ = ::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+            if (terminal_ < 0 || ::grantpt(terminal_) != 0 || ::unlockpt(terminal_) != 0)
+                throw std::runtime_error("pseudo-terminal");
+            input = ::ptsname(terminal_);
+        }
         posix_spawn_file_actions_t actions;
         posix_spawn_file_actions_init(&actions);
-        posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
+        posix_spawn_file_actions_addopen(&actions, 0, input.c_str(), terminal ? O_RDWR | O_NOCTTY : O_RDONLY, 0);
         posix_spawn_file_actions_adddup2(&actions, outPipe[1], 1);
         posix_spawn_file_actions_adddup2(&actions, errPipe[1], 2);
         posix_spawn_file_actions_addclose(&actions, outPipe[0]);
@@ -61,6 +70,14 @@ public:
     }
 
     void interrupt(int signal = SIGINT) { ::kill(pid_, signal); }
+    // Types on the terminal (kept by it until the program reads).
+    void type(const std::string& text) {
+        if (::write(terminal_, text.data(), text.size()) != static_cast<ssize_t>(text.size()))
+            throw std::runtime_error("typing on the terminal");
+    }
+    ~CliProcess() {
+        if (terminal_ >= 0) ::close(terminal_);
+    }
 
     CliResult wait() {
         pollfd fds[2] = {{out_, POLLIN, 0}, {err_, POLLIN, 0}};
@@ -90,6 +107,7 @@ private:
     pid_t pid_ = -1;
     int out_ = -1;
     int err_ = -1;
+    int terminal_ = -1;
     CliResult result_;
 };
 

@@ -71,6 +71,8 @@ TEST_F(CliTest, OptionsMayFollowTheCommandAndDoubleDashEndsThem) {
     EXPECT_THAT(r.out, HasSubstr("1 files processed, 1 occurences found in 1 file(s)"));
     const CliResult grouped = runCli({"-ein", "-d", tree.root(), "find", "C.T"});
     EXPECT_THAT(grouped.out, HasSubstr("3 files processed, 2 occurences found in 1 file(s)"));
+    const CliResult here = runCli({"-ein", "find", "C.T"}, tree.root());  // no --dir: the current folder
+    EXPECT_EQ(here.out, grouped.out);
 }
 
 TEST_F(CliTest, NothingFoundExitsWithOne) {
@@ -91,9 +93,21 @@ TEST_F(CliTest, RefusedInputGoesToStandardErrorAndExitsWithTwo) {
         std::string message;
     };
     const std::vector<Case> cases = {
-        {{"-d", tree.root(), "-e", "find", "(cat"}, "Regular Expression is invalid - please check syntax.\n"},
+        {{"-d", tree.root(), "-e", "find", "(cat"},
+         "Regular Expression is invalid - please check syntax.\nAt character 1: Missing ')' to close this group\n"},
+        {{"-d", tree.root(), "-e", "find", "x(?<=a+)"},
+         "Regular Expression is invalid - please check syntax.\nAt character 2: Each alternative of a look-behind "
+         "must match a fixed number of characters here (no *, +, ?, {n,m} or back-reference inside (?<=...) or "
+         "(?<!...))\n"},
+        {{"-d", tree.root(), "-e", "find", "xa{65536}"},
+         "Regular Expression is invalid - please check syntax.\nAt character 2: Repetition counts above 65535 are "
+         "not supported\n"},
+        {{"-d", tree.root(), "find", std::string(40000, 'a')},
+         "Regular Expression is invalid - please check syntax.\nThe text to find is too long: the regular "
+         "expression engine holds at most 64 KiB of compiled pattern (about 32,000 characters of plain text)\n"},
         {{"-d", tree.root(), "-f", "", "find", "cat"}, "Please enter a valid file type filter (eg. *.txt)\n"},
         {{"-d", tree.path("missing"), "find", "cat"}, "Missing or invalid start location\n"},
+        {{"-d", "", "replace", "cat", "cow"}, "Missing or invalid start location\n"},  // an unset variable
         {{"--frobnicate", "find", "x"}, "vantorel-cli: unknown option '--frobnicate'\nTry 'vantorel-cli --help'.\n"},
         {{"find", "x", "-d"}, "vantorel-cli: option '-d' needs a value\nTry 'vantorel-cli --help'.\n"},
         {{"replace", "x"}, "vantorel-cli: replace needs FIND and REPLACEMENT\nTry 'vantorel-cli --help'.\n"},
@@ -134,18 +148,34 @@ TEST_F(CliTest, ReplaceWithYesRewritesKeepsBackupsAndPermissions) {
     EXPECT_EQ(tree.mode("a.txt"), 0754);
     EXPECT_EQ(tree.read("sub/c.txt"), "cow\n");
     EXPECT_EQ(tree.read("sub/d.htm"), "<p>cat</p>\n");
-    const auto out = lines(r.out);
-    ASSERT_EQ(out.size(), 4u) << r.out;  // the rows of the writing pass only, then the summary twice
-    EXPECT_EQ(out[2], "3 files processed, 3 occurences changed in 2 file(s)");
-    EXPECT_EQ(out[3], "3 files processed, 3 occurences changed in 2 file(s)");
     EXPECT_THAT(r.err, HasSubstr("Replace 3 occurences in 2 file(s) ? yes"));
+}
+
+TEST_F(CliTest, AReplaceShowsTheWritingPassRowsAndOneSummary) {
+    for (const bool onTerminal : {false, true}) {
+        tree.write("a.txt", "one cat\ntwo cats\n");
+        tree.write("sub/c.txt", "cat\n");
+        CliProcess process({"-d", tree.root(), "-f", "*.txt", onTerminal ? "-j2" : "-y", "replace", "cat", "cow"}, "",
+                           onTerminal);
+        if (onTerminal) process.type("y\n");
+        const CliResult r = process.wait();
+        EXPECT_EQ(r.exitCode, 0) << r.err;
+        EXPECT_EQ(tree.read("sub/c.txt"), "cow\n");
+        EXPECT_THAT(lines(r.out), ::testing::ElementsAre(::testing::StartsWith(tree.path("a.txt") + "\t2\t"),
+                                                         ::testing::StartsWith(tree.path("sub/c.txt") + "\t1\t"),
+                                                         "3 files processed, 3 occurences changed in 2 file(s)"))
+            << (onTerminal ? "answered on a terminal" : "--yes");
+    }
 }
 
 TEST_F(CliTest, ReadOnlyFilesAreReportedAndLeftAlone) {
     ::chmod(tree.path("sub/c.txt").c_str(), 0444);
     const CliResult r = cli({"-y", "-f", "*.txt", "replace", "cat", "cow"});
     EXPECT_EQ(tree.read("sub/c.txt"), "cat\n");
-    EXPECT_THAT(r.out, HasSubstr("Warning! 1 of the above file(s) were Read-Only and their replacements were not saved."));
+    EXPECT_THAT(r.out, ::testing::EndsWith(
+                           "\n3 files processed, 3 occurences changed in 2 file(s)\n"
+                           "Warning! 1 of the above file(s) were Read-Only and their replacements were not saved.\n"));
+    EXPECT_EQ(r.out.find("occurences changed"), r.out.rfind("occurences changed")) << r.out;
 }
 
 TEST_F(CliTest, ReplacingWithNothingAsksFirst) {
@@ -164,20 +194,37 @@ TEST_F(CliTest, ExtractWritesOnlyTheMatchesToStandardOutput) {
     EXPECT_THAT(r.err, HasSubstr("2 files processed, 4 occurences found in 2 file(s)"));
 }
 
+// The standard base64 of a text, by coreutils.
+std::string base64(const TempTree& tree, const std::string& text) {
+    const std::string file = tree.write("base64.in", text);
+    std::FILE* pipe = ::popen(("base64 -w0 " + file).c_str(), "r");
+    std::string out;
+    char buffer[256];
+    while (pipe && std::fgets(buffer, sizeof buffer, pipe)) out += buffer;
+    if (pipe) ::pclose(pipe);
+    return out;
+}
+
 TEST_F(CliTest, JsonGivesOneObjectPerFileAndOneSummary) {
     tree.write("q\"uote.txt", "cat\n");
-    const CliResult r = cli({"--json", "-f", "*.txt", "-n", "find", "cat"});
+    tree.write("caf\xe9.txt", "cat\n");  // a name that is not UTF-8: its bytes, as base64
+    const CliResult r = cli({"--json", "-f", "*.txt", "-n", "-j1", "find", "cat"});
     const auto out = lines(r.out);
-    ASSERT_EQ(out.size(), 3u) << r.out;
+    ASSERT_EQ(out.size(), 4u) << r.out;
     EXPECT_THAT(out[0], HasSubstr("{\"path\":\"" + tree.path("a.txt") + "\",\"matches\":2,\"size\":17,\"modified\":\""));
-    EXPECT_THAT(out[1], HasSubstr("q\\\"uote.txt"));
-    EXPECT_THAT(out[2], HasSubstr("\"summary\":\"3 files processed, 3 occurences found in 2 file(s)\",\"filesProcessed\":3"));
+    EXPECT_THAT(out[1], HasSubstr("{\"path\":{\"bytes\":\"" + base64(tree, tree.path("caf\xe9.txt")) + "\"},\"matches\":1,"));
+    EXPECT_THAT(out[2], HasSubstr("q\\\"uote.txt"));
+    EXPECT_THAT(out[3], HasSubstr("\"summary\":\"4 files processed, 4 occurences found in 3 file(s)\",\"filesProcessed\":4"));
 }
 
 TEST_F(CliTest, CsvLogHoldsTheHeaderAndOneLinePerRow) {
     const std::string csv = tree.path("log.csv");
-    const CliResult r = cli({"--csv", csv, "-q", "-f", "*.txt", "find", "cat"});
+    CliResult r = cli({"--csv", csv, "-f", "*.txt", "find", "absent"});
+    EXPECT_EQ(r.err, "No Results to Export.\n");
+    EXPECT_FALSE(tree.exists("log.csv"));
+    r = cli({"--csv", csv, "-q", "-f", "*.txt", "find", "cat"});
     EXPECT_EQ(r.out, "3 files processed, 3 occurences found in 2 file(s)\n");  // --quiet
+    EXPECT_EQ(r.err, csv + " log file created.\n");
     const std::string log = tree.read("log.csv");
     const std::regex expected("File Name,Path,Matches,File Size,Modified\r\n"
                               "a\\.txt," + tree.root() + "/,2,17,\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d\r\n"

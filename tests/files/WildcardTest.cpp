@@ -34,7 +34,15 @@ INSTANTIATE_TEST_SUITE_P(
         WildcardCase{"a*a*a", "aaaa", true}, WildcardCase{"a[", "a[", true},
         WildcardCase{"*.*", "Makefile", false}, WildcardCase{"*.*", "a.b", true},
         WildcardCase{"CAFÉ.txt", "café.txt", true}, WildcardCase{"?.txt", "é.txt", true},
-        WildcardCase{"", "a", false}));
+        WildcardCase{"", "a", false},
+        // Unicode simple case folding, in every script.
+        WildcardCase{"ȘAPTE.TXT", "șapte.txt", true}, WildcardCase{"Άλφα*", "άλφα.md", true},
+        WildcardCase{"ҐАНОК.*", "ґанок.doc", true}, WildcardCase{"Ǎ*", "ǎb", true},
+        WildcardCase{"Ạ?", "ạb", true}, WildcardCase{"STRAẞE", "straße", true},
+        WildcardCase{"\xf0\x90\x90\x80", "\xf0\x90\x90\xa8", true},  // Deseret, beyond U+FFFF
+        WildcardCase{"\xe2\x84\xaa*", "kelvin", true}, WildcardCase{"[j-l]x", "\xe2\x84\xaax", true},
+        WildcardCase{"[à-å]", "Â", true}, WildcardCase{"İ", "i", false},
+        WildcardCase{"caf\xc3\xa9.txt", "CAF\xc9.TXT", true}));  // a Windows-1252 name
 
 TEST(SplitFilterTest, TrimsBlanksAndKeepsEmptyPieces) {
     EXPECT_EQ(splitFilter("*.txt ; *.log"), (std::vector<std::string>{"*.txt", "*.log"}));

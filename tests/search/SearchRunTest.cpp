@@ -335,16 +335,24 @@ TEST_F(SearchRunTest, EachFileIsMatchedInItsOwnEncoding) {
     EXPECT_EQ(tree.read("utf8.txt"), "\xef\xbb\xbf\xc4\x80\xc3\xa9 caf\xc3\xa9\r\n");
 }
 
-TEST_F(SearchRunTest, AnEngineFailureEndsTheRunWithItsDescription) {
-    tree.write("a.txt", std::string(40, 'a') + "b");
-    RunRequest r = request(RunKind::Find, "(a+)+$");
-    r.regularExpression = true;
-    const RunOutcome outcome = run(r);
-    EXPECT_EQ(outcome.result, RunResult::Failed);
-    ASSERT_EQ(host.messages.size(), 1u);
-    EXPECT_EQ(host.messages[0].text.rfind("Error in Find/Replace process!\r\n", 0), 0u);
-    EXPECT_EQ(host.messages[0].icon, MessageIcon::Warning);
-    EXPECT_EQ(host.events.back(), "finished");
+TEST_F(SearchRunTest, AnEngineFailureEndsTheRunNamingTheFile) {
+    tree.write("a.txt", std::string(40, 'a'));
+    std::string pairs;
+    for (int i = 0; i < 2000000; ++i) pairs += "ab";
+    tree.write("b.txt", pairs);
+    const std::pair<const char*, const char*> cases[] = {{"(a|aa)+[bc]", "a.txt: match limit exceeded"},
+                                                         {"(a|b)*c", "b.txt: JIT stack limit reached"}};
+    for (const auto& [pattern, reason] : cases) {
+        host = RecordingHost();
+        RunRequest r = request(RunKind::Find, pattern);
+        r.regularExpression = true;
+        const RunOutcome outcome = run(r);
+        EXPECT_EQ(outcome.result, RunResult::Failed);
+        ASSERT_EQ(host.messages.size(), 1u);
+        EXPECT_EQ(host.messages[0].text, "Error in Find/Replace process!\r\n" + tree.root() + "/" + reason);
+        EXPECT_EQ(host.messages[0].icon, MessageIcon::Warning);
+        EXPECT_EQ(host.events.back(), "finished");
+    }
 }
 
 TEST_F(SearchRunTest, ManyThreadsShowExactlyWhatOneThreadShows) {

@@ -237,10 +237,6 @@ private slots:
                                           "a\\.txt," + r + "/,2,11," + date + "\r\n"
                                           "b\\.txt," + r + "/,1,7," + date + "\r\n$");
         QVERIFY2(expected.match(log).hasMatch(), qPrintable(log));
-
-        f.desktop.saveAnswer = root(tree) + "/no-such-folder/log.csv";
-        f.action("mExportMatch")->trigger();
-        QCOMPARE(f.messages.texts().back(), std::string("Error exporting log file!"));
     }
 
     void matchDetailsAreSavedAsRichOrPlainText() {

@@ -194,6 +194,13 @@ const groups = [
     subjects: ["aaab abab abcd aaa aab bab", "xxAA yy acbc"],
   },
   {
+    topic: "repeated back-references to a group that did not take part",
+    flags: ["", "i"],
+    templates: ["[$&|$1]"],
+    cases: [["(a)?\\1+x", "x ax aax"], ["(?:(a)|b)\\1{2}", "b aaa"], ["(a)?\\1{2,}?b", "b aaab"],
+      ["(a)?\\1+?x", "x"], ["(?<n>a)?\\k<n>{1,3}x", "x aax"], ["(?:(a)|b)\\1*c\\1+", "bc ac"]],
+  },
+  {
     topic: "patterns ECMAScript refuses",
     flags: [""],
     cases: ["(abc", "abc)", "[abc", "a**", "*a", "+", "?", "{1}", "{1,}", "a{2,1}", "(?i)a", "(?#c)", "a++", "(?>a)",
