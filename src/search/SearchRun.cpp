@@ -26,6 +26,10 @@ constexpr const char* kNoMatches = "No matches found in files.";
 constexpr const char* kReplaceComplete = "Replace Operation Complete";
 constexpr const char* kRunError = "Error in Find/Replace process!";
 
+Message runFailure(const char* what) {
+    return Message{std::string(kRunError) + "\r\n" + what, kProgramTitle, MessageIcon::Warning, MessageKind::Failure};
+}
+
 Message information(std::string text, MessageKind kind, std::string title = kProgramTitle) {
     return Message{std::move(text), std::move(title), MessageIcon::Information, kind};
 }
@@ -58,8 +62,7 @@ public:
             outcome_.result = RunResult::Completed;
         } catch (const std::exception& error) {
             outcome_.result = RunResult::Failed;
-            host_.showMessage(Message{std::string(kRunError) + "\r\n" + error.what(), kProgramTitle,
-                                      MessageIcon::Warning, MessageKind::Failure});
+            host_.showMessage(runFailure(error.what()));
         }
         host_.setProgress(-1, PassKind::Searching);
         host_.runFinished(outcome_);
@@ -248,7 +251,16 @@ std::string replaceSummary(std::uint64_t filesDone, std::uint64_t matches, std::
 }
 
 RunOutcome RunSearch(const RunRequest& request, SearchState& state, RunHost& host) {
-    return Driver(request, state, host).run();
+    try {
+        return Driver(request, state, host).run();
+    } catch (const std::exception& error) {
+        // Whatever escapes the driver still ends the run visibly.
+        host.showMessage(runFailure(error.what()));
+        RunOutcome outcome;
+        outcome.result = RunResult::Failed;
+        host.runFinished(outcome);
+        return outcome;
+    }
 }
 
 }  // namespace vantorel

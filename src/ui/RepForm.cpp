@@ -38,6 +38,7 @@
 #include "ui/ResultsModel.h"
 #include "ui/ResultsView.h"
 #include "ui/RunController.h"
+#include "ui/RunDisplay.h"
 #include "ui/Twips.h"
 #include "ui/frmAbout.h"
 
@@ -49,7 +50,6 @@ namespace {
 constexpr long kSectionsBuilt = 20'000;
 
 constexpr long kColumnWidths[] = {3000, 2500, 1000, 1000, 2000};
-constexpr const char* kPreviewStale = "Preview will not be updated until the search is performed again.";
 constexpr const char* kUnableToShow = "Unable to show file.";
 
 QString versionText() { return QStringLiteral("Version ") + QStringLiteral(VANTOREL_VERSION); }
@@ -72,10 +72,15 @@ RepForm::RepForm(RepFormOptions options, QWidget* parent) : QMainWindow(parent),
     }
     if (options_.programFolder.empty())
         options_.programFolder = QCoreApplication::applicationDirPath().toStdString();
-    runs_ = new RunController(*this, *messages_, state_, this);
-
     buildWidgets();
     buildMenus();
+    display_ = new RunDisplay(
+        RunDisplay::Parts{*model_, *preview_, *progress_, *statusPanel_,
+                          [this](const std::string& text) { extractWindow()->appendText(text); }},
+        settings_, state_, options_.previewCharacters, this);
+    connect(display_, &RunDisplay::started, this, [this] { setBusy(true); });
+    connect(display_, &RunDisplay::finished, this, &RepForm::onRunFinished);
+    runs_ = new RunController(*display_, *messages_, state_, this);
     setWindowTitle(QString::fromUtf8(kProgramTitle));
     setWindowIcon(productLogo(64));
     versionLabel_->setText(versionText());
@@ -187,6 +192,7 @@ void RepForm::buildWidgets() {
     connect(inputs_->folderButton(), &QPushButton::clicked, this, &RepForm::chooseFolder);
     connect(dragLine_, &DragLine::dragged, this, &RepForm::moveDivider);
     connect(model_, &ResultsModel::checkChanged, this, &RepForm::onRowCheckChanged);
+    connect(model_, &QAbstractItemModel::modelReset, this, [this] { view_->header()->setSortIndicatorShown(false); });
     connect(view_, &ResultsView::leftReleased, this, &RepForm::onListLeftReleased);
     connect(view_, &ResultsView::keyReleased, this, &RepForm::onListKeyReleased);
     connect(view_, &QTreeView::doubleClicked, this, [this](const QModelIndex& index) { openRow(index.row()); });
@@ -256,7 +262,7 @@ void RepForm::loadIntroduction() {
     std::ostringstream bytes;
     bytes << in.rdbuf();
     try {
-        preview_->pane()->showStyled(RtfReader::read(bytes.str()));
+        preview_->showIntroduction(RtfReader::read(bytes.str()));
     } catch (const std::exception&) {
         // Not readable as RTF: the pane stays empty.
     }
@@ -359,8 +365,6 @@ RunRequest RepForm::buildRequest(RunKind kind) const {
 void RepForm::startRun(RunKind kind) {
     if (isRunning()) return;
     RunRequest request = buildRequest(kind);
-    runKind_ = kind;
-    runPreviewAll_ = settings_.PreviewAll;
     if (kind == RunKind::Extract && settings_.ClearExtractText) extractWindow()->clearText();
     inputs_->markedBox()->setEnabled(false);
     runs_->start(std::move(request));
@@ -393,53 +397,6 @@ void RepForm::showMessage(const std::string& text, MessageIcon icon) {
 
 // ---- What a run reports ----------------------------------------------------
 
-void RepForm::runStarted() {
-    progress_->setProgress(-1, PassKind::Searching);
-    preview_->reset();
-    preview_->pane()->clear();
-    preview_->pane()->setPreviewFont(QString::fromStdString(settings_.PreviewFontName),
-                                     static_cast<int>(settings_.PreviewFontSize));
-    anchorsByPath_.clear();
-    previewFull_ = false;
-    setBusy(true);
-}
-
-void RepForm::passStarted(PassKind pass) { pass_ = pass; }
-
-void RepForm::clearRows() {
-    pendingRows_.clear();
-    model_->clear();
-    view_->header()->setSortIndicatorShown(false);
-}
-
-int RepForm::appendPreview(const StyledText& section) {
-    // After Stop the rows still due are listed at once; their sections are
-    // built when the rows are clicked.
-    if (section.empty() || previewFull_ || state_.stopRequested) return -1;
-    PreviewPane* pane = preview_->pane();
-    if (pane->characterCount() >= options_.previewCharacters) {
-        previewFull_ = true;
-        pane->appendStyled({StyledRun{"The preview holds the files above. Click a later file in the list to see "
-                                      "its matches here.\r\n\r\n",
-                                      kGrey, true}});
-        return -1;
-    }
-    return pane->appendStyled(section);
-}
-
-void RepForm::addRow(const FileReport& row, int previewAnchor) {
-    if (previewAnchor >= 0) {
-        if (pass_ != PassKind::Writing) anchorsByPath_[row.path] = previewAnchor;
-    } else if (pass_ == PassKind::Writing) {
-        // The writing pass builds no sections: its rows lead to the counting pass's.
-        const auto found = anchorsByPath_.find(row.path);
-        if (found != anchorsByPath_.end()) previewAnchor = found->second;
-    }
-    pendingRows_.emplace_back(row, previewAnchor);
-}
-
-void RepForm::appendExtracted(const std::string& text) { pendingExtracted_ += text; }
-
 ExtractForm* RepForm::extractWindow() {
     if (!extractForm_) extractForm_ = new ExtractForm(*desktop_, *messages_, this);
     return extractForm_;
@@ -462,46 +419,27 @@ void RepForm::showExtractWindow() {
     window->raise();
 }
 
-void RepForm::setStatus(const std::string& text) { statusPanel_->setText(displayText(text)); }
+const std::string& RepForm::previewPattern() const { return display_->previewPattern(); }
 
-void RepForm::setProgress(int percent, PassKind pass) { progress_->setProgress(percent, pass); }
-
-void RepForm::flush() {
-    if (!pendingExtracted_.empty()) {
-        extractWindow()->appendText(pendingExtracted_);
-        pendingExtracted_.clear();
-    }
-    if (pendingRows_.empty()) return;
-    std::vector<ResultsModel::Entry> entries;
-    entries.reserve(pendingRows_.size());
-    for (auto& [report, anchor] : pendingRows_) entries.push_back({ResultRow::fromReport(report), anchor});
-    pendingRows_.clear();
-    model_->append(std::move(entries));
-}
-
-void RepForm::runFinished(const RunOutcome& outcome, const std::string& previewPattern) {
-    flush();
+void RepForm::onRunFinished(const RunOutcome& outcome) {
     setBusy(false);
     const bool anyMarked = model_->anyChecked();
     if (!anyMarked) inputs_->markedBox()->setChecked(false);
     inputs_->markedBox()->setEnabled(anyMarked);
     if (outcome.patternError) pointAtPatternError(outcome.patternError->offset(), outcome.patternError->what());
-    if (outcome.result != RunResult::Refused) {
-        previewPattern_ = previewPattern;
-        progress_->setProgress(-1, PassKind::Searching);
-    }
     if (outcome.result == RunResult::Completed) {
+        const RunKind kind = display_->kind();
         inputs_->box(HistoryBox::Find)->remember(QString::fromStdString(boxText(HistoryBox::Find)));
-        if (runKind_ == RunKind::Replace)
+        if (kind == RunKind::Replace)
             inputs_->box(HistoryBox::Replace)->remember(QString::fromStdString(boxText(HistoryBox::Replace)));
         inputs_->box(HistoryBox::Folder)->remember(QString::fromStdString(boxText(HistoryBox::Folder)));
         inputs_->box(HistoryBox::Filter)->remember(QString::fromStdString(boxText(HistoryBox::Filter)));
-        if (runKind_ == RunKind::Extract && outcome.totalMatches > 0) showExtractWindow();
+        if (kind == RunKind::Extract && outcome.totalMatches > 0) showExtractWindow();
         // One file at a time: show the first file's matches straight away.
         if (!settings_.PreviewAll && model_->rowCount() > 0) {
             view_->setCurrentIndex(model_->index(0, 0));
             previewSelectedRow();
-        } else if (runPreviewAll_) {
+        } else if (settings_.PreviewAll) {
             preview_->pane()->moveCursor(QTextCursor::Start);
         }
     }
@@ -536,7 +474,7 @@ void RepForm::onRowCheckChanged(int, bool checked) {
 void RepForm::previewSelectedRow() {
     const int row = view_->selectedRow();
     if (row < 0) return;
-    preview_->showFilePage(model_->pathAt(row), previewPattern_, ignoreCase(), previewSettings(), 1);
+    preview_->showFilePage(model_->pathAt(row), previewPattern(), ignoreCase(), previewSettings(), 1);
 }
 
 void RepForm::onListLeftReleased() {
@@ -552,7 +490,7 @@ void RepForm::onListLeftReleased() {
         preview_->pane()->scrollToBlock(anchor);
         emit previewShown();
     } else {
-        preview_->showSectionOnDemand(model_->pathAt(row), previewPattern_, ignoreCase(), previewSettings());
+        preview_->showSectionOnDemand(model_->pathAt(row), previewPattern(), ignoreCase(), previewSettings());
     }
 }
 
@@ -580,11 +518,9 @@ void RepForm::onPreviewAllTriggered(bool on) {
     settings_.PreviewAll = on;
     previewAllAction_->setChecked(on);
     if (on) {
-        preview_->reset();
-        PreviewPane* pane = preview_->pane();
-        pane->setPreviewFont(QString::fromStdString(settings_.PreviewFontName),
-                             static_cast<int>(settings_.PreviewFontSize));
-        pane->showStyled({StyledRun{kPreviewStale, kBlack, false}});
+        preview_->pane()->setPreviewFont(QString::fromStdString(settings_.PreviewFontName),
+                                         static_cast<int>(settings_.PreviewFontSize));
+        preview_->showStaleNotice();
         emit previewShown();
     } else {
         previewSelectedRow();

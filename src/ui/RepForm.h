@@ -16,7 +16,6 @@
 #include "core/SearchState.h"
 #include "results/MatchPreview.h"
 #include "results/ResultSort.h"
-#include "ui/RunDisplay.h"
 
 class QAction;
 class QLabel;
@@ -42,6 +41,7 @@ class PreviewFrame;
 class ResultsModel;
 class ResultsView;
 class RunController;
+class RunDisplay;
 
 struct RepFormOptions {
     // Where messages and questions go; by default the desktop's message boxes.
@@ -57,7 +57,7 @@ struct RepFormOptions {
     long long previewCharacters = 3'000'000;
 };
 
-class RepForm : public QMainWindow, public MainWindowState, private RunDisplay {
+class RepForm : public QMainWindow, public MainWindowState {
     Q_OBJECT
 public:
     // The divider keeps the list at least this tall and the preview band at
@@ -75,7 +75,7 @@ public:
     std::string extractedText() const;
     // The extraction window, made on first use.
     ExtractForm* extractWindow();
-    const std::string& previewPattern() const noexcept { return previewPattern_; }
+    const std::string& previewPattern() const;
     bool isRunning() const;
     ResultsModel* results() const noexcept { return model_; }
     // The height of the band below the buttons, holding list, divider and preview (twips).
@@ -127,17 +127,8 @@ private:
     bool ignoreCase() const;
     void showMessage(const std::string& text, MessageIcon icon = MessageIcon::None);
 
-    // RunDisplay
-    void runStarted() override;
-    void passStarted(PassKind pass) override;
-    void clearRows() override;
-    int appendPreview(const StyledText& section) override;
-    void addRow(const FileReport& row, int previewAnchor) override;
-    void appendExtracted(const std::string& text) override;
-    void setStatus(const std::string& text) override;
-    void setProgress(int percent, PassKind pass) override;
-    void flush() override;
-    void runFinished(const RunOutcome& outcome, const std::string& previewPattern) override;
+    void onRunFinished(const RunOutcome& outcome);
+    void showExtractWindow();
 
     void onRowCheckChanged(int row, bool checked);
     void onListLeftReleased();
@@ -151,7 +142,6 @@ private:
     void chooseFolder();
     void showAbout();
     void showHelp();
-    void showExtractWindow();
     void pointAtPatternError(std::size_t offset, const std::string& what);
 
     void layoutFrames();
@@ -166,6 +156,7 @@ private:
     std::unique_ptr<SettingsStore> settingsStore_;
     AppSettings settings_;
     SearchState state_;
+    RunDisplay* display_ = nullptr;
     RunController* runs_ = nullptr;
 
     InputFrame* inputs_ = nullptr;
@@ -196,15 +187,6 @@ private:
     long divider_ = 3000;  // the list's height, in twips
     SortDirections sortDirections_;
 
-    // The run going on, or the last one.
-    RunKind runKind_ = RunKind::Find;
-    bool runPreviewAll_ = true;
-    PassKind pass_ = PassKind::Searching;
-    std::string previewPattern_;
-    std::string pendingExtracted_;
-    std::vector<std::pair<FileReport, int>> pendingRows_;
-    std::unordered_map<std::string, int> anchorsByPath_;
-    bool previewFull_ = false;
 };
 
 }  // namespace vantorel::ui
