@@ -111,6 +111,11 @@ void InputFrame::applyRegularExpressionMode(bool on) {
     emit regularExpressionModeChanged(on);
 }
 
+void InputFrame::applyMarkedBox(const MarkedBoxState& state) {
+    marked_->setEnabled(state.enabled);
+    if (state.touchChecked) marked_->setChecked(state.checked);
+}
+
 void InputFrame::applyMarkedOnly(bool on) {
     for (QWidget* input : std::initializer_list<QWidget*>{filter_, folder_, folderButton_, filterLabel_, folderLabel_})
         input->setEnabled(!on);

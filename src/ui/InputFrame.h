@@ -7,6 +7,7 @@
 #include <QWidget>
 
 #include "core/MainWindowState.h"
+#include "results/ResultActions.h"
 
 class QCheckBox;
 class QLabel;
@@ -25,6 +26,8 @@ public:
     QCheckBox* option(OptionBox which) const;
     QCheckBox* markedBox() const noexcept { return marked_; }
     QPushButton* folderButton() const noexcept { return folderButton_; }
+    // "In Marked Files Only" after the marks changed.
+    void applyMarkedBox(const MarkedBoxState& state);
     // The width of the column of option boxes, in pixels.
     void setOptionColumnWidth(int pixels);
 

@@ -1,7 +1,6 @@
 #include "ui/PopUpForm.h"
 
 #include <QAction>
-#include <QCheckBox>
 #include <QDir>
 #include <QItemSelectionModel>
 #include <QMenu>
@@ -13,18 +12,19 @@
 #include "results/ResultActions.h"
 #include "ui/DesktopServices.h"
 #include "ui/FileDialog.h"
+#include "ui/InputFrame.h"
 #include "ui/ResultsModel.h"
 #include "ui/ResultsView.h"
 
 namespace vantorel::ui {
 
-PopUpForm::PopUpForm(QWidget* owner, ResultsView& view, ResultsModel& model, QCheckBox& markedBox,
+PopUpForm::PopUpForm(QWidget* owner, ResultsView& view, ResultsModel& model, InputFrame& inputs,
                      DesktopServices& desktop, MessageHost& messages, AppSettings& settings)
     : QObject(owner),
       owner_(owner),
       view_(view),
       model_(model),
-      markedBox_(markedBox),
+      inputs_(inputs),
       desktop_(desktop),
       messages_(messages),
       settings_(settings) {
@@ -130,8 +130,7 @@ std::vector<bool> PopUpForm::selectedRows() const {
 void PopUpForm::applyMarks(const std::vector<bool>& marks, const MarkedBoxState& box) {
     for (int r = 0; r < model_.rowCount(); ++r)
         if (model_.rowAt(r).checked != marks[static_cast<std::size_t>(r)]) model_.setChecked(r, marks[static_cast<std::size_t>(r)]);
-    markedBox_.setEnabled(box.enabled);
-    if (box.touchChecked) markedBox_.setChecked(box.checked);
+    inputs_.applyMarkedBox(box);
 }
 
 void PopUpForm::markRow() {

@@ -196,7 +196,7 @@ void RepForm::buildWidgets() {
     connect(view_, &ResultsView::leftReleased, this, &RepForm::onListLeftReleased);
     connect(view_, &ResultsView::keyReleased, this, &RepForm::onListKeyReleased);
     connect(view_, &QTreeView::doubleClicked, this, [this](const QModelIndex& index) { openRow(index.row()); });
-    popUp_ = new PopUpForm(this, *view_, *model_, *inputs_->markedBox(), *desktop_, *messages_, settings_);
+    popUp_ = new PopUpForm(this, *view_, *model_, *inputs_, *desktop_, *messages_, settings_);
     connect(view_, &ResultsView::rightReleased, popUp_, &PopUpForm::popUp);
     connect(popUp_, &PopUpForm::runRequested, this, [this] { openRow(view_->selectedRow()); });
     connect(view_->header(), &QHeaderView::sectionClicked, this, &RepForm::onHeaderClicked);
@@ -423,9 +423,7 @@ const std::string& RepForm::previewPattern() const { return display_->previewPat
 
 void RepForm::onRunFinished(const RunOutcome& outcome) {
     setBusy(false);
-    const bool anyMarked = model_->anyChecked();
-    if (!anyMarked) inputs_->markedBox()->setChecked(false);
-    inputs_->markedBox()->setEnabled(anyMarked);
+    inputs_->applyMarkedBox(markedBoxFor(model_->anyChecked()));
     if (outcome.patternError) pointAtPatternError(outcome.patternError->offset(), outcome.patternError->what());
     if (outcome.result == RunResult::Completed) {
         const RunKind kind = display_->kind();
@@ -461,14 +459,7 @@ void RepForm::pointAtPatternError(std::size_t offset, const std::string& what) {
 // ---- The results list and the preview ------------------------------------
 
 void RepForm::onRowCheckChanged(int, bool checked) {
-    QCheckBox* marked = inputs_->markedBox();
-    if (checked) {
-        marked->setEnabled(true);
-        marked->setChecked(true);
-    } else if (!model_->anyChecked()) {
-        marked->setChecked(false);
-        marked->setEnabled(false);
-    }
+    inputs_->applyMarkedBox(checked ? markedBoxAfterMarking() : markedBoxFor(model_->anyChecked()));
 }
 
 void RepForm::previewSelectedRow() {

@@ -164,6 +164,34 @@ private slots:
         QVERIFY(!marked->isEnabled());
     }
 
+    void withNoMarkLeftTheMarkedBoxIsClearedAndTheInputsFreed() {
+        TempTree tree;
+        writeTree(tree);
+        FormFixture f;
+        find(f, tree);
+        auto* marked = f.child<QCheckBox>("MarkedChk");
+        const char* inputs[] = {"FilterCombo", "StartDir", "FolderButton", "ffiltLbl", "StLocLbl"};
+        struct Case {
+            const char* how;
+            std::vector<int> marks;
+            std::function<void()> removeThem;
+        };
+        const Case cases[] = {
+            {"invert", {0, 1, 2}, [&] { f.action("mnuInv")->trigger(); }},
+            {"unmark all selected", {0, 2}, [&] { select(f, {0, 1, 2}); f.action("MnuUnmarkAll")->trigger(); }},
+            {"unmark the file", {1}, [&] { select(f, {1}); f.action("mmuMark")->trigger(); }},
+            {"untick", {2}, [&] { f.rows().setData(f.rows().index(2, 0), Qt::Unchecked, Qt::CheckStateRole); }},
+        };
+        for (const Case& c : cases) {
+            for (int row : c.marks) f.rows().setData(f.rows().index(row, 0), Qt::Checked, Qt::CheckStateRole);
+            QVERIFY2(marked->isEnabled() && marked->isChecked() && !f.child("StartDir")->isEnabled(), c.how);
+            c.removeThem();
+            QVERIFY2(!f.rows().anyChecked(), c.how);
+            QVERIFY2(!marked->isChecked() && !marked->isEnabled(), c.how);
+            for (const char* input : inputs) QVERIFY2(f.child(input)->isEnabled(), c.how);
+        }
+    }
+
     void openingWithAProgramRemembersItAndReportsFailures() {
         TempTree tree;
         writeTree(tree);
