@@ -475,7 +475,9 @@ void RepForm::onListLeftReleased() {
         previewSelectedRow();
         return;
     }
-    if (model_->rowAt(row).matches == 0) return;
+    // Only the run's own sections lead anywhere; the notice shown after
+    // switching combined mode on stays until the next run.
+    if (model_->rowAt(row).matches == 0 || preview_->content() != PreviewFrame::Content::Combined) return;
     const int anchor = model_->previewAnchorAt(row);
     if (anchor >= 0) {
         preview_->pane()->scrollToBlock(anchor);
@@ -513,8 +515,11 @@ void RepForm::onPreviewAllTriggered(bool on) {
                                          static_cast<int>(settings_.PreviewFontSize));
         preview_->showStaleNotice();
         emit previewShown();
-    } else {
+    } else if (view_->selectedRow() >= 0) {
         previewSelectedRow();
+    } else if (preview_->content() != PreviewFrame::Content::Introduction) {
+        preview_->clearAll();  // no file to show
+        emit previewShown();
     }
 }
 

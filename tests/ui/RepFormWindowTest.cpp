@@ -5,6 +5,7 @@
 #include <QDialog>
 #include <QHeaderView>
 #include <QMouseEvent>
+#include <QThreadPool>
 #include <QTimer>
 #include <QTreeView>
 #include <sys/time.h>
@@ -233,6 +234,44 @@ private slots:
         QVERIFY(f.runBy("FindBtn"));
         QCOMPARE(f.column(0), QStringList({"p.txt", "q.txt", "r.txt"}));
         QCOMPARE(f.column(2), QStringList({"3", "1", "0"}));
+    }
+
+    void switchingPreviewModesShowsOneStateAtATime() {
+        TempTree tree;
+        tree.write("p.txt", "hit a\n");
+        tree.write("q.txt", "one hit\n");
+        FormFixture f;
+        showWindow(f);
+        auto* view = f.child<ui::ResultsView>("ListView1");
+        auto* label = f.child<QLabel>("PreviewLbl");
+        auto settle = [] {  // pages and sections are built on the pool
+            QThreadPool::globalInstance()->waitForDone();
+            for (int i = 0; i < 3; ++i) QCoreApplication::processEvents();
+        };
+        f.setInputs(root(tree), "*.txt", "hit");
+
+        // A run one file at a time, then combined mode on: the notice alone,
+        // whatever row is clicked.
+        f.action("mAllFound")->trigger();
+        QVERIFY(f.runBy("FindBtn"));
+        settle();
+        QVERIFY(!label->text().isEmpty());
+        f.action("mAllFound")->trigger();
+        const QString notice = "Preview will not be updated until the search is performed again.";
+        QCOMPARE(f.pane()->toPlainText(), notice);
+        QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, view->visualRect(f.rows().index(1, 0)).center());
+        settle();
+        QCOMPARE(f.pane()->toPlainText(), notice);
+        QVERIFY(label->text().isEmpty());
+
+        // A combined run, then combined mode off with no row selected: nothing.
+        QVERIFY(f.runBy("FindBtn"));
+        QVERIFY(f.pane()->toPlainText().contains("p.txt  (1 Found)"));
+        view->setCurrentIndex(QModelIndex());
+        f.action("mAllFound")->trigger();
+        settle();
+        QCOMPARE(f.pane()->toPlainText(), QString());
+        QVERIFY(label->text().isEmpty());
     }
 
     void combinedPreviewScrollsToASectionAndBuildsLaterOnesOnDemand() {
