@@ -34,6 +34,8 @@ Message information(std::string text, MessageKind kind, std::string title = kPro
     return Message{std::move(text), std::move(title), MessageIcon::Information, kind};
 }
 
+bool holdsNul(std::string_view text) { return text.find('\0') != std::string_view::npos; }
+
 unsigned threadCount(unsigned requested) {
     if (requested > 0) return requested;
     return std::max(1u, std::thread::hardware_concurrency());
@@ -90,11 +92,12 @@ private:
                 if (!host_.askYesNo(question)) return false;
             }
         }
-        if (request_.filter.empty()) {
+        // The system reads a name only up to a NUL: one holding a NUL is refused.
+        if (request_.filter.empty() || holdsNul(request_.filter)) {
             host_.showMessage(information(kInvalidFilter, MessageKind::Validation));
             return false;
         }
-        if (request_.startFolder.empty() || !FolderExists(request_.startFolder)) {
+        if (request_.startFolder.empty() || holdsNul(request_.startFolder) || !FolderExists(request_.startFolder)) {
             host_.showMessage(information(kInvalidFolder, MessageKind::Validation));
             return false;
         }
@@ -111,7 +114,8 @@ private:
             files_ = BuildFileList(request_.startFolder, request_.filter, request_.scanSubfolders,
                                    state_.stopRequested, callbacks);
         } else {
-            for (const std::string& path : request_.markedFiles) files_.addPath(path);
+            for (const std::string& path : request_.markedFiles)
+                if (!holdsNul(path)) files_.addPath(path);
             host_.clearRows();
         }
     }

@@ -1,6 +1,8 @@
 #pragma once
 // An editable drop-down box with a history: a newly used entry goes to the
 // top, an entry is never listed twice, and the list keeps at most its limit.
+// Like the system's edit boxes, a box shows, holds and saves what precedes a
+// NUL character, in its text and in its entries.
 
 #include <QComboBox>
 #include <string>
@@ -25,5 +27,8 @@ public:
 private:
     int limit_;
 };
+
+// The text up to its first NUL character.
+QString beforeNul(const QString& text);
 
 }  // namespace vantorel::ui

@@ -536,6 +536,7 @@ void RepForm::openRow(int row) {
 
 void RepForm::chooseFolder() {
     try {
+        settings_.LastFolder = beforeNul(QString::fromStdString(settings_.LastFolder)).toStdString();
         if (settings_.LastFolder.empty()) settings_.LastFolder = "/";
         QString start = QString::fromStdString(settings_.LastFolder);
         if (start == QLatin1String("\\")) start = QDir::homePath();  // the first run's folder

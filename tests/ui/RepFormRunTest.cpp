@@ -1,6 +1,7 @@
 // A Find, a Replace and an Extract driven through the window's controls, with
 // every message and question answered through the message seam.
 
+#include <QDir>
 #include <QHeaderView>
 #include <QMenu>
 #include <QTreeView>
@@ -65,6 +66,31 @@ private slots:
         QCOMPARE(f.combo("FilterCombo")->count(), 7);  // "*.txt" was listed already
         QCOMPARE(f.combo("RepText")->count(), 0);        // only a Replace records it
         QCOMPARE(f.form->previewPattern(), std::string("colour"));
+    }
+
+    void aFolderAndFilterSavedEmptyComeBackEmpty() {
+        TempTree tree;
+        writeTree(tree);
+        QTemporaryDir working;  // where a path cut short would lead
+        const QString before = QDir::currentPath();
+        QDir::setCurrent(working.path());
+        FormFixture f;
+        f.setInputs("", "", "");
+        f.restart();  // both come back as a lone NUL
+        QCOMPARE(f.combo("StartDir")->currentText(), QString());
+        QCOMPARE(f.combo("FilterCombo")->currentText(), QString());
+        QTest::keyClicks(f.combo("StartDir")->lineEdit(), root(tree));
+        QTest::keyClicks(f.combo("FilterCombo")->lineEdit(), "*.txt");
+        f.combo("FindText")->setEditText("colour");
+        const bool ended = f.runBy("FindBtn");
+        QDir::setCurrent(before);
+        QVERIFY(ended);
+        QCOMPARE(f.messages.texts(), std::vector<std::string>());
+        QCOMPARE(f.column(0), QStringList({"b.txt", "a.txt"}));
+
+        // A NUL in the middle of a box ends its text.
+        f.combo("StartDir")->setEditText(root(tree) + QChar(u'\0') + "/docs");
+        QCOMPARE(f.combo("StartDir")->currentText(), root(tree));
     }
 
     void replaceAsksOnceOnTheWindowThreadAndRewritesFiles() {
