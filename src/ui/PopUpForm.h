@@ -51,7 +51,6 @@ private:
     void applyMarks(const std::vector<bool>& marks, const MarkedBoxState& box);
     std::vector<bool> marks() const;
     std::vector<bool> selectedRows() const;
-    void warn(const std::string& text);
 
     QWidget* owner_;
     ResultsView& view_;

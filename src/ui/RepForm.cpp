@@ -245,10 +245,10 @@ void RepForm::buildMenus() {
     help->addSeparator()->setObjectName(QStringLiteral("mdiv0"));
     QAction* web = help->addAction(QStringLiteral("Visit Brimlark on the web"));
     web->setObjectName(QStringLiteral("mweb"));
-    connect(web, &QAction::triggered, this, [this] { OpenPage(*desktop_, *messages_, QString::fromUtf8(kMakerPage)); });
+    connect(web, &QAction::triggered, this, [this] { OpenPage(*desktop_, *messages_, QString::fromUtf8(kMakerPage), this); });
     QAction* home = help->addAction(QStringLiteral("Vantorel Home"));
     home->setObjectName(QStringLiteral("mweb2"));
-    connect(home, &QAction::triggered, this, [this] { OpenPage(*desktop_, *messages_, QString::fromUtf8(kProductPage)); });
+    connect(home, &QAction::triggered, this, [this] { OpenPage(*desktop_, *messages_, QString::fromUtf8(kProductPage), this); });
     help->addSeparator()->setObjectName(QStringLiteral("mDiv1"));
     aboutAction_ = help->addAction(QStringLiteral("About..."));
     aboutAction_->setObjectName(QStringLiteral("mAbout"));
@@ -531,7 +531,7 @@ void RepForm::onShowAllTriggered(bool checked) {
 void RepForm::openRow(int row) {
     if (row < 0 || row >= model_->rowCount()) return;
     // Opened with its default program; a failure is not reported.
-    desktop_->openUrl(QUrl::fromLocalFile(QString::fromStdString(model_->pathAt(row))));
+    desktop_->openUrl(QUrl::fromLocalFile(QString::fromStdString(model_->pathAt(row))), this, {});
 }
 
 void RepForm::chooseFolder() {
@@ -558,7 +558,7 @@ void RepForm::showAbout() {
 void RepForm::showHelp() {
     const std::filesystem::path readme = findProgramFile(options_.programFolder, "readme.html");
     const std::filesystem::path shown = readme.empty() ? options_.programFolder / "readme.html" : readme;
-    OpenPage(*desktop_, *messages_, QString::fromStdString(shown.string()));
+    OpenPage(*desktop_, *messages_, QString::fromStdString(shown.string()), this);
 }
 
 // ---- Window events and layout --------------------------------------------
@@ -593,7 +593,7 @@ bool RepForm::eventFilter(QObject* watched, QEvent* event) {
         clampDividerOnResize();
         layoutFrames();
     } else if (watched == logo_ && event->type() == QEvent::MouseButtonRelease) {
-        OpenPage(*desktop_, *messages_, QString::fromUtf8(kMakerPage));
+        OpenPage(*desktop_, *messages_, QString::fromUtf8(kMakerPage), this);
         return true;
     }
     return QMainWindow::eventFilter(watched, event);

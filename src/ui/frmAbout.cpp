@@ -73,9 +73,11 @@ bool frmAbout::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::MouseButtonRelease &&
         static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) {
         const QString name = watched->objectName();
-        if (name == QLatin1String("Image1")) OpenPage(desktop_, messages_, QString::fromUtf8(kMakerPage));
+        // A failure is told also when the box has been closed meanwhile.
+        QObject* receiver = parent() ? parent() : this;
+        if (name == QLatin1String("Image1")) OpenPage(desktop_, messages_, QString::fromUtf8(kMakerPage), receiver);
         else if (name == QLatin1String("Image2") || name == QLatin1String("Label3"))
-            OpenPage(desktop_, messages_, QString::fromUtf8(kProductPage));
+            OpenPage(desktop_, messages_, QString::fromUtf8(kProductPage), receiver);
         else return QDialog::eventFilter(watched, event);
         return true;
     }

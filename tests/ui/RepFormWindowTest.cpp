@@ -380,6 +380,52 @@ private slots:
         QCOMPARE(f.combo("StartDir")->currentText(), QString("/some folder/with quotes"));
     }
 
+    void failuresToOpenAreReported() {
+        TempTree tree;
+        tree.write("docs/a.txt", "hit\n");
+        // The desktop's opener: notes its argument, exits with the status asked for.
+        tree.write("bin/xdg-open", "#!/bin/sh\necho \"$1\" >> \"$0.log\"\nexit $(cat \"$0.status\")\n", 0755);
+        const QByteArray path = qgetenv("PATH");
+        qputenv("PATH", QByteArray::fromStdString(tree.path("bin")) + ":" + path);
+        FormFixture f;
+        f.systemDesktop = true;
+        f.restart();
+        f.setInputs(root(tree), "*.txt", "hit");
+        QVERIFY(f.runBy("FindBtn"));
+        auto* view = f.child<QTreeView>("ListView1");
+        view->setCurrentIndex(f.rows().index(0, 0));
+        f.action("mAbout")->trigger();
+        auto* about = f.form->findChild<QDialog*>("frmAbout");
+        QVERIFY(about);
+
+        const std::string unable = "Unable to find/view page.";
+        struct Case {
+            std::function<void()> open;
+            QString target;
+            std::string message;
+        };
+        const Case cases[] = {
+            {[&] { f.action("mInstructions")->trigger(); }, VANTOREL_DATA_DIR "/readme.html", unable},
+            {[&] { f.action("mweb2")->trigger(); }, ui::kProductPage, unable},
+            {[&] { QTest::mouseClick(about->findChild<QLabel*>("Image1"), Qt::LeftButton); }, ui::kMakerPage, unable},
+            {[&] { f.action("mmuExp")->trigger(); }, root(tree) + "/docs/", "Error Opening Folder."},
+        };
+        std::vector<std::string> expected;
+        for (const std::string status : {"0", "4"}) {
+            tree.write("bin/xdg-open.status", status);
+            for (const Case& c : cases) {
+                tree.write("bin/xdg-open.log", "");
+                c.open();
+                QTRY_COMPARE(QString::fromStdString(tree.read("bin/xdg-open.log")), c.target + "\n");
+                if (status == "0") continue;
+                expected.push_back(c.message);
+                QTRY_COMPARE(f.messages.texts(), expected);
+                QCOMPARE(f.messages.messages.back().icon, MessageIcon::Warning);
+            }
+        }
+        qputenv("PATH", path);
+    }
+
     void settingsSurviveARestart() {
         FormFixture f;
         f.combo("FindText")->setItems({"alpha", "beta"});
