@@ -6,8 +6,8 @@
 #include <QPushButton>
 #include <QResizeEvent>
 
-#include "core/MessageHost.h"
 #include "core/AtomicFileWriter.h"
+#include "core/FrontEndMessages.h"
 #include "results/RtfWriter.h"
 #include "ui/FileDialog.h"
 #include "ui/PreviewPane.h"
@@ -22,8 +22,7 @@ bool saveBytes(MessageHost& messages, const QString& path, const std::string& by
         writer.commit();
         return true;
     } catch (const std::exception& error) {
-        messages.showMessage(Message{path.toStdString() + " could not be saved.\r\n" + error.what(), kProgramTitle,
-                                     MessageIcon::Warning, MessageKind::FileError});
+        messages.showMessage(fileNotSaved(path.toStdString(), error.what()));
         return false;
     }
 }

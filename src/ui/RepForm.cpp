@@ -18,6 +18,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "core/FrontEndMessages.h"
 #include "core/ProgramFolder.h"
 #include "core/RegistryStore.h"
 #include "core/SettingsStore.h"
@@ -50,7 +51,6 @@ namespace {
 constexpr long kSectionsBuilt = 20'000;
 
 constexpr long kColumnWidths[] = {3000, 2500, 1000, 1000, 2000};
-constexpr const char* kUnableToShow = "Unable to show file.";
 
 QString versionText() { return QStringLiteral("Version ") + QStringLiteral(VANTOREL_VERSION); }
 
@@ -202,7 +202,7 @@ void RepForm::buildWidgets() {
     connect(view_->header(), &QHeaderView::sectionClicked, this, &RepForm::onHeaderClicked);
     connect(preview_, &PreviewFrame::pageRequested, this, &RepForm::onPageRequested);
     connect(preview_, &PreviewFrame::shown, this, &RepForm::previewShown);
-    connect(preview_, &PreviewFrame::unableToShow, this, [this] { showMessage(kUnableToShow); });
+    connect(preview_, &PreviewFrame::unableToShow, this, [this] { messages_->showMessage(unableToShowFile()); });
 }
 
 void RepForm::buildMenus() {
@@ -391,10 +391,6 @@ PreviewSettings RepForm::previewSettings() const {
 
 bool RepForm::ignoreCase() const { return !isOptionChecked(OptionBox::MatchCase); }
 
-void RepForm::showMessage(const std::string& text, MessageIcon icon) {
-    messages_->showMessage(Message{text, kProgramTitle, icon, MessageKind::Notice});
-}
-
 // ---- What a run reports ----------------------------------------------------
 
 ExtractForm* RepForm::extractWindow() {
@@ -498,7 +494,7 @@ void RepForm::onHeaderClicked(int column) {
         view_->header()->setSortIndicator(column, descending ? Qt::DescendingOrder : Qt::AscendingOrder);
         view_->header()->setSortIndicatorShown(true);
     } catch (const std::exception&) {
-        showMessage("Error sorting list");
+        messages_->showMessage(errorSortingList());
     }
 }
 
@@ -545,7 +541,7 @@ void RepForm::chooseFolder() {
         inputs_->box(HistoryBox::Folder)->setEditText(chosen);
         settings_.LastFolder = chosen.toStdString();
     } catch (const std::exception&) {
-        showMessage("Error selecting folder.");
+        messages_->showMessage(errorSelectingFolder());
     }
 }
 

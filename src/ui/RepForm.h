@@ -125,7 +125,6 @@ private:
     void setBusy(bool busy);
     PreviewSettings previewSettings() const;
     bool ignoreCase() const;
-    void showMessage(const std::string& text, MessageIcon icon = MessageIcon::None);
 
     void onRunFinished(const RunOutcome& outcome);
     void showExtractWindow();

@@ -384,7 +384,7 @@ private slots:
         TempTree tree;
         tree.write("docs/a.txt", "hit\n");
         // The desktop's opener: notes its argument, exits with the status asked for.
-        tree.write("bin/xdg-open", "#!/bin/sh\necho \"$1\" >> \"$0.log\"\nexit $(cat \"$0.status\")\n", 0755);
+        tree.write("bin/xdg-open", "#!/bin/sh\nstatus=$(cat \"$0.status\")\necho \"$1\" >> \"$0.log\"\nexit $status\n", 0755);
         const QByteArray path = qgetenv("PATH");
         qputenv("PATH", QByteArray::fromStdString(tree.path("bin")) + ":" + path);
         FormFixture f;
