@@ -63,7 +63,8 @@ struct FolderId {
 
 struct FolderIdHash {
     std::size_t operator()(const FolderId& id) const noexcept {
-        return std::hash<std::uint64_t>()(static_cast<std::uint64_t>(id.inode) * 31 + static_cast<std::uint64_t>(id.device));
+        return std::hash<std::uint64_t>()(static_cast<std::uint64_t>(id.inode) * 31 +
+                                          static_cast<std::uint64_t>(id.device));
     }
 };
 

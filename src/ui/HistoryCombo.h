@@ -23,6 +23,8 @@ public:
     void setText(const std::string& text);
     // Puts the entry at the top of the list (moving it there when listed).
     void remember(const QString& entry);
+    // Remembers the text in the edit field.
+    void rememberText() { remember(currentText()); }
 
 private:
     int limit_;

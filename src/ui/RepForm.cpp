@@ -1,5 +1,6 @@
 #include "ui/RepForm.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QCheckBox>
 #include <QCloseEvent>
@@ -10,7 +11,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
-#include <QPushButton>
 #include <QScreen>
 #include <QStatusBar>
 #include <QTimer>
@@ -24,6 +24,7 @@
 #include "core/SettingsStore.h"
 #include "results/RtfReader.h"
 #include "ui/ColourProgressBar.h"
+#include "ui/CommandButton.h"
 #include "ui/DesktopServices.h"
 #include "ui/DragLine.h"
 #include "ui/ExtractForm.h"
@@ -32,23 +33,21 @@
 #include "ui/HistoryCombo.h"
 #include "ui/InputFrame.h"
 #include "ui/Logo.h"
-#include "ui/PreviewFrame.h"
 #include "ui/PopUpForm.h"
+#include "ui/PreviewFrame.h"
 #include "ui/PreviewPane.h"
+#include "ui/RepFormState.h"
 #include "ui/ResultExport.h"
 #include "ui/ResultsModel.h"
 #include "ui/ResultsView.h"
 #include "ui/RunController.h"
 #include "ui/RunDisplay.h"
+#include "ui/RunRequestBuilder.h"
 #include "ui/Twips.h"
 #include "ui/frmAbout.h"
 
 namespace vantorel::ui {
 namespace {
-
-// Sections built during a run at most (the shown ones and a margin for the
-// files that workers finish out of order).
-constexpr long kSectionsBuilt = 20'000;
 
 constexpr long kColumnWidths[] = {3000, 2500, 1000, 1000, 2000};
 
@@ -81,6 +80,7 @@ RepForm::RepForm(RepFormOptions options, QWidget* parent) : QMainWindow(parent),
     connect(display_, &RunDisplay::started, this, [this] { setBusy(true); });
     connect(display_, &RunDisplay::finished, this, &RepForm::onRunFinished);
     runs_ = new RunController(*display_, *messages_, state_, this);
+    requests_ = std::make_unique<RunRequestBuilder>(*inputs_, settings_, *model_);
     setWindowTitle(QString::fromUtf8(kProgramTitle));
     setWindowIcon(productLogo(64));
     versionLabel_->setText(versionText());
@@ -96,7 +96,8 @@ RepForm::RepForm(RepFormOptions options, QWidget* parent) : QMainWindow(parent),
         options_.settingsFile.empty() ? RegistryStore::defaultFile() : options_.settingsFile;
     store_ = std::make_unique<RegistryStore>(file, messages_);
     settingsStore_ = std::make_unique<SettingsStore>(*store_, *messages_);
-    settingsStore_->LoadSettings(settings_, *this);
+    windowState_ = std::make_unique<RepFormState>(*this, *inputs_, *preview_->pane(), [this] { firstRun_ = true; });
+    settingsStore_->LoadSettings(settings_, *windowState_);
 
     for (int column = 0; column < 5; ++column)
         view_->header()->resizeSection(column, twipsToPixelsX(kColumnWidths[column], this));
@@ -119,17 +120,15 @@ void RepForm::buildWidgets() {
 
     mid_ = new QWidget(central);
     mid_->setObjectName(QStringLiteral("MidFrame"));
-    auto button = [this](const char* name, const QString& text) {
-        auto* b = new QPushButton(text, mid_);
-        b->setObjectName(QString::fromLatin1(name));
+    auto button = [this](const char* name, const QString& text, bool isDefault = false) {
+        QAbstractButton* b = makeCommandButton(mid_, name, text, isDefault);
         b->setMinimumWidth(std::max(b->sizeHint().width(), twipsToPixelsX(1200, this)));
         return b;
     };
-    findButton_ = button("FindBtn", QStringLiteral("Find"));
+    findButton_ = button("FindBtn", QStringLiteral("Find"), true);
     replaceButton_ = button("RepBtn", QStringLiteral("Replace"));
     extractButton_ = button("ExtrBtn", QStringLiteral("Extract"));
     stopButton_ = button("StopBtn", QStringLiteral("Stop"));
-    findButton_->setDefault(true);
     stopButton_->setEnabled(false);
     stopButton_->setShortcut(QKeySequence(Qt::Key_Escape));
     extractButton_->setToolTip(QStringLiteral("Gather the text of every match (regular expressions only)"));
@@ -144,7 +143,7 @@ void RepForm::buildWidgets() {
     logo_->installEventFilter(this);
     auto* buttons = new QHBoxLayout(mid_);
     buttons->setContentsMargins(8, 4, 8, 6);
-    for (QPushButton* b : {findButton_, replaceButton_, extractButton_, stopButton_}) buttons->addWidget(b);
+    for (QAbstractButton* b : {findButton_, replaceButton_, extractButton_, stopButton_}) buttons->addWidget(b);
     buttons->addSpacing(12);
     buttons->addWidget(progress_, 1);
     buttons->addSpacing(12);
@@ -177,10 +176,10 @@ void RepForm::buildWidgets() {
         showAbout();
     });
 
-    connect(findButton_, &QPushButton::clicked, this, &RepForm::startFind);
-    connect(replaceButton_, &QPushButton::clicked, this, &RepForm::startReplace);
-    connect(extractButton_, &QPushButton::clicked, this, &RepForm::startExtract);
-    connect(stopButton_, &QPushButton::clicked, this, &RepForm::stopRun);
+    connect(findButton_, &QAbstractButton::clicked, this, &RepForm::startFind);
+    connect(replaceButton_, &QAbstractButton::clicked, this, &RepForm::startReplace);
+    connect(extractButton_, &QAbstractButton::clicked, this, &RepForm::startExtract);
+    connect(stopButton_, &QAbstractButton::clicked, this, &RepForm::stopRun);
     for (HistoryBox box : {HistoryBox::Find, HistoryBox::Folder, HistoryBox::Filter})
         connect(inputs_->box(box)->lineEdit(), &QLineEdit::returnPressed, this, [this] {
             if (findButton_->isEnabled()) startFind();
@@ -189,7 +188,7 @@ void RepForm::buildWidgets() {
         if (!isRunning()) extractButton_->setEnabled(on);
     });
     extractButton_->setEnabled(inputs_->option(OptionBox::RegularExpression)->isChecked());
-    connect(inputs_->folderButton(), &QPushButton::clicked, this, &RepForm::chooseFolder);
+    connect(inputs_->folderButton(), &QAbstractButton::clicked, this, &RepForm::chooseFolder);
     connect(dragLine_, &DragLine::dragged, this, &RepForm::moveDivider);
     connect(model_, &ResultsModel::checkChanged, this, &RepForm::onRowCheckChanged);
     connect(model_, &QAbstractItemModel::modelReset, this, [this] { view_->header()->setSortIndicatorShown(false); });
@@ -245,10 +244,10 @@ void RepForm::buildMenus() {
     help->addSeparator()->setObjectName(QStringLiteral("mdiv0"));
     QAction* web = help->addAction(QStringLiteral("Visit Brimlark on the web"));
     web->setObjectName(QStringLiteral("mweb"));
-    connect(web, &QAction::triggered, this, [this] { OpenPage(*desktop_, *messages_, QString::fromUtf8(kMakerPage), this); });
+    connect(web, &QAction::triggered, this, [this] { openPage(QString::fromUtf8(kMakerPage)); });
     QAction* home = help->addAction(QStringLiteral("Vantorel Home"));
     home->setObjectName(QStringLiteral("mweb2"));
-    connect(home, &QAction::triggered, this, [this] { OpenPage(*desktop_, *messages_, QString::fromUtf8(kProductPage), this); });
+    connect(home, &QAction::triggered, this, [this] { openPage(QString::fromUtf8(kProductPage)); });
     help->addSeparator()->setObjectName(QStringLiteral("mDiv1"));
     aboutAction_ = help->addAction(QStringLiteral("About..."));
     aboutAction_->setObjectName(QStringLiteral("mAbout"));
@@ -278,53 +277,10 @@ void RepForm::setStartFolder(const QString& folder) {
 
 bool RepForm::isRunning() const { return runs_->isRunning(); }
 
-// ---- Settings: what MainWindowState reads and writes --------------------
-
-std::vector<std::string> RepForm::historyItems(HistoryBox box) const { return inputs_->box(box)->items(); }
-
-void RepForm::setHistoryItems(HistoryBox box, const std::vector<std::string>& items) {
-    inputs_->box(box)->setItems(items);
-}
-
-std::string RepForm::boxText(HistoryBox box) const { return inputs_->box(box)->text(); }
-
-void RepForm::setBoxText(HistoryBox box, const std::string& text) { inputs_->box(box)->setText(text); }
-
-bool RepForm::isOptionChecked(OptionBox box) const { return inputs_->option(box)->isChecked(); }
-
-void RepForm::setOptionChecked(OptionBox box, bool checked) { inputs_->option(box)->setChecked(checked); }
-
-WindowGeometry RepForm::geometry() const {
-    const QRect normal = isMaximized() || isMinimized() ? normalGeometry() : QRect(pos(), size());
-    return WindowGeometry{pixelsToTwipsY(normal.y(), this), pixelsToTwipsX(normal.x(), this),
-                          pixelsToTwipsX(normal.width(), this), pixelsToTwipsY(normal.height(), this)};
-}
-
-void RepForm::setGeometry(const WindowGeometry& geometry) {
-    move(twipsToPixelsX(geometry.left, this), twipsToPixelsY(geometry.top, this));
-    if (geometry.width > 0 && geometry.height > 0)
-        resize(twipsToPixelsX(geometry.width, this), twipsToPixelsY(geometry.height, this));
-}
-
-WindowShowState RepForm::showState() const {
-    if (isMinimized()) return WindowShowState::Minimised;
-    if (isMaximized()) return WindowShowState::Maximised;
-    return WindowShowState::Normal;
-}
-
-void RepForm::maximise() { setWindowState(windowState() | Qt::WindowMaximized); }
-
 void RepForm::setDividerPosition(long position) {
     divider_ = position;
     layoutFrames();
 }
-
-void RepForm::setPreviewFont(const std::string& name, long size) {
-    preview_->pane()->setPreviewFont(QString::fromStdString(name), static_cast<int>(size));
-}
-
-// On a first run the About box comes up once, shortly after the window shows.
-void RepForm::switchOnFirstRunElement() { firstRun_ = true; }
 
 // ---- Starting and stopping runs ------------------------------------------
 
@@ -333,38 +289,11 @@ void RepForm::startReplace() { startRun(RunKind::Replace); }
 void RepForm::startExtract() { startRun(RunKind::Extract); }
 void RepForm::stopRun() { runs_->stop(); }
 
-RunRequest RepForm::buildRequest(RunKind kind) const {
-    RunRequest request;
-    request.kind = kind;
-    request.jobs.push_back({boxText(HistoryBox::Find), boxText(HistoryBox::Replace)});
-    std::string folder = boxText(HistoryBox::Folder);
-    if (!folder.empty() && QDir::isRelativePath(QString::fromStdString(folder)))
-        folder = QDir::current().absoluteFilePath(QString::fromStdString(folder)).toStdString();
-    request.startFolder = folder;
-    request.filter = boxText(HistoryBox::Filter);
-    request.regularExpression = isOptionChecked(OptionBox::RegularExpression);
-    request.ignoreCase = !isOptionChecked(OptionBox::MatchCase);
-    request.wholeWords = isOptionChecked(OptionBox::WholeWords) && !request.regularExpression;
-    request.scanSubfolders = settings_.ScanSubfolders;
-    request.makeBackups = settings_.MakeBackups;
-    request.showAll = settings_.ShowAll;
-    request.markedOnly = inputs_->markedBox()->isChecked();
-    if (request.markedOnly) request.markedFiles = model_->checkedPaths();
-    if (settings_.PreviewAll) {
-        const MatchPreview preview(previewSettings());
-        auto built = std::make_shared<std::atomic<long>>(0);
-        request.previewSection = [preview, built](const std::string& path, std::string_view text,
-                                                  TextEncoding encoding, const CompiledPattern& pattern) {
-            if (built->fetch_add(1) >= kSectionsBuilt) return StyledText{};
-            return preview.section(path, text, encoding, pattern);
-        };
-    }
-    return request;
-}
+JobSource RepForm::jobSource() const { return requests_->typedPair(); }
 
 void RepForm::startRun(RunKind kind) {
     if (isRunning()) return;
-    RunRequest request = buildRequest(kind);
+    RunRequest request = requests_->build(kind, jobSource());
     if (kind == RunKind::Extract && settings_.ClearExtractText) extractWindow()->clearText();
     inputs_->markedBox()->setEnabled(false);
     runs_->start(std::move(request));
@@ -374,7 +303,7 @@ void RepForm::setBusy(bool busy) {
     stopButton_->setEnabled(busy);
     findButton_->setEnabled(!busy);
     replaceButton_->setEnabled(!busy);
-    extractButton_->setEnabled(!busy && isOptionChecked(OptionBox::RegularExpression));
+    extractButton_->setEnabled(!busy && inputs_->option(OptionBox::RegularExpression)->isChecked());
     fileMenu_->menuAction()->setEnabled(!busy);
     viewMenu_->menuAction()->setEnabled(!busy);
     aboutAction_->setEnabled(!busy);
@@ -384,14 +313,7 @@ void RepForm::setBusy(bool busy) {
     else unsetCursor();
 }
 
-PreviewSettings RepForm::previewSettings() const {
-    return PreviewSettings{settings_.HitsPerPage, settings_.CharsAround, settings_.CharsBetween,
-                           settings_.ShowLineNumbers};
-}
-
-bool RepForm::ignoreCase() const { return !isOptionChecked(OptionBox::MatchCase); }
-
-// ---- What a run reports ----------------------------------------------------
+// ---- The extraction window and the end of a run ---------------------------
 
 ExtractForm* RepForm::extractWindow() {
     if (!extractForm_) extractForm_ = new ExtractForm(*desktop_, *messages_, this);
@@ -407,7 +329,8 @@ void RepForm::showExtractWindow() {
         QPoint place = frameGeometry().topRight() + QPoint(8, 0);
         if (const QScreen* screen = this->screen()) {
             const QRect room = screen->availableGeometry();
-            if (place.x() + window->width() > room.right()) place.setX(std::max(room.left(), room.right() - window->width()));
+            if (place.x() + window->width() > room.right())
+                place.setX(std::max(room.left(), room.right() - window->width()));
         }
         window->move(place);
     }
@@ -423,11 +346,8 @@ void RepForm::onRunFinished(const RunOutcome& outcome) {
     if (outcome.patternError) pointAtPatternError(outcome.patternError->offset(), outcome.patternError->what());
     if (outcome.result == RunResult::Completed) {
         const RunKind kind = display_->kind();
-        inputs_->box(HistoryBox::Find)->remember(QString::fromStdString(boxText(HistoryBox::Find)));
-        if (kind == RunKind::Replace)
-            inputs_->box(HistoryBox::Replace)->remember(QString::fromStdString(boxText(HistoryBox::Replace)));
-        inputs_->box(HistoryBox::Folder)->remember(QString::fromStdString(boxText(HistoryBox::Folder)));
-        inputs_->box(HistoryBox::Filter)->remember(QString::fromStdString(boxText(HistoryBox::Filter)));
+        for (HistoryBox box : {HistoryBox::Find, HistoryBox::Replace, HistoryBox::Folder, HistoryBox::Filter})
+            if (box != HistoryBox::Replace || kind == RunKind::Replace) inputs_->box(box)->rememberText();
         if (kind == RunKind::Extract && outcome.totalMatches > 0) showExtractWindow();
         // One file at a time: show the first file's matches straight away.
         if (!settings_.PreviewAll && model_->rowCount() > 0) {
@@ -461,7 +381,8 @@ void RepForm::onRowCheckChanged(int, bool checked) {
 void RepForm::previewSelectedRow() {
     const int row = view_->selectedRow();
     if (row < 0) return;
-    preview_->showFilePage(model_->pathAt(row), previewPattern(), ignoreCase(), previewSettings(), 1);
+    preview_->showFilePage(model_->pathAt(row), previewPattern(), requests_->ignoreCase(),
+                           requests_->previewSettings(), 1);
 }
 
 void RepForm::onListLeftReleased() {
@@ -479,7 +400,8 @@ void RepForm::onListLeftReleased() {
         preview_->pane()->scrollToBlock(anchor);
         emit previewShown();
     } else {
-        preview_->showSectionOnDemand(model_->pathAt(row), previewPattern(), ignoreCase(), previewSettings());
+        preview_->showSectionOnDemand(model_->pathAt(row), previewPattern(), requests_->ignoreCase(),
+                                      requests_->previewSettings());
     }
 }
 
@@ -551,17 +473,19 @@ void RepForm::showAbout() {
     about->open();
 }
 
+void RepForm::openPage(const QString& target) { OpenPage(*desktop_, *messages_, target, this); }
+
 void RepForm::showHelp() {
     const std::filesystem::path readme = findProgramFile(options_.programFolder, "readme.html");
     const std::filesystem::path shown = readme.empty() ? options_.programFolder / "readme.html" : readme;
-    OpenPage(*desktop_, *messages_, QString::fromStdString(shown.string()), this);
+    openPage(QString::fromStdString(shown.string()));
 }
 
 // ---- Window events and layout --------------------------------------------
 
 void RepForm::closeEvent(QCloseEvent* event) {
     runs_->abandon();
-    settingsStore_->SaveSettings(settings_, *this);
+    settingsStore_->SaveSettings(settings_, *windowState_);
     if (extractForm_) {
         // Exiting: the extraction window closes instead of hiding.
         extractForm_->setExiting(true);
@@ -589,7 +513,7 @@ bool RepForm::eventFilter(QObject* watched, QEvent* event) {
         clampDividerOnResize();
         layoutFrames();
     } else if (watched == logo_ && event->type() == QEvent::MouseButtonRelease) {
-        OpenPage(*desktop_, *messages_, QString::fromUtf8(kMakerPage), this);
+        openPage(QString::fromUtf8(kMakerPage));
         return true;
     }
     return QMainWindow::eventFilter(watched, event);

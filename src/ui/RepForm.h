@@ -8,19 +8,17 @@
 #include <filesystem>
 #include <memory>
 #include <string>
-#include <unordered_map>
 
 #include "core/AppSettings.h"
-#include "core/MainWindowState.h"
 #include "core/MessageHost.h"
 #include "core/SearchState.h"
-#include "results/MatchPreview.h"
 #include "results/ResultSort.h"
+#include "search/JobSource.h"
 
+class QAbstractButton;
 class QAction;
 class QLabel;
 class QMenu;
-class QPushButton;
 class QTimer;
 
 namespace vantorel {
@@ -34,14 +32,16 @@ class ColourProgressBar;
 class DesktopServices;
 class DragLine;
 class ExtractForm;
-class PopUpForm;
 class GuiMessageHost;
 class InputFrame;
+class PopUpForm;
 class PreviewFrame;
+class RepFormState;
 class ResultsModel;
 class ResultsView;
 class RunController;
 class RunDisplay;
+class RunRequestBuilder;
 
 struct RepFormOptions {
     // Where messages and questions go; by default the desktop's message boxes.
@@ -57,7 +57,7 @@ struct RepFormOptions {
     long long previewCharacters = 3'000'000;
 };
 
-class RepForm : public QMainWindow, public MainWindowState {
+class RepForm : public QMainWindow {
     Q_OBJECT
 public:
     // The divider keeps the list at least this tall and the preview band at
@@ -80,22 +80,9 @@ public:
     ResultsModel* results() const noexcept { return model_; }
     // The height of the band below the buttons, holding list, divider and preview (twips).
     long bandHeight() const;
-
-    // MainWindowState
-    std::vector<std::string> historyItems(HistoryBox box) const override;
-    void setHistoryItems(HistoryBox box, const std::vector<std::string>& items) override;
-    std::string boxText(HistoryBox box) const override;
-    void setBoxText(HistoryBox box, const std::string& text) override;
-    bool isOptionChecked(OptionBox box) const override;
-    void setOptionChecked(OptionBox box, bool checked) override;
-    WindowGeometry geometry() const override;
-    void setGeometry(const WindowGeometry& geometry) override;
-    WindowShowState showState() const override;
-    void maximise() override;
-    long dividerPosition() const override { return divider_; }
-    void setDividerPosition(long position) override;
-    void setPreviewFont(const std::string& name, long size) override;
-    void switchOnFirstRunElement() override;
+    // The height of the list above the divider (twips).
+    long dividerPosition() const noexcept { return divider_; }
+    void setDividerPosition(long position);
 
 public slots:
     void startFind();
@@ -121,11 +108,9 @@ private:
     void buildMenus();
     void loadIntroduction();
     void startRun(RunKind kind);
-    RunRequest buildRequest(RunKind kind) const;
+    // The pair typed in the window (the batch queue's steps while one is queued).
+    JobSource jobSource() const;
     void setBusy(bool busy);
-    PreviewSettings previewSettings() const;
-    bool ignoreCase() const;
-
     void onRunFinished(const RunOutcome& outcome);
     void showExtractWindow();
 
@@ -141,6 +126,7 @@ private:
     void chooseFolder();
     void showAbout();
     void showHelp();
+    void openPage(const QString& target);
     void pointAtPatternError(std::size_t offset, const std::string& what);
 
     void layoutFrames();
@@ -153,6 +139,8 @@ private:
     DesktopServices* desktop_ = nullptr;
     std::unique_ptr<RegistryStore> store_;
     std::unique_ptr<SettingsStore> settingsStore_;
+    std::unique_ptr<RepFormState> windowState_;
+    std::unique_ptr<RunRequestBuilder> requests_;
     AppSettings settings_;
     SearchState state_;
     RunDisplay* display_ = nullptr;
@@ -165,10 +153,10 @@ private:
     PreviewFrame* preview_ = nullptr;
     ResultsView* view_ = nullptr;
     ResultsModel* model_ = nullptr;
-    QPushButton* findButton_ = nullptr;
-    QPushButton* replaceButton_ = nullptr;
-    QPushButton* extractButton_ = nullptr;
-    QPushButton* stopButton_ = nullptr;
+    QAbstractButton* findButton_ = nullptr;
+    QAbstractButton* replaceButton_ = nullptr;
+    QAbstractButton* extractButton_ = nullptr;
+    QAbstractButton* stopButton_ = nullptr;
     ColourProgressBar* progress_ = nullptr;
     QLabel* versionLabel_ = nullptr;
     QLabel* logo_ = nullptr;
@@ -185,7 +173,6 @@ private:
 
     long divider_ = 3000;  // the list's height, in twips
     SortDirections sortDirections_;
-
 };
 
 }  // namespace vantorel::ui

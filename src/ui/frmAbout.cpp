@@ -4,8 +4,9 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QMouseEvent>
-#include <QPushButton>
+#include <QAbstractButton>
 
+#include "ui/CommandButton.h"
 #include "ui/FileDialog.h"
 #include "ui/Logo.h"
 
@@ -46,10 +47,8 @@ frmAbout::frmAbout(DesktopServices& desktop, MessageHost& messages, QWidget* par
     label3->setObjectName(QStringLiteral("Label3"));
     label3->setTextInteractionFlags(Qt::NoTextInteraction);  // the click goes through OpenPage
     label3->setCursor(Qt::PointingHandCursor);
-    auto* ok = new QPushButton(QStringLiteral("OK"), this);
-    ok->setObjectName(QStringLiteral("CmdOK"));
-    ok->setDefault(true);
-    connect(ok, &QPushButton::clicked, this, &QDialog::accept);
+    QAbstractButton* ok = makeCommandButton(this, "CmdOK", QStringLiteral("OK"), true);
+    connect(ok, &QAbstractButton::clicked, this, &QDialog::accept);
 
     for (QLabel* clickable : {image1, image2, label3}) {
         clickable->setCursor(Qt::PointingHandCursor);
