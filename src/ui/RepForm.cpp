@@ -429,9 +429,9 @@ void RepForm::onPreviewAllTriggered(bool on) {
     settings_.PreviewAll = on;
     previewAllAction_->setChecked(on);
     if (on) {
+        preview_->showStaleNotice();
         preview_->pane()->setPreviewFont(QString::fromStdString(settings_.PreviewFontName),
                                          static_cast<int>(settings_.PreviewFontSize));
-        preview_->showStaleNotice();
         emit previewShown();
     } else if (view_->selectedRow() >= 0) {
         previewSelectedRow();

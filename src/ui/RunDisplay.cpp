@@ -46,9 +46,9 @@ void RunDisplay::show(RunReport report) {
 void RunDisplay::start(RunKind kind) {
     kind_ = kind;
     parts_.progress.setProgress(-1, PassKind::Searching);
+    parts_.preview.startRun(settings_.PreviewAll);
     parts_.preview.pane()->setPreviewFont(QString::fromStdString(settings_.PreviewFontName),
                                           static_cast<int>(settings_.PreviewFontSize));
-    parts_.preview.startRun(settings_.PreviewAll);
     anchorsByPath_.clear();
     pendingAnchor_ = -1;
     previewFull_ = false;
