@@ -6,6 +6,7 @@
 
 #include <QObject>
 #include <functional>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <utility>
