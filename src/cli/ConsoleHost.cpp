@@ -95,24 +95,28 @@ bool ConsoleHost::askYesNo(const Message& question) {
 
 void ConsoleHost::report(RunReport report) {
     std::visit(Overloaded{
-                   [this](const reports::PassStarted& started) {
-                       holdRows_ = started.pass == PassKind::Counting && options_.assumeYes;
-                   },
-                   [this](const reports::RowsCleared&) {
-                       heldRows_.clear();
-                       rows_.clear();
-                   },
-                   [this](reports::Row& added) {
-                       rows_.push_back(ResultRow::fromReport(added.row));
-                       if (holdRows_) heldRows_.push_back(std::move(added.row));
-                       else printRow(added.row);
-                   },
-                   [](const reports::Extracted& extracted) {
-                       std::fwrite(extracted.text.data(), 1, extracted.text.size(), stdout);
-                   },
+                   [this](const reports::PassStarted& started) { passStarted(started.pass); },
+                   [this](const reports::RowsCleared&) { clearRows(); },
+                   [this](const reports::Row& added) { addRow(added.row); },
+                   [this](const reports::Extracted& extracted) { appendExtracted(extracted.text); },
                    [](const auto&) {},  // the terminal shows no status, progress or preview
                },
                report);
+}
+
+void ConsoleHost::passStarted(PassKind pass) {
+    holdRows_ = pass == PassKind::Counting && options_.assumeYes;
+}
+
+void ConsoleHost::clearRows() {
+    heldRows_.clear();
+    rows_.clear();
+}
+
+void ConsoleHost::addRow(const FileReport& row) {
+    rows_.push_back(ResultRow::fromReport(row));
+    if (holdRows_) heldRows_.push_back(row);
+    else printRow(row);
 }
 
 void ConsoleHost::printRow(const FileReport& row) {
@@ -131,6 +135,10 @@ void ConsoleHost::printRow(const FileReport& row) {
 void ConsoleHost::printHeldRows() {
     for (const FileReport& row : heldRows_) printRow(row);
     heldRows_.clear();
+}
+
+void ConsoleHost::appendExtracted(std::string_view text) {
+    std::fwrite(text.data(), 1, text.size(), stdout);
 }
 
 void ConsoleHost::finish(const RunOutcome& outcome) {

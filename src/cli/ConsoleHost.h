@@ -28,6 +28,11 @@ public:
     const std::vector<ResultRow>& rows() const { return rows_; }
 
 private:
+    // What the reports the terminal shows do there.
+    void passStarted(PassKind pass);
+    void clearRows();
+    void addRow(const FileReport& row);
+    void appendExtracted(std::string_view text);
     void printRow(const FileReport& row);
     void printHeldRows();
 

@@ -3,8 +3,8 @@
 // folder (and, if wanted, all its subfolders) whose name matches one of the
 // filter's wildcard patterns. The walk is breadth-first; entries of one
 // folder are taken in name order. Folders reached through symbolic links are
-// not entered, and no folder is entered twice (no loops); linked files are
-// listed. Special files (pipes, devices, sockets) are never listed.
+// not entered (no loops); linked files are listed. Special files (pipes,
+// devices, sockets) are never listed.
 
 #include <atomic>
 #include <functional>

@@ -30,11 +30,12 @@ Message runFailure(const char* what) {
     return Message{std::string(kRunError) + "\r\n" + what, kProgramTitle, MessageIcon::Warning, MessageKind::Failure};
 }
 
+// The system reads a name only up to its first NUL.
+bool holdsNul(std::string_view text) { return text.find('\0') != std::string_view::npos; }
+
 Message information(std::string text, MessageKind kind, std::string title = kProgramTitle) {
     return Message{std::move(text), std::move(title), MessageIcon::Information, kind};
 }
-
-bool holdsNul(std::string_view text) { return text.find('\0') != std::string_view::npos; }
 
 unsigned threadCount(unsigned requested) {
     if (requested > 0) return requested;
@@ -92,7 +93,7 @@ private:
                 if (!host_.askYesNo(question)) return false;
             }
         }
-        // The system reads a name only up to a NUL: one holding a NUL is refused.
+        // A filter or folder holding a NUL is refused.
         if (request_.filter.empty() || holdsNul(request_.filter)) {
             host_.showMessage(information(kInvalidFilter, MessageKind::Validation));
             return false;
