@@ -4,9 +4,10 @@
 
 namespace vantorel::ui {
 
-QAbstractButton* makeCommandButton(QWidget* parent, const char* objectName, const QString& caption, bool isDefault) {
+QAbstractButton* makeCommandButton(const char* objectName, const QString& caption, QWidget* parent, bool isDefault) {
     auto* button = new QPushButton(caption, parent);
     button->setObjectName(QString::fromLatin1(objectName));
+    button->setAutoDefault(false);
     button->setDefault(isDefault);
     return button;
 }

@@ -1,17 +1,16 @@
 #pragma once
-// The windows' command buttons are all made here: today a push button with a
-// caption; the program's own button control takes its place in this one spot.
+// The command buttons of every window are made here, in one place, so that
+// the program's own button control can take QPushButton's place by a change
+// to this function alone.
 
+#include <QAbstractButton>
 #include <QString>
-
-class QAbstractButton;
-class QWidget;
 
 namespace vantorel::ui {
 
 // A button named `objectName` with `caption`; the default one of its window
 // when `isDefault`.
-QAbstractButton* makeCommandButton(QWidget* parent, const char* objectName, const QString& caption,
+QAbstractButton* makeCommandButton(const char* objectName, const QString& caption, QWidget* parent,
                                    bool isDefault = false);
 
 }  // namespace vantorel::ui

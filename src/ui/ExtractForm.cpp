@@ -35,9 +35,9 @@ ExtractForm::ExtractForm(DesktopServices& desktop, MessageHost& messages, QWidge
     text_ = new QPlainTextEdit(this);
     text_->setObjectName(QStringLiteral("ExtTxt"));
     text_->setLineWrapMode(QPlainTextEdit::NoWrap);
-    saveButton_ = makeCommandButton(this, "SaveBtn", QStringLiteral("Save Text..."));
-    clearButton_ = makeCommandButton(this, "ClearButton", QStringLiteral("Clear Text"));
-    hideButton_ = makeCommandButton(this, "HideBtn", QStringLiteral("Hide"));
+    saveButton_ = makeCommandButton("SaveBtn", QStringLiteral("Save Text..."), this);
+    clearButton_ = makeCommandButton("ClearButton", QStringLiteral("Clear Text"), this);
+    hideButton_ = makeCommandButton("HideBtn", QStringLiteral("Hide"), this);
     connect(saveButton_, &QAbstractButton::clicked, this, &ExtractForm::save);
     connect(clearButton_, &QAbstractButton::clicked, this, &ExtractForm::clearText);
     connect(hideButton_, &QAbstractButton::clicked, this, &QWidget::hide);

@@ -38,7 +38,7 @@ InputFrame::InputFrame(QWidget* parent) : QWidget(parent) {
     replaceCaption_ = caption(QStringLiteral("RepCaption"), QStringLiteral("&Replace:"), replace_, this);
     folderLabel_ = caption(QStringLiteral("StLocLbl"), QStringLiteral("F&older:"), folder_, this);
     filterLabel_ = caption(QStringLiteral("ffiltLbl"), QStringLiteral("Fi&les:"), filter_, this);
-    folderButton_ = makeCommandButton(this, "FolderButton", QStringLiteral("..."));
+    folderButton_ = makeCommandButton("FolderButton", QStringLiteral("..."), this);
     folderButton_->setToolTip(QStringLiteral("Choose the start folder"));
     folderButton_->setFixedWidth(folderButton_->fontMetrics().horizontalAdvance(QStringLiteral("...")) + 24);
     regularExpression_ = checkBox(QStringLiteral("RegExpFind"), QStringLiteral("Re&gular Expression"), this);

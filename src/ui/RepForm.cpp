@@ -121,7 +121,7 @@ void RepForm::buildWidgets() {
     mid_ = new QWidget(central);
     mid_->setObjectName(QStringLiteral("MidFrame"));
     auto button = [this](const char* name, const QString& text, bool isDefault = false) {
-        QAbstractButton* b = makeCommandButton(mid_, name, text, isDefault);
+        QAbstractButton* b = makeCommandButton(name, text, mid_, isDefault);
         b->setMinimumWidth(std::max(b->sizeHint().width(), twipsToPixelsX(1200, this)));
         return b;
     };

@@ -47,7 +47,7 @@ frmAbout::frmAbout(DesktopServices& desktop, MessageHost& messages, QWidget* par
     label3->setObjectName(QStringLiteral("Label3"));
     label3->setTextInteractionFlags(Qt::NoTextInteraction);  // the click goes through OpenPage
     label3->setCursor(Qt::PointingHandCursor);
-    QAbstractButton* ok = makeCommandButton(this, "CmdOK", QStringLiteral("OK"), true);
+    QAbstractButton* ok = makeCommandButton("CmdOK", QStringLiteral("OK"), this, true);
     connect(ok, &QAbstractButton::clicked, this, &QDialog::accept);
 
     for (QLabel* clickable : {image1, image2, label3}) {
