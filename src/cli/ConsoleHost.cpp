@@ -114,6 +114,17 @@ bool ConsoleHost::askYesNo(const Message& question) {
     return answer == "y" || answer == "Y" || answer == "yes" || answer == "Yes" || answer == "YES";
 }
 
+void ConsoleHost::report(RunReport report) {
+    std::visit(Overloaded{
+                   [this](const reports::PassStarted& started) { passStarted(started.pass); },
+                   [this](const reports::RowsCleared&) { clearRows(); },
+                   [this](const reports::Row& added) { addRow(added.row); },
+                   [this](const reports::Extracted& extracted) { appendExtracted(extracted.text); },
+                   [](const auto&) {},  // the terminal shows no status, progress or preview
+               },
+               report);
+}
+
 void ConsoleHost::passStarted(PassKind pass) {
     holdRows_ = pass == PassKind::Counting;
 }

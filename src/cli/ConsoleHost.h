@@ -19,10 +19,7 @@ public:
 
     void showMessage(const Message& message) override;
     bool askYesNo(const Message& question) override;
-    void passStarted(PassKind pass) override;
-    void clearRows() override;
-    void addRow(const FileReport& row) override;
-    void appendExtracted(std::string_view text) override;
+    void report(RunReport report) override;
 
     // Prints what is left after the run: held rows, the summary and the
     // messages it ended with.
@@ -31,6 +28,11 @@ public:
     const std::vector<ResultRow>& rows() const { return rows_; }
 
 private:
+    // What the reports the terminal shows do there.
+    void passStarted(PassKind pass);
+    void clearRows();
+    void addRow(const FileReport& row);
+    void appendExtracted(std::string_view text);
     void printRow(const FileReport& row);
     void printHeldRows();
 

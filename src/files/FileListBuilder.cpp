@@ -4,6 +4,8 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cstdint>
+#include <unordered_set>
 
 #include "core/TemporaryFiles.h"
 #include "files/FileFunctions.h"
@@ -53,11 +55,33 @@ EntryKind kindOf(const std::string& folder, const dirent* entry) {
     }
 }
 
-// The folder's entries in name order; nothing when it cannot be read.
-std::vector<Entry> readFolder(const std::string& folder) {
+// A folder as the system knows it, whatever name reached it.
+struct FolderId {
+    dev_t device;
+    ino_t inode;
+    bool operator==(const FolderId&) const = default;
+};
+
+struct FolderIdHash {
+    std::size_t operator()(const FolderId& id) const noexcept {
+        return std::hash<std::uint64_t>()(static_cast<std::uint64_t>(id.inode) * 31 +
+                                          static_cast<std::uint64_t>(id.device));
+    }
+};
+
+using VisitedFolders = std::unordered_set<FolderId, FolderIdHash>;
+
+// The folder's entries in name order; nothing when it cannot be read or was
+// read before under another name.
+std::vector<Entry> readFolder(const std::string& folder, VisitedFolders& visited) {
     std::vector<Entry> entries;
     DIR* dir = ::opendir(folder.c_str());
     if (!dir) return entries;
+    struct stat st {};
+    if (::fstat(::dirfd(dir), &st) != 0 || !visited.insert(FolderId{st.st_dev, st.st_ino}).second) {
+        ::closedir(dir);
+        return entries;
+    }
     while (const dirent* entry = ::readdir(dir)) {
         const std::string_view name = entry->d_name;
         if (name == "." || name == "..") continue;
@@ -81,11 +105,12 @@ FileList BuildFileList(const std::string& startFolder, const std::string& filter
         return list;
     }
     list.folders.push_back(withTrailingSeparator(startFolder));
+    VisitedFolders visited;
     // Breadth-first: folders appended during the walk are visited in turn.
     for (std::size_t f = 0; f < list.folders.size(); ++f) {
         const std::string folder = list.folders[f];
         if (callbacks.status) callbacks.status("Building File List: " + folder);
-        for (const Entry& entry : readFolder(folder)) {
+        for (const Entry& entry : readFolder(folder, visited)) {
             if (entry.kind == EntryKind::Folder) {
                 if (includeSubfolders) list.folders.push_back(folder + entry.name + kPathSeparator);
             } else if (entry.kind == EntryKind::File && matchesAny(patterns, entry.name) &&

@@ -245,4 +245,13 @@ std::string MatchPreview::displayPath(const std::string& path) {
     return isValidUtf8(path) ? path : windows1252ToUtf8(path);
 }
 
+StyledText MatchPreview::staleNotice() {
+    return {StyledRun{"Preview will not be updated until the search is performed again.", kBlack, false}};
+}
+
+StyledText MatchPreview::fullNotice() {
+    return {StyledRun{"The preview holds the files above. Click a later file in the list to see its matches here.\r\n\r\n",
+                      kGrey, true}};
+}
+
 }  // namespace vantorel

@@ -61,6 +61,10 @@ public:
     static std::string caption(std::uint64_t first, std::uint64_t lastShown, const std::string& shownPath);
     // A path as text to show: UTF-8 as it is, other bytes as Windows-1252.
     static std::string displayPath(const std::string& path);
+    // What the pane shows once combined mode is switched on again.
+    static StyledText staleNotice();
+    // What ends a combined preview that holds as much as it may.
+    static StyledText fullNotice();
 
 private:
     std::uint64_t renderHits(std::string_view text, TextEncoding encoding, const CompiledPattern& pattern,

@@ -27,40 +27,36 @@ bool anyMarked(const std::vector<bool>& marks) {
     return std::find(marks.begin(), marks.end(), true) != marks.end();
 }
 
-namespace {
+MarkedBoxState markedBoxAfterMarking() { return {true, true, true}; }
 
-MarkedBoxState ticked() { return {true, true, true}; }
-MarkedBoxState afterUnmarking(const std::vector<bool>& marks) {
-    // The box stays as it is while a mark is left; with none it is disabled.
-    return anyMarked(marks) ? MarkedBoxState{true, false, false} : MarkedBoxState{false, false, false};
+MarkedBoxState markedBoxFor(bool anyMarkLeft) {
+    return anyMarkLeft ? MarkedBoxState{true, false, false} : MarkedBoxState{false, false, true};
 }
-
-}  // namespace
 
 MarkedBoxState MarkAction::toggle(std::size_t row) {
     if (!marks[row]) {
         marks[row] = true;
-        return ticked();
+        return markedBoxAfterMarking();
     }
     marks[row] = false;
-    return afterUnmarking(marks);
+    return markedBoxFor(anyMarked(marks));
 }
 
 MarkedBoxState MarkAction::markSelected() {
     for (std::size_t i = 0; i < marks.size(); ++i)
         if (selected[i]) marks[i] = true;
-    return ticked();
+    return markedBoxAfterMarking();
 }
 
 MarkedBoxState MarkAction::unmarkSelected() {
     for (std::size_t i = 0; i < marks.size(); ++i)
         if (selected[i]) marks[i] = false;
-    return afterUnmarking(marks);
+    return markedBoxFor(anyMarked(marks));
 }
 
 MarkedBoxState MarkAction::invert() {
     for (std::size_t i = 0; i < marks.size(); ++i) marks[i] = !marks[i];
-    return MarkedBoxState{anyMarked(marks), false, false};
+    return markedBoxFor(anyMarked(marks));
 }
 
 }  // namespace vantorel

@@ -28,13 +28,19 @@ struct MarkedBoxState {
     bool touchChecked;
 };
 
+// A mark was set: the box is enabled and ticked.
+MarkedBoxState markedBoxAfterMarking();
+// Marks were removed (or the list was rebuilt): with no mark left the box is
+// cleared and disabled, which frees the inputs it locked; otherwise it is
+// enabled and keeps its tick.
+MarkedBoxState markedBoxFor(bool anyMarkLeft);
+
 // The marks of the rows and which rows are selected, in list order.
 struct MarkAction {
     std::vector<bool>& marks;
     const std::vector<bool>& selected;
 
-    // The row's own item: marks an unmarked row (and ticks the box), unmarks a
-    // marked one (and disables the box when no mark is left).
+    // The row's own item: marks an unmarked row, unmarks a marked one.
     MarkedBoxState toggle(std::size_t row);
     MarkedBoxState markSelected();
     MarkedBoxState unmarkSelected();

@@ -1,33 +1,32 @@
 #pragma once
 // What a run reports to the front end that started it. Every call comes from
-// the thread that runs the driver, in the order the user is to see it.
+// the thread that runs the driver, in the order the user is to see it. A
+// front end receives every report through report(); messages and questions
+// are round trips through MessageHost.
 
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "core/MessageHost.h"
-#include "search/RunTypes.h"
+#include "search/RunReport.h"
 
 namespace vantorel {
 
 class RunHost : public MessageHost {
 public:
-    // The first panel of the status bar.
-    virtual void setStatus(const std::string& text) { (void)text; }
-    // The progress bar, in the colours of the pass (writing: green on red,
-    // otherwise yellow on blue); percent -1 resets it.
-    virtual void setProgress(int percent, PassKind pass) { (void)percent; (void)pass; }
-    // Validation passed: the window enters its busy state.
-    virtual void runStarted(const RunRequest& request) { (void)request; }
-    virtual void passStarted(PassKind pass) { (void)pass; }
-    virtual void clearRows() {}
-    // A file's section of the combined preview, just before its row.
-    virtual void appendPreview(const StyledText& section) { (void)section; }
-    virtual void addRow(const FileReport& row) { (void)row; }
-    // Extract: the values of one file's matches, each followed by CR LF.
-    virtual void appendExtracted(std::string_view text) { (void)text; }
-    // The run is over (also after a refusal or a failure): the window goes idle.
-    virtual void runFinished(const RunOutcome& outcome) { (void)outcome; }
+    virtual void report(RunReport report) = 0;
+
+    // The driver's words for each report.
+    void runStarted(const RunRequest& request) { report(reports::Started{request.kind}); }
+    void passStarted(PassKind pass) { report(reports::PassStarted{pass}); }
+    void setStatus(std::string text) { report(reports::Status{std::move(text)}); }
+    void setProgress(int percent, PassKind pass) { report(reports::Progress{percent, pass}); }
+    void clearRows() { report(reports::RowsCleared{}); }
+    void appendPreview(StyledText section) { report(reports::PreviewSection{std::move(section)}); }
+    void addRow(FileReport row) { report(reports::Row{std::move(row)}); }
+    void appendExtracted(std::string_view text) { report(reports::Extracted{std::string(text)}); }
+    void runFinished(const RunOutcome& outcome) { report(reports::Finished{outcome}); }
 };
 
 }  // namespace vantorel

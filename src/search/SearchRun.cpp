@@ -30,6 +30,13 @@ constexpr const char* kNoMatches = "No matches found in files.";
 constexpr const char* kReplaceComplete = "Replace Operation Complete";
 constexpr const char* kRunError = "Error in Find/Replace process!";
 
+Message runFailure(const char* what) {
+    return Message{std::string(kRunError) + "\r\n" + what, kProgramTitle, MessageIcon::Warning, MessageKind::Failure};
+}
+
+// The system reads a name only up to its first NUL.
+bool holdsNul(std::string_view text) { return text.find('\0') != std::string_view::npos; }
+
 Message information(std::string text, MessageKind kind, std::string title = kProgramTitle) {
     return Message{std::move(text), std::move(title), MessageIcon::Information, kind};
 }
@@ -79,8 +86,7 @@ public:
             outcome_.result = RunResult::Completed;
         } catch (const std::exception& error) {
             outcome_.result = RunResult::Failed;
-            host_.showMessage(Message{std::string(kRunError) + "\r\n" + error.what(), kProgramTitle,
-                                      MessageIcon::Warning, MessageKind::Failure});
+            host_.showMessage(runFailure(error.what()));
         }
         host_.setProgress(-1, PassKind::Searching);
         host_.runFinished(outcome_);
@@ -108,11 +114,12 @@ private:
                 if (!host_.askYesNo(question)) return false;
             }
         }
-        if (request_.filter.empty()) {
+        // A filter or folder holding a NUL is refused.
+        if (request_.filter.empty() || holdsNul(request_.filter)) {
             host_.showMessage(information(kInvalidFilter, MessageKind::Validation));
             return false;
         }
-        if (request_.startFolder.empty() || !FolderExists(request_.startFolder)) {
+        if (request_.startFolder.empty() || holdsNul(request_.startFolder) || !FolderExists(request_.startFolder)) {
             host_.showMessage(information(kInvalidFolder, MessageKind::Validation));
             return false;
         }
@@ -129,7 +136,8 @@ private:
             files_ = BuildFileList(request_.startFolder, request_.filter, request_.scanSubfolders,
                                    state_.stopRequested, callbacks);
         } else {
-            for (const std::string& path : request_.markedFiles) files_.addPath(path);
+            for (const std::string& path : request_.markedFiles)
+                if (!holdsNul(path)) files_.addPath(path);
             host_.clearRows();
         }
     }
@@ -363,7 +371,16 @@ std::string replaceSummary(std::uint64_t filesDone, std::uint64_t matches, std::
 }
 
 RunOutcome RunSearch(const RunRequest& request, SearchState& state, RunHost& host) {
-    return Driver(request, state, host).run();
+    try {
+        return Driver(request, state, host).run();
+    } catch (const std::exception& error) {
+        // Whatever escapes the driver still ends the run visibly.
+        host.showMessage(runFailure(error.what()));
+        RunOutcome outcome;
+        outcome.result = RunResult::Failed;
+        host.runFinished(outcome);
+        return outcome;
+    }
 }
 
 }  // namespace vantorel

@@ -6,7 +6,9 @@
 #include <QString>
 #include <QStringList>
 #include <QUrl>
+#include <functional>
 
+class QObject;
 class QWidget;
 
 namespace vantorel::ui {
@@ -14,8 +16,10 @@ namespace vantorel::ui {
 class DesktopServices {
 public:
     virtual ~DesktopServices() = default;
-    // True when the desktop took the address.
-    virtual bool openUrl(const QUrl& url) = 0;
+    // Opens a page, a document or a folder with the desktop's handler, without
+    // waiting for it. `done` learns later, on the window's thread, whether it
+    // worked; it is not called once `receiver` is gone, and may be empty.
+    virtual void openUrl(const QUrl& url, QObject* receiver, std::function<void(bool opened)> done) = 0;
     // The chosen folder, or "" when cancelled.
     virtual QString chooseFolder(QWidget* owner, const QString& title, const QString& start) = 0;
     // The chosen file, or "" when cancelled. `filter` is in the desktop's
@@ -27,15 +31,21 @@ public:
     virtual bool startProgram(const QString& program, const QStringList& arguments) = 0;
 };
 
-// The desktop's own handlers and dialogs.
+// The desktop's own handlers and dialogs. Pages, documents and folders go
+// to `opener` (xdg-open), whose exit status tells whether they opened.
 class SystemDesktop : public DesktopServices {
 public:
-    bool openUrl(const QUrl& url) override;
+    explicit SystemDesktop(QString opener = QStringLiteral("xdg-open")) : opener_(std::move(opener)) {}
+
+    void openUrl(const QUrl& url, QObject* receiver, std::function<void(bool opened)> done) override;
     QString chooseFolder(QWidget* owner, const QString& title, const QString& start) override;
     QString chooseFileToSave(QWidget* owner, const QString& filter, const QString& defaultSuffix,
                              const QString& folder) override;
     QString chooseFileToOpen(QWidget* owner, const QString& filter, const QString& folder) override;
     bool startProgram(const QString& program, const QStringList& arguments) override;
+
+private:
+    QString opener_;
 };
 
 }  // namespace vantorel::ui

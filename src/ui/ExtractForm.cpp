@@ -3,12 +3,13 @@
 #include <QCloseEvent>
 #include <QDir>
 #include <QPlainTextEdit>
-#include <QPushButton>
+#include <QAbstractButton>
 #include <QResizeEvent>
 
-#include "core/MessageHost.h"
 #include "core/AtomicFileWriter.h"
+#include "core/FrontEndMessages.h"
 #include "results/RtfWriter.h"
+#include "ui/CommandButton.h"
 #include "ui/FileDialog.h"
 #include "ui/PreviewPane.h"
 #include "ui/Twips.h"
@@ -22,8 +23,7 @@ bool saveBytes(MessageHost& messages, const QString& path, const std::string& by
         writer.commit();
         return true;
     } catch (const std::exception& error) {
-        messages.showMessage(Message{path.toStdString() + " could not be saved.\r\n" + error.what(), kProgramTitle,
-                                     MessageIcon::Warning, MessageKind::FileError});
+        messages.showMessage(fileNotSaved(path.toStdString(), error.what()));
         return false;
     }
 }
@@ -35,17 +35,12 @@ ExtractForm::ExtractForm(DesktopServices& desktop, MessageHost& messages, QWidge
     text_ = new QPlainTextEdit(this);
     text_->setObjectName(QStringLiteral("ExtTxt"));
     text_->setLineWrapMode(QPlainTextEdit::NoWrap);
-    auto button = [this](const char* name, const QString& caption) {
-        auto* b = new QPushButton(caption, this);
-        b->setObjectName(QString::fromLatin1(name));
-        return b;
-    };
-    saveButton_ = button("SaveBtn", QStringLiteral("Save Text..."));
-    clearButton_ = button("ClearButton", QStringLiteral("Clear Text"));
-    hideButton_ = button("HideBtn", QStringLiteral("Hide"));
-    connect(saveButton_, &QPushButton::clicked, this, &ExtractForm::save);
-    connect(clearButton_, &QPushButton::clicked, this, &ExtractForm::clearText);
-    connect(hideButton_, &QPushButton::clicked, this, &QWidget::hide);
+    saveButton_ = makeCommandButton("SaveBtn", QStringLiteral("Save Text..."), this);
+    clearButton_ = makeCommandButton("ClearButton", QStringLiteral("Clear Text"), this);
+    hideButton_ = makeCommandButton("HideBtn", QStringLiteral("Hide"), this);
+    connect(saveButton_, &QAbstractButton::clicked, this, &ExtractForm::save);
+    connect(clearButton_, &QAbstractButton::clicked, this, &ExtractForm::clearText);
+    connect(hideButton_, &QAbstractButton::clicked, this, &QWidget::hide);
     // The designed size: the text box 500 twips narrower and 1500 lower than
     // the window's inside, the buttons in the band below it.
     resize(twipsToPixelsX(9000, this), twipsToPixelsY(7000, this));
@@ -103,7 +98,7 @@ void ExtractForm::resizeEvent(QResizeEvent* event) {
 void ExtractForm::placeButtons() {
     const int top = text_->geometry().bottom() + twipsToPixelsY(250, this);
     int left = text_->x();
-    for (QPushButton* b : {saveButton_, clearButton_, hideButton_}) {
+    for (QAbstractButton* b : {saveButton_, clearButton_, hideButton_}) {
         const QSize size(std::max(b->sizeHint().width(), twipsToPixelsX(1400, this)), b->sizeHint().height());
         b->setGeometry(QRect(QPoint(left, top), size));
         left += size.width() + twipsToPixelsX(150, this);

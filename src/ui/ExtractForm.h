@@ -7,8 +7,8 @@
 #include <QWidget>
 #include <string>
 
+class QAbstractButton;
 class QPlainTextEdit;
-class QPushButton;
 
 namespace vantorel {
 class MessageHost;
@@ -43,9 +43,9 @@ private:
     DesktopServices& desktop_;
     MessageHost& messages_;
     QPlainTextEdit* text_ = nullptr;
-    QPushButton* saveButton_ = nullptr;
-    QPushButton* clearButton_ = nullptr;
-    QPushButton* hideButton_ = nullptr;
+    QAbstractButton* saveButton_ = nullptr;
+    QAbstractButton* clearButton_ = nullptr;
+    QAbstractButton* hideButton_ = nullptr;
     bool exiting_ = false;
 };
 

@@ -4,6 +4,8 @@
 #include <QStringList>
 #include <QUrl>
 
+#include "core/FrontEndMessages.h"
+
 namespace vantorel::ui {
 
 const char* const kMakerPage = "https://www.brimlark.example/";
@@ -40,15 +42,19 @@ QString BrowseForFolder(DesktopServices& desktop, QWidget* owner, const QString&
     return desktop.chooseFolder(owner, title, startFolder);
 }
 
-bool OpenPage(DesktopServices& desktop, MessageHost& messages, const QString& target) {
+void OpenPage(DesktopServices& desktop, MessageHost& messages, const QString& target, QObject* receiver) {
     QUrl url(target, QUrl::StrictMode);
     if (url.scheme().isEmpty() || url.isLocalFile()) {
         const QString file = url.isLocalFile() ? url.toLocalFile() : target;
         url = QFileInfo::exists(file) ? QUrl::fromLocalFile(file) : QUrl();
     }
-    if (url.isValid() && !url.isEmpty() && desktop.openUrl(url)) return true;
-    messages.showMessage(Message{"Unable to find/view page.", kProgramTitle, MessageIcon::Warning, MessageKind::Notice});
-    return false;
+    if (!url.isValid() || url.isEmpty()) {
+        messages.showMessage(unableToViewPage());
+        return;
+    }
+    desktop.openUrl(url, receiver, [&messages](bool opened) {
+        if (!opened) messages.showMessage(unableToViewPage());
+    });
 }
 
 }  // namespace vantorel::ui

@@ -25,8 +25,8 @@ QString OpenFileDialog(DesktopServices& desktop, QWidget* owner, const QString& 
 QString BrowseForFolder(DesktopServices& desktop, QWidget* owner, const QString& title, const QString& startFolder);
 
 // Opens a web address or a local document with the desktop's handler; when
-// that fails, says "Unable to find/view page." with the exclamation icon.
-bool OpenPage(DesktopServices& desktop, MessageHost& messages, const QString& target);
+// that fails, says "Unable to find/view page." (as long as `receiver` lives).
+void OpenPage(DesktopServices& desktop, MessageHost& messages, const QString& target, QObject* receiver);
 
 // The maker's web page and the program's home page.
 extern const char* const kMakerPage;

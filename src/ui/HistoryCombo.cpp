@@ -5,6 +5,11 @@
 
 namespace vantorel::ui {
 
+QString beforeNul(const QString& text) {
+    const qsizetype nul = text.indexOf(QChar(u'\0'));
+    return nul < 0 ? text : text.first(nul);
+}
+
 HistoryCombo::HistoryCombo(const QString& objectName, int limit, QWidget* parent)
     : QComboBox(parent), limit_(limit) {
     setObjectName(objectName);
@@ -15,6 +20,10 @@ HistoryCombo::HistoryCombo(const QString& objectName, int limit, QWidget* parent
     setMinimumContentsLength(12);
     setMaxVisibleItems(20);
     lineEdit()->setMaxLength(std::numeric_limits<int>::max());
+    // Set, typed or pasted: the text ends at a NUL.
+    connect(this, &QComboBox::editTextChanged, this, [this](const QString& text) {
+        if (text.contains(QChar(u'\0'))) setEditText(beforeNul(text));
+    });
 }
 
 std::vector<std::string> HistoryCombo::items() const {
@@ -28,7 +37,8 @@ void HistoryCombo::setItems(const std::vector<std::string>& items) {
     const QString edited = currentText();
     const QSignalBlocker blocker(this);
     clear();
-    for (const std::string& item : items) addItem(QString::fromStdString(item));
+    for (const std::string& item : items)
+        if (const QString entry = beforeNul(QString::fromStdString(item)); !entry.isEmpty()) addItem(entry);
     setCurrentIndex(-1);
     setEditText(edited);
 }

@@ -1,6 +1,8 @@
 #pragma once
 // An editable drop-down box with a history: a newly used entry goes to the
 // top, an entry is never listed twice, and the list keeps at most its limit.
+// Like the system's edit boxes, a box shows, holds and saves what precedes a
+// NUL character, in its text and in its entries.
 
 #include <QComboBox>
 #include <string>
@@ -21,9 +23,14 @@ public:
     void setText(const std::string& text);
     // Puts the entry at the top of the list (moving it there when listed).
     void remember(const QString& entry);
+    // Remembers the text in the edit field.
+    void rememberText() { remember(currentText()); }
 
 private:
     int limit_;
 };
+
+// The text up to its first NUL character.
+QString beforeNul(const QString& text);
 
 }  // namespace vantorel::ui

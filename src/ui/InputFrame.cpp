@@ -4,9 +4,10 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QPushButton>
+#include <QAbstractButton>
 
 #include "core/SettingsStore.h"
+#include "ui/CommandButton.h"
 #include "ui/HistoryCombo.h"
 
 namespace vantorel::ui {
@@ -37,8 +38,7 @@ InputFrame::InputFrame(QWidget* parent) : QWidget(parent) {
     replaceCaption_ = caption(QStringLiteral("RepCaption"), QStringLiteral("&Replace:"), replace_, this);
     folderLabel_ = caption(QStringLiteral("StLocLbl"), QStringLiteral("F&older:"), folder_, this);
     filterLabel_ = caption(QStringLiteral("ffiltLbl"), QStringLiteral("Fi&les:"), filter_, this);
-    folderButton_ = new QPushButton(QStringLiteral("..."), this);
-    folderButton_->setObjectName(QStringLiteral("FolderButton"));
+    folderButton_ = makeCommandButton("FolderButton", QStringLiteral("..."), this);
     folderButton_->setToolTip(QStringLiteral("Choose the start folder"));
     folderButton_->setFixedWidth(folderButton_->fontMetrics().horizontalAdvance(QStringLiteral("...")) + 24);
     regularExpression_ = checkBox(QStringLiteral("RegExpFind"), QStringLiteral("Re&gular Expression"), this);
@@ -109,6 +109,11 @@ void InputFrame::applyRegularExpressionMode(bool on) {
     wholeWords_->setEnabled(!on);
     findCaption_->setText(on ? QStringLiteral("Reg Ex:") : QStringLiteral("Find:"));
     emit regularExpressionModeChanged(on);
+}
+
+void InputFrame::applyMarkedBox(const MarkedBoxState& state) {
+    marked_->setEnabled(state.enabled);
+    if (state.touchChecked) marked_->setChecked(state.checked);
 }
 
 void InputFrame::applyMarkedOnly(bool on) {

@@ -7,10 +7,11 @@
 #include <QWidget>
 
 #include "core/MainWindowState.h"
+#include "results/ResultActions.h"
 
+class QAbstractButton;
 class QCheckBox;
 class QLabel;
-class QPushButton;
 
 namespace vantorel::ui {
 
@@ -24,7 +25,9 @@ public:
     HistoryCombo* box(HistoryBox which) const;
     QCheckBox* option(OptionBox which) const;
     QCheckBox* markedBox() const noexcept { return marked_; }
-    QPushButton* folderButton() const noexcept { return folderButton_; }
+    QAbstractButton* folderButton() const noexcept { return folderButton_; }
+    // "In Marked Files Only" after the marks changed.
+    void applyMarkedBox(const MarkedBoxState& state);
     // The width of the column of option boxes, in pixels.
     void setOptionColumnWidth(int pixels);
 
@@ -43,7 +46,7 @@ private:
     QLabel* replaceCaption_;
     QLabel* folderLabel_;
     QLabel* filterLabel_;
-    QPushButton* folderButton_;
+    QAbstractButton* folderButton_;
     QCheckBox* regularExpression_;
     QCheckBox* matchCase_;
     QCheckBox* wholeWords_;

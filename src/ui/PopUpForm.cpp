@@ -1,30 +1,31 @@
 #include "ui/PopUpForm.h"
 
 #include <QAction>
-#include <QCheckBox>
 #include <QDir>
 #include <QItemSelectionModel>
 #include <QMenu>
 #include <QUrl>
 
 #include "core/AppSettings.h"
+#include "core/FrontEndMessages.h"
 #include "core/MessageHost.h"
 #include "files/FileFunctions.h"
 #include "results/ResultActions.h"
 #include "ui/DesktopServices.h"
 #include "ui/FileDialog.h"
+#include "ui/InputFrame.h"
 #include "ui/ResultsModel.h"
 #include "ui/ResultsView.h"
 
 namespace vantorel::ui {
 
-PopUpForm::PopUpForm(QWidget* owner, ResultsView& view, ResultsModel& model, QCheckBox& markedBox,
+PopUpForm::PopUpForm(QWidget* owner, ResultsView& view, ResultsModel& model, InputFrame& inputs,
                      DesktopServices& desktop, MessageHost& messages, AppSettings& settings)
     : QObject(owner),
       owner_(owner),
       view_(view),
       model_(model),
-      markedBox_(markedBox),
+      inputs_(inputs),
       desktop_(desktop),
       messages_(messages),
       settings_(settings) {
@@ -61,8 +62,7 @@ void PopUpForm::popUp(const QPoint& globalPosition) {
         prepare();
         menu_->popup(globalPosition);
     } catch (const std::exception&) {
-        messages_.showMessage(Message{"Error displaying context menu.", kProgramTitle, MessageIcon::None,
-                                      MessageKind::Notice});
+        messages_.showMessage(errorDisplayingContextMenu());
     }
 }
 
@@ -92,7 +92,7 @@ void PopUpForm::openWithChosenProgram() {
     if (path.empty()) return;
     const QString program = OpenFileDialog(desktop_, owner_, QStringLiteral("Applications (*)|*"), QDir::homePath());
     if (program.isEmpty()) return;  // cancelled: the remembered program stays
-    if (!startProgram(program.toStdString(), path)) warn("Error opening application.");
+    if (!startProgram(program.toStdString(), path)) messages_.showMessage(errorOpeningApplication());
     settings_.OpenWithProgram = program.toStdString();
 }
 
@@ -100,7 +100,7 @@ void PopUpForm::openWithRememberedProgram() {
     const int row = view_.selectedRow();
     if (row < 0) return;
     if (!startProgram(settings_.OpenWithProgram, model_.pathAt(row)))
-        warn("Error opening application " + settings_.OpenWithProgram);
+        messages_.showMessage(errorOpeningApplication(settings_.OpenWithProgram));
 }
 
 void PopUpForm::openFolder() {
@@ -108,9 +108,11 @@ void PopUpForm::openFolder() {
         const int row = view_.selectedRow();
         const std::string folder = row >= 0 ? model_.rowAt(row).folder : std::string();
         if (folder.empty()) return;
-        if (!desktop_.openUrl(QUrl::fromLocalFile(QString::fromStdString(folder)))) warn("Error Opening Folder.");
+        desktop_.openUrl(QUrl::fromLocalFile(QString::fromStdString(folder)), this, [this](bool opened) {
+            if (!opened) messages_.showMessage(errorOpeningFolder());
+        });
     } catch (const std::exception&) {
-        warn("Error opening File!");
+        messages_.showMessage(errorOpeningFile());
     }
 }
 
@@ -130,8 +132,7 @@ std::vector<bool> PopUpForm::selectedRows() const {
 void PopUpForm::applyMarks(const std::vector<bool>& marks, const MarkedBoxState& box) {
     for (int r = 0; r < model_.rowCount(); ++r)
         if (model_.rowAt(r).checked != marks[static_cast<std::size_t>(r)]) model_.setChecked(r, marks[static_cast<std::size_t>(r)]);
-    markedBox_.setEnabled(box.enabled);
-    if (box.touchChecked) markedBox_.setChecked(box.checked);
+    inputs_.applyMarkedBox(box);
 }
 
 void PopUpForm::markRow() {
@@ -156,10 +157,6 @@ void PopUpForm::invertMarks() {
     const std::vector<bool> selected = selectedRows();
     const MarkedBoxState box = MarkAction{current, selected}.invert();
     applyMarks(current, box);
-}
-
-void PopUpForm::warn(const std::string& text) {
-    messages_.showMessage(Message{text, kProgramTitle, MessageIcon::Warning, MessageKind::Notice});
 }
 
 }  // namespace vantorel::ui

@@ -8,7 +8,6 @@
 #include <vector>
 
 class QAction;
-class QCheckBox;
 class QMenu;
 class QWidget;
 
@@ -21,13 +20,14 @@ struct MarkedBoxState;
 namespace vantorel::ui {
 
 class DesktopServices;
+class InputFrame;
 class ResultsModel;
 class ResultsView;
 
 class PopUpForm : public QObject {
     Q_OBJECT
 public:
-    PopUpForm(QWidget* owner, ResultsView& view, ResultsModel& model, QCheckBox& markedBox,
+    PopUpForm(QWidget* owner, ResultsView& view, ResultsModel& model, InputFrame& inputs,
               DesktopServices& desktop, MessageHost& messages, AppSettings& settings);
 
     QMenu* menu() const noexcept { return menu_; }
@@ -51,12 +51,11 @@ private:
     void applyMarks(const std::vector<bool>& marks, const MarkedBoxState& box);
     std::vector<bool> marks() const;
     std::vector<bool> selectedRows() const;
-    void warn(const std::string& text);
 
     QWidget* owner_;
     ResultsView& view_;
     ResultsModel& model_;
-    QCheckBox& markedBox_;
+    InputFrame& inputs_;
     DesktopServices& desktop_;
     MessageHost& messages_;
     AppSettings& settings_;

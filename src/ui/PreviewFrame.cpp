@@ -56,6 +56,30 @@ void PreviewFrame::reset() {
     forward_->setEnabled(false);
 }
 
+void PreviewFrame::showIntroduction(const StyledText& text) {
+    reset();
+    pane_->showStyled(text);
+    content_ = Content::Introduction;
+}
+
+void PreviewFrame::startRun(bool combined) {
+    reset();
+    pane_->clear();
+    content_ = combined ? Content::Combined : Content::Nothing;
+}
+
+void PreviewFrame::showStaleNotice() {
+    reset();
+    pane_->showStyled(MatchPreview::staleNotice());
+    content_ = Content::StaleNotice;
+}
+
+void PreviewFrame::clearAll() {
+    reset();
+    pane_->clear();
+    content_ = Content::Nothing;
+}
+
 void PreviewFrame::showFilePage(const std::string& path, const std::string& pattern, bool ignoreCase,
                                 const PreviewSettings& settings, std::uint64_t first) {
     build(Request{path, pattern, ignoreCase, settings, std::max<std::uint64_t>(1, first)});
@@ -85,6 +109,7 @@ void PreviewFrame::build(const Request& request) {
         request_ = request;
         onDemandBlock_ = -1;
         pane_->showStyled(page->text);
+        content_ = Content::FilePage;
         back_->setEnabled(page->backEnabled);
         forward_->setEnabled(page->forwardEnabled);
         hasCaption_ = true;

@@ -23,8 +23,22 @@ class PreviewFrame : public QWidget {
 public:
     explicit PreviewFrame(QWidget* parent = nullptr);
 
+    // What the pane shows: one of these at a time.
+    enum class Content { Introduction, Nothing, Combined, StaleNotice, FilePage };
+
     PreviewPane* pane() const noexcept { return pane_; }
     QLabel* label() const noexcept { return label_; }
+    Content content() const noexcept { return content_; }
+
+    // The start-up text.
+    void showIntroduction(const StyledText& text);
+    // A run begins: the pane is emptied; with `combined` the run's sections
+    // follow, one per file, and rows scroll to them.
+    void startRun(bool combined);
+    // Combined mode switched on: the sections shown are gone until the next run.
+    void showStaleNotice();
+    // Nothing to show: the pane and its heading are emptied.
+    void clearAll();
 
     // Single-file mode: shows hits `first` to first + HitsPerPage - 1 of the file.
     void showFilePage(const std::string& path, const std::string& pattern, bool ignoreCase,
@@ -35,9 +49,6 @@ public:
     // shown at the end of the pane, in place of the one shown before.
     void showSectionOnDemand(const std::string& path, const std::string& pattern, bool ignoreCase,
                              const PreviewSettings& settings);
-    // Empties the heading, disables paging and forgets pending pages.
-    void reset();
-
     std::uint64_t pageFirst() const noexcept { return request_ ? request_->first : 1; }
 
 signals:
@@ -52,6 +63,9 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    // Empties the heading, disables paging and forgets pending pages.
+    void reset();
+
     struct Request {
         std::string path;
         std::string pattern;
@@ -66,6 +80,7 @@ private:
     QToolButton* back_;
     QToolButton* forward_;
     PreviewPane* pane_;
+    Content content_ = Content::Nothing;
     std::optional<Request> request_;
     std::uint64_t generation_ = 0;
     int onDemandBlock_ = -1;

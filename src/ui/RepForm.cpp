@@ -1,5 +1,6 @@
 #include "ui/RepForm.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QCheckBox>
 #include <QCloseEvent>
@@ -10,7 +11,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
-#include <QPushButton>
 #include <QScreen>
 #include <QStatusBar>
 #include <QTimer>
@@ -18,11 +18,13 @@
 #include <fstream>
 #include <sstream>
 
+#include "core/FrontEndMessages.h"
 #include "core/ProgramFolder.h"
 #include "core/RegistryStore.h"
 #include "core/SettingsStore.h"
 #include "results/RtfReader.h"
 #include "ui/ColourProgressBar.h"
+#include "ui/CommandButton.h"
 #include "ui/DesktopServices.h"
 #include "ui/DragLine.h"
 #include "ui/ExtractForm.h"
@@ -31,26 +33,23 @@
 #include "ui/HistoryCombo.h"
 #include "ui/InputFrame.h"
 #include "ui/Logo.h"
-#include "ui/PreviewFrame.h"
 #include "ui/PopUpForm.h"
+#include "ui/PreviewFrame.h"
 #include "ui/PreviewPane.h"
+#include "ui/RepFormState.h"
 #include "ui/ResultExport.h"
 #include "ui/ResultsModel.h"
 #include "ui/ResultsView.h"
 #include "ui/RunController.h"
+#include "ui/RunDisplay.h"
+#include "ui/RunRequestBuilder.h"
 #include "ui/Twips.h"
 #include "ui/frmAbout.h"
 
 namespace vantorel::ui {
 namespace {
 
-// Sections built during a run at most (the shown ones and a margin for the
-// files that workers finish out of order).
-constexpr long kSectionsBuilt = 20'000;
-
 constexpr long kColumnWidths[] = {3000, 2500, 1000, 1000, 2000};
-constexpr const char* kPreviewStale = "Preview will not be updated until the search is performed again.";
-constexpr const char* kUnableToShow = "Unable to show file.";
 
 QString versionText() { return QStringLiteral("Version ") + QStringLiteral(VANTOREL_VERSION); }
 
@@ -72,10 +71,16 @@ RepForm::RepForm(RepFormOptions options, QWidget* parent) : QMainWindow(parent),
     }
     if (options_.programFolder.empty())
         options_.programFolder = QCoreApplication::applicationDirPath().toStdString();
-    runs_ = new RunController(*this, *messages_, state_, this);
-
     buildWidgets();
     buildMenus();
+    display_ = new RunDisplay(
+        RunDisplay::Parts{*model_, *preview_, *progress_, *statusPanel_,
+                          [this](const std::string& text) { extractWindow()->appendText(text); }},
+        settings_, state_, options_.previewCharacters, this);
+    connect(display_, &RunDisplay::started, this, [this] { setBusy(true); });
+    connect(display_, &RunDisplay::finished, this, &RepForm::onRunFinished);
+    runs_ = new RunController(*display_, *messages_, state_, this);
+    requests_ = std::make_unique<RunRequestBuilder>(*inputs_, settings_, *model_);
     setWindowTitle(QString::fromUtf8(kProgramTitle));
     setWindowIcon(productLogo(64));
     versionLabel_->setText(versionText());
@@ -91,7 +96,8 @@ RepForm::RepForm(RepFormOptions options, QWidget* parent) : QMainWindow(parent),
         options_.settingsFile.empty() ? RegistryStore::defaultFile() : options_.settingsFile;
     store_ = std::make_unique<RegistryStore>(file, messages_);
     settingsStore_ = std::make_unique<SettingsStore>(*store_, *messages_);
-    settingsStore_->LoadSettings(settings_, *this);
+    windowState_ = std::make_unique<RepFormState>(*this, *inputs_, *preview_->pane(), [this] { firstRun_ = true; });
+    settingsStore_->LoadSettings(settings_, *windowState_);
 
     for (int column = 0; column < 5; ++column)
         view_->header()->resizeSection(column, twipsToPixelsX(kColumnWidths[column], this));
@@ -114,17 +120,15 @@ void RepForm::buildWidgets() {
 
     mid_ = new QWidget(central);
     mid_->setObjectName(QStringLiteral("MidFrame"));
-    auto button = [this](const char* name, const QString& text) {
-        auto* b = new QPushButton(text, mid_);
-        b->setObjectName(QString::fromLatin1(name));
+    auto button = [this](const char* name, const QString& text, bool isDefault = false) {
+        QAbstractButton* b = makeCommandButton(name, text, mid_, isDefault);
         b->setMinimumWidth(std::max(b->sizeHint().width(), twipsToPixelsX(1200, this)));
         return b;
     };
-    findButton_ = button("FindBtn", QStringLiteral("Find"));
+    findButton_ = button("FindBtn", QStringLiteral("Find"), true);
     replaceButton_ = button("RepBtn", QStringLiteral("Replace"));
     extractButton_ = button("ExtrBtn", QStringLiteral("Extract"));
     stopButton_ = button("StopBtn", QStringLiteral("Stop"));
-    findButton_->setDefault(true);
     stopButton_->setEnabled(false);
     stopButton_->setShortcut(QKeySequence(Qt::Key_Escape));
     extractButton_->setToolTip(QStringLiteral("Gather the text of every match (regular expressions only)"));
@@ -139,7 +143,7 @@ void RepForm::buildWidgets() {
     logo_->installEventFilter(this);
     auto* buttons = new QHBoxLayout(mid_);
     buttons->setContentsMargins(8, 4, 8, 6);
-    for (QPushButton* b : {findButton_, replaceButton_, extractButton_, stopButton_}) buttons->addWidget(b);
+    for (QAbstractButton* b : {findButton_, replaceButton_, extractButton_, stopButton_}) buttons->addWidget(b);
     buttons->addSpacing(12);
     buttons->addWidget(progress_, 1);
     buttons->addSpacing(12);
@@ -172,10 +176,10 @@ void RepForm::buildWidgets() {
         showAbout();
     });
 
-    connect(findButton_, &QPushButton::clicked, this, &RepForm::startFind);
-    connect(replaceButton_, &QPushButton::clicked, this, &RepForm::startReplace);
-    connect(extractButton_, &QPushButton::clicked, this, &RepForm::startExtract);
-    connect(stopButton_, &QPushButton::clicked, this, &RepForm::stopRun);
+    connect(findButton_, &QAbstractButton::clicked, this, &RepForm::startFind);
+    connect(replaceButton_, &QAbstractButton::clicked, this, &RepForm::startReplace);
+    connect(extractButton_, &QAbstractButton::clicked, this, &RepForm::startExtract);
+    connect(stopButton_, &QAbstractButton::clicked, this, &RepForm::stopRun);
     for (HistoryBox box : {HistoryBox::Find, HistoryBox::Folder, HistoryBox::Filter})
         connect(inputs_->box(box)->lineEdit(), &QLineEdit::returnPressed, this, [this] {
             if (findButton_->isEnabled()) startFind();
@@ -184,19 +188,20 @@ void RepForm::buildWidgets() {
         if (!isRunning()) extractButton_->setEnabled(on);
     });
     extractButton_->setEnabled(inputs_->option(OptionBox::RegularExpression)->isChecked());
-    connect(inputs_->folderButton(), &QPushButton::clicked, this, &RepForm::chooseFolder);
+    connect(inputs_->folderButton(), &QAbstractButton::clicked, this, &RepForm::chooseFolder);
     connect(dragLine_, &DragLine::dragged, this, &RepForm::moveDivider);
     connect(model_, &ResultsModel::checkChanged, this, &RepForm::onRowCheckChanged);
+    connect(model_, &QAbstractItemModel::modelReset, this, [this] { view_->header()->setSortIndicatorShown(false); });
     connect(view_, &ResultsView::leftReleased, this, &RepForm::onListLeftReleased);
     connect(view_, &ResultsView::keyReleased, this, &RepForm::onListKeyReleased);
     connect(view_, &QTreeView::doubleClicked, this, [this](const QModelIndex& index) { openRow(index.row()); });
-    popUp_ = new PopUpForm(this, *view_, *model_, *inputs_->markedBox(), *desktop_, *messages_, settings_);
+    popUp_ = new PopUpForm(this, *view_, *model_, *inputs_, *desktop_, *messages_, settings_);
     connect(view_, &ResultsView::rightReleased, popUp_, &PopUpForm::popUp);
     connect(popUp_, &PopUpForm::runRequested, this, [this] { openRow(view_->selectedRow()); });
     connect(view_->header(), &QHeaderView::sectionClicked, this, &RepForm::onHeaderClicked);
     connect(preview_, &PreviewFrame::pageRequested, this, &RepForm::onPageRequested);
     connect(preview_, &PreviewFrame::shown, this, &RepForm::previewShown);
-    connect(preview_, &PreviewFrame::unableToShow, this, [this] { showMessage(kUnableToShow); });
+    connect(preview_, &PreviewFrame::unableToShow, this, [this] { messages_->showMessage(unableToShowFile()); });
 }
 
 void RepForm::buildMenus() {
@@ -239,10 +244,10 @@ void RepForm::buildMenus() {
     help->addSeparator()->setObjectName(QStringLiteral("mdiv0"));
     QAction* web = help->addAction(QStringLiteral("Visit Brimlark on the web"));
     web->setObjectName(QStringLiteral("mweb"));
-    connect(web, &QAction::triggered, this, [this] { OpenPage(*desktop_, *messages_, QString::fromUtf8(kMakerPage)); });
+    connect(web, &QAction::triggered, this, [this] { openPage(QString::fromUtf8(kMakerPage)); });
     QAction* home = help->addAction(QStringLiteral("Vantorel Home"));
     home->setObjectName(QStringLiteral("mweb2"));
-    connect(home, &QAction::triggered, this, [this] { OpenPage(*desktop_, *messages_, QString::fromUtf8(kProductPage)); });
+    connect(home, &QAction::triggered, this, [this] { openPage(QString::fromUtf8(kProductPage)); });
     help->addSeparator()->setObjectName(QStringLiteral("mDiv1"));
     aboutAction_ = help->addAction(QStringLiteral("About..."));
     aboutAction_->setObjectName(QStringLiteral("mAbout"));
@@ -256,7 +261,7 @@ void RepForm::loadIntroduction() {
     std::ostringstream bytes;
     bytes << in.rdbuf();
     try {
-        preview_->pane()->showStyled(RtfReader::read(bytes.str()));
+        preview_->showIntroduction(RtfReader::read(bytes.str()));
     } catch (const std::exception&) {
         // Not readable as RTF: the pane stays empty.
     }
@@ -272,53 +277,10 @@ void RepForm::setStartFolder(const QString& folder) {
 
 bool RepForm::isRunning() const { return runs_->isRunning(); }
 
-// ---- Settings: what MainWindowState reads and writes --------------------
-
-std::vector<std::string> RepForm::historyItems(HistoryBox box) const { return inputs_->box(box)->items(); }
-
-void RepForm::setHistoryItems(HistoryBox box, const std::vector<std::string>& items) {
-    inputs_->box(box)->setItems(items);
-}
-
-std::string RepForm::boxText(HistoryBox box) const { return inputs_->box(box)->text(); }
-
-void RepForm::setBoxText(HistoryBox box, const std::string& text) { inputs_->box(box)->setText(text); }
-
-bool RepForm::isOptionChecked(OptionBox box) const { return inputs_->option(box)->isChecked(); }
-
-void RepForm::setOptionChecked(OptionBox box, bool checked) { inputs_->option(box)->setChecked(checked); }
-
-WindowGeometry RepForm::geometry() const {
-    const QRect normal = isMaximized() || isMinimized() ? normalGeometry() : QRect(pos(), size());
-    return WindowGeometry{pixelsToTwipsY(normal.y(), this), pixelsToTwipsX(normal.x(), this),
-                          pixelsToTwipsX(normal.width(), this), pixelsToTwipsY(normal.height(), this)};
-}
-
-void RepForm::setGeometry(const WindowGeometry& geometry) {
-    move(twipsToPixelsX(geometry.left, this), twipsToPixelsY(geometry.top, this));
-    if (geometry.width > 0 && geometry.height > 0)
-        resize(twipsToPixelsX(geometry.width, this), twipsToPixelsY(geometry.height, this));
-}
-
-WindowShowState RepForm::showState() const {
-    if (isMinimized()) return WindowShowState::Minimised;
-    if (isMaximized()) return WindowShowState::Maximised;
-    return WindowShowState::Normal;
-}
-
-void RepForm::maximise() { setWindowState(windowState() | Qt::WindowMaximized); }
-
 void RepForm::setDividerPosition(long position) {
     divider_ = position;
     layoutFrames();
 }
-
-void RepForm::setPreviewFont(const std::string& name, long size) {
-    preview_->pane()->setPreviewFont(QString::fromStdString(name), static_cast<int>(size));
-}
-
-// On a first run the About box comes up once, shortly after the window shows.
-void RepForm::switchOnFirstRunElement() { firstRun_ = true; }
 
 // ---- Starting and stopping runs ------------------------------------------
 
@@ -327,40 +289,11 @@ void RepForm::startReplace() { startRun(RunKind::Replace); }
 void RepForm::startExtract() { startRun(RunKind::Extract); }
 void RepForm::stopRun() { runs_->stop(); }
 
-RunRequest RepForm::buildRequest(RunKind kind) const {
-    RunRequest request;
-    request.kind = kind;
-    request.jobs.push_back({boxText(HistoryBox::Find), boxText(HistoryBox::Replace)});
-    std::string folder = boxText(HistoryBox::Folder);
-    if (!folder.empty() && QDir::isRelativePath(QString::fromStdString(folder)))
-        folder = QDir::current().absoluteFilePath(QString::fromStdString(folder)).toStdString();
-    request.startFolder = folder;
-    request.filter = boxText(HistoryBox::Filter);
-    request.regularExpression = isOptionChecked(OptionBox::RegularExpression);
-    request.ignoreCase = !isOptionChecked(OptionBox::MatchCase);
-    request.wholeWords = isOptionChecked(OptionBox::WholeWords) && !request.regularExpression;
-    request.scanSubfolders = settings_.ScanSubfolders;
-    request.makeBackups = settings_.MakeBackups;
-    request.showAll = settings_.ShowAll;
-    request.markedOnly = inputs_->markedBox()->isChecked();
-    if (request.markedOnly) request.markedFiles = model_->checkedPaths();
-    if (settings_.PreviewAll) {
-        const MatchPreview preview(previewSettings());
-        auto built = std::make_shared<std::atomic<long>>(0);
-        request.previewSection = [preview, built](const std::string& path, std::string_view text,
-                                                  TextEncoding encoding, const CompiledPattern& pattern) {
-            if (built->fetch_add(1) >= kSectionsBuilt) return StyledText{};
-            return preview.section(path, text, encoding, pattern);
-        };
-    }
-    return request;
-}
+JobSource RepForm::jobSource() const { return requests_->typedPair(); }
 
 void RepForm::startRun(RunKind kind) {
     if (isRunning()) return;
-    RunRequest request = buildRequest(kind);
-    runKind_ = kind;
-    runPreviewAll_ = settings_.PreviewAll;
+    RunRequest request = requests_->build(kind, jobSource());
     if (kind == RunKind::Extract && settings_.ClearExtractText) extractWindow()->clearText();
     inputs_->markedBox()->setEnabled(false);
     runs_->start(std::move(request));
@@ -370,7 +303,7 @@ void RepForm::setBusy(bool busy) {
     stopButton_->setEnabled(busy);
     findButton_->setEnabled(!busy);
     replaceButton_->setEnabled(!busy);
-    extractButton_->setEnabled(!busy && isOptionChecked(OptionBox::RegularExpression));
+    extractButton_->setEnabled(!busy && inputs_->option(OptionBox::RegularExpression)->isChecked());
     fileMenu_->menuAction()->setEnabled(!busy);
     viewMenu_->menuAction()->setEnabled(!busy);
     aboutAction_->setEnabled(!busy);
@@ -380,65 +313,7 @@ void RepForm::setBusy(bool busy) {
     else unsetCursor();
 }
 
-PreviewSettings RepForm::previewSettings() const {
-    return PreviewSettings{settings_.HitsPerPage, settings_.CharsAround, settings_.CharsBetween,
-                           settings_.ShowLineNumbers};
-}
-
-bool RepForm::ignoreCase() const { return !isOptionChecked(OptionBox::MatchCase); }
-
-void RepForm::showMessage(const std::string& text, MessageIcon icon) {
-    messages_->showMessage(Message{text, kProgramTitle, icon, MessageKind::Notice});
-}
-
-// ---- What a run reports ----------------------------------------------------
-
-void RepForm::runStarted() {
-    progress_->setProgress(-1, PassKind::Searching);
-    preview_->reset();
-    preview_->pane()->clear();
-    preview_->pane()->setPreviewFont(QString::fromStdString(settings_.PreviewFontName),
-                                     static_cast<int>(settings_.PreviewFontSize));
-    anchorsByPath_.clear();
-    previewFull_ = false;
-    setBusy(true);
-}
-
-void RepForm::passStarted(PassKind pass) { pass_ = pass; }
-
-void RepForm::clearRows() {
-    pendingRows_.clear();
-    model_->clear();
-    view_->header()->setSortIndicatorShown(false);
-}
-
-int RepForm::appendPreview(const StyledText& section) {
-    // After Stop the rows still due are listed at once; their sections are
-    // built when the rows are clicked.
-    if (section.empty() || previewFull_ || state_.stopRequested) return -1;
-    PreviewPane* pane = preview_->pane();
-    if (pane->characterCount() >= options_.previewCharacters) {
-        previewFull_ = true;
-        pane->appendStyled({StyledRun{"The preview holds the files above. Click a later file in the list to see "
-                                      "its matches here.\r\n\r\n",
-                                      kGrey, true}});
-        return -1;
-    }
-    return pane->appendStyled(section);
-}
-
-void RepForm::addRow(const FileReport& row, int previewAnchor) {
-    if (previewAnchor >= 0) {
-        if (pass_ != PassKind::Writing) anchorsByPath_[row.path] = previewAnchor;
-    } else if (pass_ == PassKind::Writing) {
-        // The writing pass builds no sections: its rows lead to the counting pass's.
-        const auto found = anchorsByPath_.find(row.path);
-        if (found != anchorsByPath_.end()) previewAnchor = found->second;
-    }
-    pendingRows_.emplace_back(row, previewAnchor);
-}
-
-void RepForm::appendExtracted(const std::string& text) { pendingExtracted_ += text; }
+// ---- The extraction window and the end of a run ---------------------------
 
 ExtractForm* RepForm::extractWindow() {
     if (!extractForm_) extractForm_ = new ExtractForm(*desktop_, *messages_, this);
@@ -454,7 +329,8 @@ void RepForm::showExtractWindow() {
         QPoint place = frameGeometry().topRight() + QPoint(8, 0);
         if (const QScreen* screen = this->screen()) {
             const QRect room = screen->availableGeometry();
-            if (place.x() + window->width() > room.right()) place.setX(std::max(room.left(), room.right() - window->width()));
+            if (place.x() + window->width() > room.right())
+                place.setX(std::max(room.left(), room.right() - window->width()));
         }
         window->move(place);
     }
@@ -462,46 +338,22 @@ void RepForm::showExtractWindow() {
     window->raise();
 }
 
-void RepForm::setStatus(const std::string& text) { statusPanel_->setText(displayText(text)); }
+const std::string& RepForm::previewPattern() const { return display_->previewPattern(); }
 
-void RepForm::setProgress(int percent, PassKind pass) { progress_->setProgress(percent, pass); }
-
-void RepForm::flush() {
-    if (!pendingExtracted_.empty()) {
-        extractWindow()->appendText(pendingExtracted_);
-        pendingExtracted_.clear();
-    }
-    if (pendingRows_.empty()) return;
-    std::vector<ResultsModel::Entry> entries;
-    entries.reserve(pendingRows_.size());
-    for (auto& [report, anchor] : pendingRows_) entries.push_back({ResultRow::fromReport(report), anchor});
-    pendingRows_.clear();
-    model_->append(std::move(entries));
-}
-
-void RepForm::runFinished(const RunOutcome& outcome, const std::string& previewPattern) {
-    flush();
+void RepForm::onRunFinished(const RunOutcome& outcome) {
     setBusy(false);
-    const bool anyMarked = model_->anyChecked();
-    if (!anyMarked) inputs_->markedBox()->setChecked(false);
-    inputs_->markedBox()->setEnabled(anyMarked);
+    inputs_->applyMarkedBox(markedBoxFor(model_->anyChecked()));
     if (outcome.patternError) pointAtPatternError(outcome.patternError->offset(), outcome.patternError->what());
-    if (outcome.result != RunResult::Refused) {
-        previewPattern_ = previewPattern;
-        progress_->setProgress(-1, PassKind::Searching);
-    }
     if (outcome.result == RunResult::Completed) {
-        inputs_->box(HistoryBox::Find)->remember(QString::fromStdString(boxText(HistoryBox::Find)));
-        if (runKind_ == RunKind::Replace)
-            inputs_->box(HistoryBox::Replace)->remember(QString::fromStdString(boxText(HistoryBox::Replace)));
-        inputs_->box(HistoryBox::Folder)->remember(QString::fromStdString(boxText(HistoryBox::Folder)));
-        inputs_->box(HistoryBox::Filter)->remember(QString::fromStdString(boxText(HistoryBox::Filter)));
-        if (runKind_ == RunKind::Extract && outcome.totalMatches > 0) showExtractWindow();
+        const RunKind kind = display_->kind();
+        for (HistoryBox box : {HistoryBox::Find, HistoryBox::Replace, HistoryBox::Folder, HistoryBox::Filter})
+            if (box != HistoryBox::Replace || kind == RunKind::Replace) inputs_->box(box)->rememberText();
+        if (kind == RunKind::Extract && outcome.totalMatches > 0) showExtractWindow();
         // One file at a time: show the first file's matches straight away.
         if (!settings_.PreviewAll && model_->rowCount() > 0) {
             view_->setCurrentIndex(model_->index(0, 0));
             previewSelectedRow();
-        } else if (runPreviewAll_) {
+        } else if (settings_.PreviewAll) {
             preview_->pane()->moveCursor(QTextCursor::Start);
         }
     }
@@ -523,20 +375,14 @@ void RepForm::pointAtPatternError(std::size_t offset, const std::string& what) {
 // ---- The results list and the preview ------------------------------------
 
 void RepForm::onRowCheckChanged(int, bool checked) {
-    QCheckBox* marked = inputs_->markedBox();
-    if (checked) {
-        marked->setEnabled(true);
-        marked->setChecked(true);
-    } else if (!model_->anyChecked()) {
-        marked->setChecked(false);
-        marked->setEnabled(false);
-    }
+    inputs_->applyMarkedBox(checked ? markedBoxAfterMarking() : markedBoxFor(model_->anyChecked()));
 }
 
 void RepForm::previewSelectedRow() {
     const int row = view_->selectedRow();
     if (row < 0) return;
-    preview_->showFilePage(model_->pathAt(row), previewPattern_, ignoreCase(), previewSettings(), 1);
+    preview_->showFilePage(model_->pathAt(row), previewPattern(), requests_->ignoreCase(),
+                           requests_->previewSettings(), 1);
 }
 
 void RepForm::onListLeftReleased() {
@@ -546,13 +392,16 @@ void RepForm::onListLeftReleased() {
         previewSelectedRow();
         return;
     }
-    if (model_->rowAt(row).matches == 0) return;
+    // Only the run's own sections lead anywhere; the notice shown after
+    // switching combined mode on stays until the next run.
+    if (model_->rowAt(row).matches == 0 || preview_->content() != PreviewFrame::Content::Combined) return;
     const int anchor = model_->previewAnchorAt(row);
     if (anchor >= 0) {
         preview_->pane()->scrollToBlock(anchor);
         emit previewShown();
     } else {
-        preview_->showSectionOnDemand(model_->pathAt(row), previewPattern_, ignoreCase(), previewSettings());
+        preview_->showSectionOnDemand(model_->pathAt(row), previewPattern(), requests_->ignoreCase(),
+                                      requests_->previewSettings());
     }
 }
 
@@ -567,7 +416,7 @@ void RepForm::onHeaderClicked(int column) {
         view_->header()->setSortIndicator(column, descending ? Qt::DescendingOrder : Qt::AscendingOrder);
         view_->header()->setSortIndicatorShown(true);
     } catch (const std::exception&) {
-        showMessage("Error sorting list");
+        messages_->showMessage(errorSortingList());
     }
 }
 
@@ -580,14 +429,15 @@ void RepForm::onPreviewAllTriggered(bool on) {
     settings_.PreviewAll = on;
     previewAllAction_->setChecked(on);
     if (on) {
-        preview_->reset();
-        PreviewPane* pane = preview_->pane();
-        pane->setPreviewFont(QString::fromStdString(settings_.PreviewFontName),
-                             static_cast<int>(settings_.PreviewFontSize));
-        pane->showStyled({StyledRun{kPreviewStale, kBlack, false}});
+        preview_->showStaleNotice();
+        preview_->pane()->setPreviewFont(QString::fromStdString(settings_.PreviewFontName),
+                                         static_cast<int>(settings_.PreviewFontSize));
         emit previewShown();
-    } else {
+    } else if (view_->selectedRow() >= 0) {
         previewSelectedRow();
+    } else if (preview_->content() != PreviewFrame::Content::Introduction) {
+        preview_->clearAll();  // no file to show
+        emit previewShown();
     }
 }
 
@@ -599,11 +449,12 @@ void RepForm::onShowAllTriggered(bool checked) {
 void RepForm::openRow(int row) {
     if (row < 0 || row >= model_->rowCount()) return;
     // Opened with its default program; a failure is not reported.
-    desktop_->openUrl(QUrl::fromLocalFile(QString::fromStdString(model_->pathAt(row))));
+    desktop_->openUrl(QUrl::fromLocalFile(QString::fromStdString(model_->pathAt(row))), this, {});
 }
 
 void RepForm::chooseFolder() {
     try {
+        settings_.LastFolder = beforeNul(QString::fromStdString(settings_.LastFolder)).toStdString();
         if (settings_.LastFolder.empty()) settings_.LastFolder = "/";
         QString start = QString::fromStdString(settings_.LastFolder);
         if (start == QLatin1String("\\")) start = QDir::homePath();  // the first run's folder
@@ -612,7 +463,7 @@ void RepForm::chooseFolder() {
         inputs_->box(HistoryBox::Folder)->setEditText(chosen);
         settings_.LastFolder = chosen.toStdString();
     } catch (const std::exception&) {
-        showMessage("Error selecting folder.");
+        messages_->showMessage(errorSelectingFolder());
     }
 }
 
@@ -622,17 +473,19 @@ void RepForm::showAbout() {
     about->open();
 }
 
+void RepForm::openPage(const QString& target) { OpenPage(*desktop_, *messages_, target, this); }
+
 void RepForm::showHelp() {
     const std::filesystem::path readme = findProgramFile(options_.programFolder, "readme.html");
     const std::filesystem::path shown = readme.empty() ? options_.programFolder / "readme.html" : readme;
-    OpenPage(*desktop_, *messages_, QString::fromStdString(shown.string()));
+    openPage(QString::fromStdString(shown.string()));
 }
 
 // ---- Window events and layout --------------------------------------------
 
 void RepForm::closeEvent(QCloseEvent* event) {
     runs_->abandon();
-    settingsStore_->SaveSettings(settings_, *this);
+    settingsStore_->SaveSettings(settings_, *windowState_);
     if (extractForm_) {
         // Exiting: the extraction window closes instead of hiding.
         extractForm_->setExiting(true);
@@ -660,7 +513,7 @@ bool RepForm::eventFilter(QObject* watched, QEvent* event) {
         clampDividerOnResize();
         layoutFrames();
     } else if (watched == logo_ && event->type() == QEvent::MouseButtonRelease) {
-        OpenPage(*desktop_, *messages_, QString::fromUtf8(kMakerPage));
+        openPage(QString::fromUtf8(kMakerPage));
         return true;
     }
     return QMainWindow::eventFilter(watched, event);

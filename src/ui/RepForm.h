@@ -8,20 +8,17 @@
 #include <filesystem>
 #include <memory>
 #include <string>
-#include <unordered_map>
 
 #include "core/AppSettings.h"
-#include "core/MainWindowState.h"
 #include "core/MessageHost.h"
 #include "core/SearchState.h"
-#include "results/MatchPreview.h"
 #include "results/ResultSort.h"
-#include "ui/RunDisplay.h"
+#include "search/JobSource.h"
 
+class QAbstractButton;
 class QAction;
 class QLabel;
 class QMenu;
-class QPushButton;
 class QTimer;
 
 namespace vantorel {
@@ -35,13 +32,16 @@ class ColourProgressBar;
 class DesktopServices;
 class DragLine;
 class ExtractForm;
-class PopUpForm;
 class GuiMessageHost;
 class InputFrame;
+class PopUpForm;
 class PreviewFrame;
+class RepFormState;
 class ResultsModel;
 class ResultsView;
 class RunController;
+class RunDisplay;
+class RunRequestBuilder;
 
 struct RepFormOptions {
     // Where messages and questions go; by default the desktop's message boxes.
@@ -57,7 +57,7 @@ struct RepFormOptions {
     long long previewCharacters = 3'000'000;
 };
 
-class RepForm : public QMainWindow, public MainWindowState, private RunDisplay {
+class RepForm : public QMainWindow {
     Q_OBJECT
 public:
     // The divider keeps the list at least this tall and the preview band at
@@ -75,27 +75,14 @@ public:
     std::string extractedText() const;
     // The extraction window, made on first use.
     ExtractForm* extractWindow();
-    const std::string& previewPattern() const noexcept { return previewPattern_; }
+    const std::string& previewPattern() const;
     bool isRunning() const;
     ResultsModel* results() const noexcept { return model_; }
     // The height of the band below the buttons, holding list, divider and preview (twips).
     long bandHeight() const;
-
-    // MainWindowState
-    std::vector<std::string> historyItems(HistoryBox box) const override;
-    void setHistoryItems(HistoryBox box, const std::vector<std::string>& items) override;
-    std::string boxText(HistoryBox box) const override;
-    void setBoxText(HistoryBox box, const std::string& text) override;
-    bool isOptionChecked(OptionBox box) const override;
-    void setOptionChecked(OptionBox box, bool checked) override;
-    WindowGeometry geometry() const override;
-    void setGeometry(const WindowGeometry& geometry) override;
-    WindowShowState showState() const override;
-    void maximise() override;
-    long dividerPosition() const override { return divider_; }
-    void setDividerPosition(long position) override;
-    void setPreviewFont(const std::string& name, long size) override;
-    void switchOnFirstRunElement() override;
+    // The height of the list above the divider (twips).
+    long dividerPosition() const noexcept { return divider_; }
+    void setDividerPosition(long position);
 
 public slots:
     void startFind();
@@ -121,23 +108,11 @@ private:
     void buildMenus();
     void loadIntroduction();
     void startRun(RunKind kind);
-    RunRequest buildRequest(RunKind kind) const;
+    // The pair typed in the window (the batch queue's steps while one is queued).
+    JobSource jobSource() const;
     void setBusy(bool busy);
-    PreviewSettings previewSettings() const;
-    bool ignoreCase() const;
-    void showMessage(const std::string& text, MessageIcon icon = MessageIcon::None);
-
-    // RunDisplay
-    void runStarted() override;
-    void passStarted(PassKind pass) override;
-    void clearRows() override;
-    int appendPreview(const StyledText& section) override;
-    void addRow(const FileReport& row, int previewAnchor) override;
-    void appendExtracted(const std::string& text) override;
-    void setStatus(const std::string& text) override;
-    void setProgress(int percent, PassKind pass) override;
-    void flush() override;
-    void runFinished(const RunOutcome& outcome, const std::string& previewPattern) override;
+    void onRunFinished(const RunOutcome& outcome);
+    void showExtractWindow();
 
     void onRowCheckChanged(int row, bool checked);
     void onListLeftReleased();
@@ -151,7 +126,7 @@ private:
     void chooseFolder();
     void showAbout();
     void showHelp();
-    void showExtractWindow();
+    void openPage(const QString& target);
     void pointAtPatternError(std::size_t offset, const std::string& what);
 
     void layoutFrames();
@@ -164,8 +139,11 @@ private:
     DesktopServices* desktop_ = nullptr;
     std::unique_ptr<RegistryStore> store_;
     std::unique_ptr<SettingsStore> settingsStore_;
+    std::unique_ptr<RepFormState> windowState_;
+    std::unique_ptr<RunRequestBuilder> requests_;
     AppSettings settings_;
     SearchState state_;
+    RunDisplay* display_ = nullptr;
     RunController* runs_ = nullptr;
 
     InputFrame* inputs_ = nullptr;
@@ -175,10 +153,10 @@ private:
     PreviewFrame* preview_ = nullptr;
     ResultsView* view_ = nullptr;
     ResultsModel* model_ = nullptr;
-    QPushButton* findButton_ = nullptr;
-    QPushButton* replaceButton_ = nullptr;
-    QPushButton* extractButton_ = nullptr;
-    QPushButton* stopButton_ = nullptr;
+    QAbstractButton* findButton_ = nullptr;
+    QAbstractButton* replaceButton_ = nullptr;
+    QAbstractButton* extractButton_ = nullptr;
+    QAbstractButton* stopButton_ = nullptr;
     ColourProgressBar* progress_ = nullptr;
     QLabel* versionLabel_ = nullptr;
     QLabel* logo_ = nullptr;
@@ -195,16 +173,6 @@ private:
 
     long divider_ = 3000;  // the list's height, in twips
     SortDirections sortDirections_;
-
-    // The run going on, or the last one.
-    RunKind runKind_ = RunKind::Find;
-    bool runPreviewAll_ = true;
-    PassKind pass_ = PassKind::Searching;
-    std::string previewPattern_;
-    std::string pendingExtracted_;
-    std::vector<std::pair<FileReport, int>> pendingRows_;
-    std::unordered_map<std::string, int> anchorsByPath_;
-    bool previewFull_ = false;
 };
 
 }  // namespace vantorel::ui

@@ -2,9 +2,9 @@
 
 #include <QElapsedTimer>
 #include <QThread>
-#include <exception>
 
 #include "search/SearchRun.h"
+#include "ui/RunDisplay.h"
 #include "ui/RunEventQueue.h"
 #include "ui/WorkerRunHost.h"
 
@@ -27,23 +27,11 @@ RunController::~RunController() { abandon(); }
 bool RunController::start(RunRequest request) {
     if (thread_) return false;
     queue_ = std::make_unique<RunEventQueue>();
-    host_ = std::make_unique<WorkerRunHost>(*queue_, state_);
+    host_ = std::make_unique<WorkerRunHost>(*queue_);
     queue_->setWakeUp([this] { QMetaObject::invokeMethod(this, &RunController::drain, Qt::QueuedConnection); });
-    pendingAnchor_ = -1;
     WorkerRunHost* host = host_.get();
     SearchState* state = &state_;
-    thread_ = QThread::create([request = std::move(request), host, state] {
-        try {
-            RunSearch(request, *state, *host);
-        } catch (const std::exception& error) {
-            // Whatever escapes the driver still ends the run visibly.
-            host->showMessage(Message{std::string("Error in Find/Replace process!\r\n") + error.what(),
-                                      kProgramTitle, MessageIcon::Warning, MessageKind::Failure});
-            RunOutcome outcome;
-            outcome.result = RunResult::Failed;
-            host->runFinished(outcome);
-        }
-    });
+    thread_ = QThread::create([request = std::move(request), host, state] { RunSearch(request, *state, *host); });
     thread_->setObjectName(QStringLiteral("vantorel-run"));
     thread_->start();
     timer_.start();
@@ -76,61 +64,27 @@ void RunController::drain() {
     draining_ = true;
     QElapsedTimer slice;
     slice.start();
-    std::optional<std::string> status;
-    std::optional<std::pair<int, PassKind>> progress;
-    // Status and progress change with every file: only the latest is shown.
-    auto showGathered = [&] {
-        if (status) display_.setStatus(*status);
-        if (progress) display_.setProgress(progress->first, progress->second);
-        status.reset();
-        progress.reset();
-        display_.flush();
-    };
-
     RunEvent event;
     while (slice.elapsed() < kSliceMs && queue_ && queue_->take(event)) {
-        switch (event.kind) {
-            case RunEvent::Kind::Status: status = std::move(event.text); break;
-            case RunEvent::Kind::Progress: progress = std::make_pair(event.percent, event.pass); break;
-            case RunEvent::Kind::Started: display_.runStarted(); break;
-            case RunEvent::Kind::PassStarted: display_.passStarted(event.pass); break;
-            case RunEvent::Kind::ClearRows:
-                display_.clearRows();
-                pendingAnchor_ = -1;
-                break;
-            case RunEvent::Kind::Preview: {
-                const int anchor = display_.appendPreview(event.section);
-                if (pendingAnchor_ < 0) pendingAnchor_ = anchor;
-                break;
-            }
-            case RunEvent::Kind::Row:
-                display_.addRow(event.row, pendingAnchor_);
-                pendingAnchor_ = -1;
-                break;
-            case RunEvent::Kind::Extracted: display_.appendExtracted(event.text); break;
-            case RunEvent::Kind::Message:
-                showGathered();
-                messages_.showMessage(event.message);
-                if (queue_) queue_->answer(true);
-                slice.restart();
-                break;
-            case RunEvent::Kind::Question: {
-                showGathered();
-                const bool yes = messages_.askYesNo(event.message);
-                if (queue_) queue_->answer(yes);
-                slice.restart();
-                break;
-            }
-            case RunEvent::Kind::Finished:
-                showGathered();
-                cleanUp();
-                draining_ = false;
-                display_.runFinished(event.outcome, event.previewPattern);
-                emit finished();
-                return;
+        if (auto* trip = std::get_if<RoundTrip>(&event)) {
+            display_.flush();  // the question comes after what led to it
+            bool answer = true;
+            if (trip->question) answer = messages_.askYesNo(trip->message);
+            else messages_.showMessage(trip->message);
+            if (queue_) queue_->answer(answer);
+            slice.restart();
+            continue;
         }
+        RunReport& report = std::get<RunReport>(event);
+        if (std::holds_alternative<reports::Finished>(report)) {
+            cleanUp();  // the worker has ended: what it left in the run state can be read
+            draining_ = false;
+            display_.show(std::move(report));
+            return;
+        }
+        display_.show(std::move(report));
     }
-    showGathered();
+    display_.flush();
     draining_ = false;
     // A backlog is taken up again as soon as the window has seen to its other
     // events and timers; otherwise the window looks again after a while.

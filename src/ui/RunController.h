@@ -12,12 +12,12 @@
 #include "core/MessageHost.h"
 #include "core/SearchState.h"
 #include "search/RunTypes.h"
-#include "ui/RunDisplay.h"
 
 class QThread;
 
 namespace vantorel::ui {
 
+class RunDisplay;
 class RunEventQueue;
 class WorkerRunHost;
 
@@ -36,9 +36,6 @@ public:
     // still to be shown and wait for the worker to end.
     void abandon();
 
-signals:
-    void finished();
-
 private slots:
     void drain();
 
@@ -53,7 +50,6 @@ private:
     QThread* thread_ = nullptr;
     QTimer timer_;
     bool draining_ = false;
-    int pendingAnchor_ = -1;
 };
 
 }  // namespace vantorel::ui

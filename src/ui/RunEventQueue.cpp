@@ -2,10 +2,22 @@
 
 namespace vantorel::ui {
 
-std::size_t RunEvent::weight() const {
-    std::size_t bytes = sizeof(RunEvent) + text.size() + row.path.size() + message.text.size();
-    for (const StyledRun& run : section) bytes += sizeof(StyledRun) + run.text.size();
-    return bytes;
+std::size_t weightOf(const RunEvent& event) {
+    const auto extra = Overloaded{
+        [](const reports::Status& status) { return status.text.size(); },
+        [](const reports::PreviewSection& preview) {
+            std::size_t bytes = 0;
+            for (const StyledRun& run : preview.section) bytes += sizeof(StyledRun) + run.text.size();
+            return bytes;
+        },
+        [](const reports::Row& row) { return row.row.path.size(); },
+        [](const reports::Extracted& extracted) { return extracted.text.size(); },
+        [](const auto&) { return std::size_t{0}; },
+    };
+    return sizeof(RunEvent) +
+           std::visit(Overloaded{[&](const RunReport& report) { return std::visit(extra, report); },
+                                 [](const RoundTrip& trip) { return trip.message.text.size(); }},
+                      event);
 }
 
 RunEventQueue::RunEventQueue(std::size_t maxEvents, std::size_t maxBytes)
@@ -17,7 +29,7 @@ void RunEventQueue::setWakeUp(std::function<void()> wakeUp) {
 }
 
 void RunEventQueue::push(std::unique_lock<std::mutex>& lock, RunEvent event, bool wake) {
-    bytes_ += event.weight();
+    bytes_ += weightOf(event);
     events_.push_back(std::move(event));
     std::function<void()> wakeUp = wake ? wakeUp_ : nullptr;
     lock.unlock();
@@ -25,19 +37,19 @@ void RunEventQueue::push(std::unique_lock<std::mutex>& lock, RunEvent event, boo
     lock.lock();
 }
 
-void RunEventQueue::post(RunEvent event) {
+void RunEventQueue::post(RunReport report) {
     std::unique_lock lock(mutex_);
     changed_.wait(lock, [this] { return abandoned_ || !fullLocked(); });
     if (abandoned_) return;
-    const bool wake = event.kind == RunEvent::Kind::Finished;
-    push(lock, std::move(event), wake);
+    const bool wake = std::holds_alternative<reports::Finished>(report);
+    push(lock, std::move(report), wake);
 }
 
-bool RunEventQueue::roundTrip(RunEvent event) {
+bool RunEventQueue::roundTrip(RoundTrip trip) {
     std::unique_lock lock(mutex_);
     if (abandoned_) return false;
     answer_.reset();
-    push(lock, std::move(event), true);
+    push(lock, std::move(trip), true);
     changed_.wait(lock, [this] { return abandoned_ || answer_.has_value(); });
     if (abandoned_) return false;
     const bool value = *answer_;
@@ -48,7 +60,7 @@ bool RunEventQueue::roundTrip(RunEvent event) {
 bool RunEventQueue::take(RunEvent& event) {
     std::lock_guard lock(mutex_);
     if (events_.empty()) return false;
-    const std::size_t weight = events_.front().weight();
+    const std::size_t weight = weightOf(events_.front());
     event = std::move(events_.front());
     events_.pop_front();
     bytes_ = weight > bytes_ ? 0 : bytes_ - weight;

@@ -5,34 +5,27 @@
 // Messages and questions are round trips: the worker waits for the answer.
 
 #include <condition_variable>
-#include <cstdint>
 #include <deque>
 #include <functional>
 #include <mutex>
 #include <optional>
-#include <string>
+#include <variant>
 
 #include "core/MessageHost.h"
-#include "search/RunTypes.h"
+#include "search/RunReport.h"
 
 namespace vantorel::ui {
 
-struct RunEvent {
-    enum class Kind {
-        Status, Progress, Started, PassStarted, ClearRows, Preview, Row, Extracted, Message, Question, Finished
-    };
-    Kind kind = Kind::Status;
-    std::string text;  // Status, Extracted
-    int percent = -1;  // Progress
-    PassKind pass = PassKind::Searching;
-    StyledText section;  // Preview
-    FileReport row;
-    Message message;  // Message, Question
-    RunOutcome outcome;  // Finished
-    std::string previewPattern;  // Finished
-
-    std::size_t weight() const;  // bytes, roughly, for the bound
+// A message or a question the worker waits on.
+struct RoundTrip {
+    Message message;
+    bool question = false;
 };
+
+using RunEvent = std::variant<RunReport, RoundTrip>;
+
+// Bytes, roughly, for the queue's bound.
+std::size_t weightOf(const RunEvent& event);
 
 class RunEventQueue {
 public:
@@ -42,11 +35,11 @@ public:
     // see at once (a message, a question, the end of the run).
     void setWakeUp(std::function<void()> wakeUp);
 
-    // Worker: adds an event, first waiting while the queue is full.
-    void post(RunEvent event);
+    // Worker: adds a report, first waiting while the queue is full.
+    void post(RunReport report);
     // Worker: adds a message or question and waits for its answer. False when
     // the queue was abandoned (the window is closing).
-    bool roundTrip(RunEvent event);
+    bool roundTrip(RoundTrip trip);
 
     // Window: takes the next event.
     bool take(RunEvent& event);

@@ -1,8 +1,7 @@
 #pragma once
-// The run host on the worker thread: everything the run reports becomes an
-// event in the queue; messages and questions wait for the window's answer.
+// The run host on the worker thread: every report goes into the queue as it
+// is; messages and questions wait for the window's answer.
 
-#include "core/SearchState.h"
 #include "search/RunHost.h"
 #include "ui/RunEventQueue.h"
 
@@ -10,23 +9,14 @@ namespace vantorel::ui {
 
 class WorkerRunHost : public RunHost {
 public:
-    WorkerRunHost(RunEventQueue& queue, const SearchState& state) : queue_(queue), state_(state) {}
+    explicit WorkerRunHost(RunEventQueue& queue) : queue_(queue) {}
 
-    void showMessage(const Message& message) override;
-    bool askYesNo(const Message& question) override;
-    void setStatus(const std::string& text) override;
-    void setProgress(int percent, PassKind pass) override;
-    void runStarted(const RunRequest& request) override;
-    void passStarted(PassKind pass) override;
-    void clearRows() override;
-    void appendPreview(const StyledText& section) override;
-    void addRow(const FileReport& row) override;
-    void appendExtracted(std::string_view text) override;
-    void runFinished(const RunOutcome& outcome) override;
+    void report(RunReport report) override { queue_.post(std::move(report)); }
+    void showMessage(const Message& message) override { queue_.roundTrip(RoundTrip{message, false}); }
+    bool askYesNo(const Message& question) override { return queue_.roundTrip(RoundTrip{question, true}); }
 
 private:
     RunEventQueue& queue_;
-    const SearchState& state_;
 };
 
 }  // namespace vantorel::ui

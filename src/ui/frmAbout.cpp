@@ -4,8 +4,9 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QMouseEvent>
-#include <QPushButton>
+#include <QAbstractButton>
 
+#include "ui/CommandButton.h"
 #include "ui/FileDialog.h"
 #include "ui/Logo.h"
 
@@ -46,10 +47,8 @@ frmAbout::frmAbout(DesktopServices& desktop, MessageHost& messages, QWidget* par
     label3->setObjectName(QStringLiteral("Label3"));
     label3->setTextInteractionFlags(Qt::NoTextInteraction);  // the click goes through OpenPage
     label3->setCursor(Qt::PointingHandCursor);
-    auto* ok = new QPushButton(QStringLiteral("OK"), this);
-    ok->setObjectName(QStringLiteral("CmdOK"));
-    ok->setDefault(true);
-    connect(ok, &QPushButton::clicked, this, &QDialog::accept);
+    QAbstractButton* ok = makeCommandButton("CmdOK", QStringLiteral("OK"), this, true);
+    connect(ok, &QAbstractButton::clicked, this, &QDialog::accept);
 
     for (QLabel* clickable : {image1, image2, label3}) {
         clickable->setCursor(Qt::PointingHandCursor);
@@ -73,9 +72,11 @@ bool frmAbout::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::MouseButtonRelease &&
         static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) {
         const QString name = watched->objectName();
-        if (name == QLatin1String("Image1")) OpenPage(desktop_, messages_, QString::fromUtf8(kMakerPage));
+        // A failure is told also when the box has been closed meanwhile.
+        QObject* receiver = parent() ? parent() : this;
+        if (name == QLatin1String("Image1")) OpenPage(desktop_, messages_, QString::fromUtf8(kMakerPage), receiver);
         else if (name == QLatin1String("Image2") || name == QLatin1String("Label3"))
-            OpenPage(desktop_, messages_, QString::fromUtf8(kProductPage));
+            OpenPage(desktop_, messages_, QString::fromUtf8(kProductPage), receiver);
         else return QDialog::eventFilter(watched, event);
         return true;
     }

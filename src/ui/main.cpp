@@ -1,10 +1,10 @@
 // vantorel: the desktop window. `vantorel [FOLDER]` starts on FOLDER.
 
 #include <QApplication>
-#include <QMessageBox>
 #include <QStringList>
 
 #include "search/EngineSelfTest.h"
+#include "ui/GuiMessageHost.h"
 #include "ui/RepForm.h"
 
 int main(int argc, char** argv) {
@@ -13,9 +13,7 @@ int main(int argc, char** argv) {
     QApplication::setApplicationVersion(QStringLiteral(VANTOREL_VERSION));
 
     if (const auto failure = vantorel::EngineSelfTest()) {
-        QString text = QString::fromStdString(failure->text);
-        text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-        QMessageBox::critical(nullptr, QString::fromStdString(failure->title), text, QMessageBox::Ok);
+        vantorel::ui::GuiMessageHost().showMessage(*failure);
         return 1;  // no window, no settings saved
     }
 

@@ -102,5 +102,17 @@ TEST_F(FileListBuilderTest, StopEndsEachFolderAfterItsFirstEntry) {
     EXPECT_EQ(paths(list, tree.root()), (std::vector<std::string>{"a.txt"}));
 }
 
+TEST_F(FileListBuilderTest, NoFolderIsEnteredTwice) {
+    // Cut at the NUL by the system, every folder of this walk is the start folder.
+    const std::string start = tree.root() + std::string(1, '\0') + "/x";
+    std::size_t reached = 0;
+    FileListCallbacks callbacks;
+    callbacks.status = [&](const std::string&) {
+        if (++reached > 100) throw std::runtime_error("the walk does not end");
+    };
+    const FileList list = BuildFileList(start, "*.txt", true, stop, callbacks);
+    EXPECT_EQ(list.names, (std::vector<std::string>{"a.txt", "b.txt"}));
+}
+
 }  // namespace
 }  // namespace vantorel

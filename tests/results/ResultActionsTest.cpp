@@ -17,7 +17,7 @@ TEST(ResultActionsTest, CaptionsNameTheFileAndTheProgram) {
     EXPECT_TRUE(showsMultiMarkItems(2));
 }
 
-TEST(ResultActionsTest, MarkingTicksTheBoxUnmarkingTheLastDisablesIt) {
+TEST(ResultActionsTest, MarkingTicksTheBoxUnmarkingTheLastClearsAndDisablesIt) {
     std::vector<bool> marks{false, false, false};
     const std::vector<bool> none{false, false, false};
     MarkAction action{marks, none};
@@ -27,8 +27,8 @@ TEST(ResultActionsTest, MarkingTicksTheBoxUnmarkingTheLastDisablesIt) {
     box = action.toggle(1);  // one mark is left: the box stays as it is
     EXPECT_TRUE(box.enabled);
     EXPECT_FALSE(box.touchChecked);
-    box = action.toggle(2);  // the last mark goes
-    EXPECT_FALSE(box.enabled);
+    box = action.toggle(2);  // the last mark goes: the box is cleared and disabled
+    EXPECT_TRUE(!box.enabled && box.touchChecked && !box.checked);
     EXPECT_EQ(marks, (std::vector<bool>{false, false, false}));
 }
 
@@ -46,8 +46,8 @@ TEST(ResultActionsTest, SelectedRowsAreMarkedUnmarkedAndAllMarksInverted) {
     EXPECT_FALSE(inverted.touchChecked);
     std::vector<bool> all{true, true};
     const std::vector<bool> both{true, true};
-    EXPECT_FALSE((MarkAction{all, both}.invert().enabled));
-    EXPECT_FALSE((MarkAction{all, both}.unmarkSelected().enabled));
+    for (const MarkedBoxState box : {MarkAction{all, both}.invert(), MarkAction{all, both}.unmarkSelected()})
+        EXPECT_TRUE(!box.enabled && box.touchChecked && !box.checked);
 }
 
 }  // namespace

@@ -94,6 +94,9 @@ TEST_F(SearchRunTest, ValidatesEveryPatternThenTheFilterThenTheFolder) {
         {{"abc"}, "*.txt", missing, "Missing or invalid start location"},
         {{"abc"}, "*.txt", "", "Missing or invalid start location"},
         {{"abc"}, "*.txt", tree.path("a.txt"), "Missing or invalid start location"},
+        // The system would read both only up to the NUL.
+        {{"abc"}, "*.txt", tree.root() + std::string(1, '\0') + "/x", "Missing or invalid start location"},
+        {{"abc"}, std::string("*.txt\0*.log", 11), tree.root(), "Please enter a valid file type filter (eg. *.txt)"},
     };
     for (const Case& c : cases) {
         host = RecordingHost();

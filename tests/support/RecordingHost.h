@@ -35,31 +35,38 @@ public:
         events.push_back(std::string("ask:") + q.text + (yes ? ":yes" : ":no"));
         return yes;
     }
-    void setStatus(const std::string& text) override { statuses.push_back(text); }
-    void runStarted(const RunRequest&) override { events.push_back("started"); }
-    void passStarted(PassKind pass) override {
-        events.push_back(pass == PassKind::Writing ? "pass:writing"
-                         : pass == PassKind::Counting ? "pass:counting" : "pass:searching");
+    void report(RunReport report) override {
+        std::visit(Overloaded{
+                       [this](const reports::Status& status) { statuses.push_back(status.text); },
+                       [this](const reports::Started&) { events.push_back("started"); },
+                       [this](const reports::PassStarted& started) {
+                           events.push_back(started.pass == PassKind::Writing    ? "pass:writing"
+                                            : started.pass == PassKind::Counting ? "pass:counting"
+                                                                                 : "pass:searching");
+                       },
+                       [this](const reports::RowsCleared&) {
+                           rows.clear();
+                           events.push_back("clear");
+                       },
+                       [this](const reports::PreviewSection& preview) {
+                           std::string text;
+                           for (const StyledRun& run : preview.section) text += run.text;
+                           events.push_back("preview:" + text);
+                       },
+                       [this](const reports::Row& added) {
+                           rows.push_back(added.row);
+                           events.push_back("row:" + added.row.path + ":" + std::to_string(added.row.matches));
+                           if (onRow) onRow(added.row);
+                       },
+                       [this](const reports::Extracted& text) {
+                           extracted += text.text;
+                           events.push_back("extract:" + text.text);
+                       },
+                       [this](const reports::Finished&) { events.push_back("finished"); },
+                       [](const reports::Progress&) {},
+                   },
+                   report);
     }
-    void clearRows() override {
-        rows.clear();
-        events.push_back("clear");
-    }
-    void appendPreview(const StyledText& section) override {
-        std::string text;
-        for (const StyledRun& run : section) text += run.text;
-        events.push_back("preview:" + text);
-    }
-    void addRow(const FileReport& row) override {
-        rows.push_back(row);
-        events.push_back("row:" + row.path + ":" + std::to_string(row.matches));
-        if (onRow) onRow(row);
-    }
-    void appendExtracted(std::string_view text) override {
-        extracted += text;
-        events.push_back("extract:" + std::string(text));
-    }
-    void runFinished(const RunOutcome&) override { events.push_back("finished"); }
 
     std::vector<std::string> messageTexts() const {
         std::vector<std::string> texts;

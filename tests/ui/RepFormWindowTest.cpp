@@ -5,6 +5,7 @@
 #include <QDialog>
 #include <QHeaderView>
 #include <QMouseEvent>
+#include <QThreadPool>
 #include <QTimer>
 #include <QTreeView>
 #include <sys/time.h>
@@ -235,6 +236,44 @@ private slots:
         QCOMPARE(f.column(2), QStringList({"3", "1", "0"}));
     }
 
+    void switchingPreviewModesShowsOneStateAtATime() {
+        TempTree tree;
+        tree.write("p.txt", "hit a\n");
+        tree.write("q.txt", "one hit\n");
+        FormFixture f;
+        showWindow(f);
+        auto* view = f.child<ui::ResultsView>("ListView1");
+        auto* label = f.child<QLabel>("PreviewLbl");
+        auto settle = [] {  // pages and sections are built on the pool
+            QThreadPool::globalInstance()->waitForDone();
+            for (int i = 0; i < 3; ++i) QCoreApplication::processEvents();
+        };
+        f.setInputs(root(tree), "*.txt", "hit");
+
+        // A run one file at a time, then combined mode on: the notice alone,
+        // whatever row is clicked.
+        f.action("mAllFound")->trigger();
+        QVERIFY(f.runBy("FindBtn"));
+        settle();
+        QVERIFY(!label->text().isEmpty());
+        f.action("mAllFound")->trigger();
+        const QString notice = "Preview will not be updated until the search is performed again.";
+        QCOMPARE(f.pane()->toPlainText(), notice);
+        QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, view->visualRect(f.rows().index(1, 0)).center());
+        settle();
+        QCOMPARE(f.pane()->toPlainText(), notice);
+        QVERIFY(label->text().isEmpty());
+
+        // A combined run, then combined mode off with no row selected: nothing.
+        QVERIFY(f.runBy("FindBtn"));
+        QVERIFY(f.pane()->toPlainText().contains("p.txt  (1 Found)"));
+        view->setCurrentIndex(QModelIndex());
+        f.action("mAllFound")->trigger();
+        settle();
+        QCOMPARE(f.pane()->toPlainText(), QString());
+        QVERIFY(label->text().isEmpty());
+    }
+
     void combinedPreviewScrollsToASectionAndBuildsLaterOnesOnDemand() {
         TempTree tree;
         std::string many;
@@ -339,6 +378,52 @@ private slots:
 
         f.form->setStartFolder("\"/some folder/with \"quotes\"");
         QCOMPARE(f.combo("StartDir")->currentText(), QString("/some folder/with quotes"));
+    }
+
+    void failuresToOpenAreReported() {
+        TempTree tree;
+        tree.write("docs/a.txt", "hit\n");
+        // The desktop's opener: notes its argument, exits with the status asked for.
+        tree.write("bin/xdg-open", "#!/bin/sh\nstatus=$(cat \"$0.status\")\necho \"$1\" >> \"$0.log\"\nexit $status\n", 0755);
+        const QByteArray path = qgetenv("PATH");
+        qputenv("PATH", QByteArray::fromStdString(tree.path("bin")) + ":" + path);
+        FormFixture f;
+        f.systemDesktop = true;
+        f.restart();
+        f.setInputs(root(tree), "*.txt", "hit");
+        QVERIFY(f.runBy("FindBtn"));
+        auto* view = f.child<QTreeView>("ListView1");
+        view->setCurrentIndex(f.rows().index(0, 0));
+        f.action("mAbout")->trigger();
+        auto* about = f.form->findChild<QDialog*>("frmAbout");
+        QVERIFY(about);
+
+        const std::string unable = "Unable to find/view page.";
+        struct Case {
+            std::function<void()> open;
+            QString target;
+            std::string message;
+        };
+        const Case cases[] = {
+            {[&] { f.action("mInstructions")->trigger(); }, VANTOREL_DATA_DIR "/readme.html", unable},
+            {[&] { f.action("mweb2")->trigger(); }, ui::kProductPage, unable},
+            {[&] { QTest::mouseClick(about->findChild<QLabel*>("Image1"), Qt::LeftButton); }, ui::kMakerPage, unable},
+            {[&] { f.action("mmuExp")->trigger(); }, root(tree) + "/docs/", "Error Opening Folder."},
+        };
+        std::vector<std::string> expected;
+        for (const std::string status : {"0", "4"}) {
+            tree.write("bin/xdg-open.status", status);
+            for (const Case& c : cases) {
+                tree.write("bin/xdg-open.log", "");
+                c.open();
+                QTRY_COMPARE(QString::fromStdString(tree.read("bin/xdg-open.log")), c.target + "\n");
+                if (status == "0") continue;
+                expected.push_back(c.message);
+                QTRY_COMPARE(f.messages.texts(), expected);
+                QCOMPARE(f.messages.messages.back().icon, MessageIcon::Warning);
+            }
+        }
+        qputenv("PATH", path);
     }
 
     void settingsSurviveARestart() {

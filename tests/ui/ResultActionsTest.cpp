@@ -147,9 +147,8 @@ private slots:
         QVERIFY(marked->isEnabled() && marked->isChecked());
         rightClick(f, 0)->hide();
         QCOMPARE(f.action("mmuMark")->text(), QString("Unmark a.txt"));
-        f.action("mmuMark")->trigger();  // the only mark goes: the box is disabled
+        f.action("mmuMark")->trigger();
         QVERIFY(!f.rows().rowAt(0).checked);
-        QVERIFY(!marked->isEnabled());
 
         select(f, {1, 2});
         f.action("MnuMarkAll")->trigger();
@@ -158,10 +157,33 @@ private slots:
         f.action("mnuInv")->trigger();
         QVERIFY(f.rows().rowAt(0).checked && !f.rows().rowAt(1).checked && !f.rows().rowAt(2).checked);
         QVERIFY(marked->isEnabled());
-        select(f, {0});
-        f.action("MnuUnmarkAll")->trigger();
-        QVERIFY(!f.rows().anyChecked());
-        QVERIFY(!marked->isEnabled());
+    }
+
+    void withNoMarkLeftTheMarkedBoxIsClearedAndTheInputsFreed() {
+        TempTree tree;
+        writeTree(tree);
+        FormFixture f;
+        find(f, tree);
+        auto* marked = f.child<QCheckBox>("MarkedChk");
+        const char* inputs[] = {"FilterCombo", "StartDir", "FolderButton", "ffiltLbl", "StLocLbl"};
+        struct Case {
+            const char* how;
+            std::vector<int> marks;
+            std::function<void()> removeThem;
+        };
+        const Case cases[] = {
+            {"invert", {0, 1, 2}, [&] { f.action("mnuInv")->trigger(); }},
+            {"unmark all selected", {0, 2}, [&] { select(f, {0, 1, 2}); f.action("MnuUnmarkAll")->trigger(); }},
+            {"unmark the file", {1}, [&] { select(f, {1}); f.action("mmuMark")->trigger(); }},
+        };
+        for (const Case& c : cases) {
+            for (int row : c.marks) f.rows().setData(f.rows().index(row, 0), Qt::Checked, Qt::CheckStateRole);
+            QVERIFY2(marked->isEnabled() && marked->isChecked() && !f.child("StartDir")->isEnabled(), c.how);
+            c.removeThem();
+            QVERIFY2(!f.rows().anyChecked(), c.how);
+            QVERIFY2(!marked->isChecked() && !marked->isEnabled(), c.how);
+            for (const char* input : inputs) QVERIFY2(f.child(input)->isEnabled(), c.how);
+        }
     }
 
     void openingWithAProgramRemembersItAndReportsFailures() {

@@ -13,12 +13,9 @@ using namespace vantorel::ui;
 
 namespace {
 
-RunEvent status(const std::string& text) {
-    RunEvent e;
-    e.kind = RunEvent::Kind::Status;
-    e.text = text;
-    return e;
-}
+RunReport status(const std::string& text) { return reports::Status{text}; }
+
+std::string statusText(const RunEvent& event) { return std::get<reports::Status>(std::get<RunReport>(event)).text; }
 
 // Waits (without sleeping a fixed time) until the condition holds.
 template <class Condition>
@@ -52,7 +49,7 @@ private slots:
         RunEvent event;
         std::vector<std::string> taken;
         while (taken.size() < 5)
-            if (queue.take(event)) taken.push_back(event.text);
+            if (queue.take(event)) taken.push_back(statusText(event));
         worker.join();
         QCOMPARE(taken, std::vector<std::string>({"0", "1", "2", "3", "4"}));
         QVERIFY(queue.empty());
@@ -64,13 +61,11 @@ private slots:
         queue.setWakeUp([&] { ++wakeUps; });
         std::atomic<int> answer{-1};
         std::thread worker([&] {
-            RunEvent question;
-            question.kind = RunEvent::Kind::Question;
-            answer = queue.roundTrip(std::move(question)) ? 1 : 0;
+            answer = queue.roundTrip(RoundTrip{Message{}, true}) ? 1 : 0;
         });
         RunEvent event;
         QVERIFY(eventually([&] { return queue.take(event); }));
-        QCOMPARE(int(event.kind), int(RunEvent::Kind::Question));
+        QVERIFY(std::get<RoundTrip>(event).question);
         QCOMPARE(wakeUps.load(), 1);
         QCOMPARE(answer.load(), -1);  // still waiting
         queue.answer(true);
@@ -85,9 +80,7 @@ private slots:
         bool answered = true;
         std::thread worker([&] {
             queue.post(status("waits for room"));
-            RunEvent question;
-            question.kind = RunEvent::Kind::Question;
-            answered = queue.roundTrip(std::move(question));
+            answered = queue.roundTrip(RoundTrip{Message{}, true});
             done = true;
         });
         queue.abandon();

@@ -67,9 +67,9 @@ public:
     QString folderTitle;
     QString folderStart;
 
-    bool openUrl(const QUrl& url) override {
+    void openUrl(const QUrl& url, QObject*, std::function<void(bool)> done) override {
         opened.push_back(url);
-        return openSucceeds;
+        if (done) done(openSucceeds);
     }
     QString chooseFolder(QWidget*, const QString& title, const QString& start) override {
         folderTitle = title;
@@ -109,13 +109,14 @@ struct FormFixture {
     RecordingDesktop desktop;
     std::unique_ptr<ui::RepForm> form;
     long long previewCharacters = 3'000'000;
+    bool systemDesktop = false;  // the window's own desktop instead of the recording one
 
     FormFixture() { open(); }
 
     void open() {
         ui::RepFormOptions options;
         options.messages = &messages;
-        options.desktop = &desktop;
+        options.desktop = systemDesktop ? nullptr : &desktop;
         options.settingsFile = (config.path() + QStringLiteral("/settings.reg")).toStdString();
         options.programFolder = VANTOREL_DATA_DIR;
         options.previewCharacters = previewCharacters;

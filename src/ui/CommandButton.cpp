@@ -1,0 +1,15 @@
+#include "ui/CommandButton.h"
+
+#include <QPushButton>
+
+namespace vantorel::ui {
+
+QAbstractButton* makeCommandButton(const char* objectName, const QString& caption, QWidget* parent, bool isDefault) {
+    auto* button = new QPushButton(caption, parent);
+    button->setObjectName(QString::fromLatin1(objectName));
+    button->setAutoDefault(false);
+    button->setDefault(isDefault);
+    return button;
+}
+
+}  // namespace vantorel::ui
