@@ -1,0 +1,68 @@
+#include "ui/TesterRunner.h"
+
+#include <QFutureWatcher>
+#include <QThreadPool>
+#include <QtConcurrent/QtConcurrentRun>
+
+namespace vantorel::ui {
+namespace {
+
+// Threads of their own, so that runaway work never holds up the program's
+// other work; never waited for at exit.
+QThreadPool* testerPool() {
+    static QThreadPool* pool = [] {
+        auto* p = new QThreadPool;
+        p->setMaxThreadCount(TesterRunner::kMaxRunning);
+        return p;
+    }();
+    return pool;
+}
+
+}  // namespace
+
+TesterRunner::TesterRunner(QObject* parent) : QObject(parent) {}
+
+TesterRunner::~TesterRunner() {
+    for (const auto& cancel : cancels_) cancel->store(true);
+}
+
+void TesterRunner::submit(Request request) {
+    const quint64 generation = ++latest_;
+    for (const auto& cancel : cancels_) cancel->store(true);
+    if (running_ < kMaxRunning) start(std::move(request), generation);
+    else waiting_.emplace(std::move(request), generation);
+}
+
+void TesterRunner::start(Request request, quint64 generation) {
+    auto cancel = std::make_shared<std::atomic<bool>>(false);
+    cancels_.push_back(cancel);
+    ++running_;
+    using Shared = std::shared_ptr<const Result>;
+    auto* watcher = new QFutureWatcher<Shared>(this);
+    connect(watcher, &QFutureWatcherBase::finished, this, [this, watcher, generation, cancel] {
+        std::erase(cancels_, cancel);
+        done(generation, watcher->result());
+        watcher->deleteLater();
+    });
+    watcher->setFuture(QtConcurrent::run(testerPool(), [request = std::move(request), cancel]() -> Shared {
+        auto result = std::make_shared<Result>();
+        result->sample = request.sample;
+        result->update = runTester(*request.sample, request.expression, request.steps, cancel.get());
+        return result;
+    }));
+}
+
+void TesterRunner::done(quint64 generation, std::shared_ptr<const Result> result) {
+    --running_;
+    if (generation == latest_ && !result->update.cancelled) {
+        delivered_ = generation;
+        emit finished(std::move(result));
+    }
+    if (waiting_ && running_ < kMaxRunning) {
+        auto [request, waitingGeneration] = std::move(*waiting_);
+        waiting_.reset();
+        start(std::move(request), waitingGeneration);
+    }
+}
+
+}  // namespace vantorel::ui
