@@ -14,9 +14,10 @@ namespace {
 
 bool cancelled(const std::atomic<bool>* cancel) { return cancel && cancel->load(std::memory_order_relaxed); }
 
-// Character positions in a UTF-8 sample as its box counts them: code points,
-// with a CR LF pair counted once. Moving forward from the last position asked
-// for costs only the distance.
+// Positions in a UTF-8 sample as ECMAScript's indexes count them (UTF-16
+// units: a character beyond U+FFFF takes two), with a CR LF pair counted once
+// as the sample's box shows it. Moving on from the last position asked for
+// costs only the distance.
 class Positions {
 public:
     explicit Positions(std::string_view text) : text_(text) {}
@@ -39,7 +40,7 @@ private:
         for (std::size_t i = from; i < to; ++i) {
             const auto c = static_cast<unsigned char>(text_[i]);
             if ((c & 0xC0) == 0x80 || (c == '\n' && i > 0 && text_[i - 1] == '\r')) continue;
-            ++n;
+            n += c >= 0xF0 ? 2 : 1;
         }
         return n;
     }

@@ -31,8 +31,9 @@ struct TesterExpression {
     bool caseSensitive = false;
 };
 
-// A piece of the sample: byte offsets, and the character position and length
-// as the sample's box counts them (code points, a CR LF pair as one).
+// A piece of the sample: byte offsets, and the position and length as
+// ECMAScript's indexes count them (UTF-16 units), with a CR LF pair counted
+// once as the sample's box shows it.
 struct SampleSpan {
     std::size_t begin = 0;
     std::size_t end = 0;

@@ -36,10 +36,10 @@ void PatternEdit::paintEvent(QPaintEvent* event) {
                                              : metrics.averageCharWidth();
     const QRect caret = cursorRect();
     const qreal top = caret.top() + 1;
-    const qreal bottom = caret.bottom();
+    const qreal bottom = std::min<qreal>(caret.bottom() + 2, height() - 3);
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.fillRect(QRectF(left, top, width, bottom - top), QColor(255, 0, 0, 60));
+    painter.fillRect(QRectF(left, top, width, caret.bottom() - top), QColor(255, 0, 0, 60));
     // A wavy underline.
     QPainterPath wave;
     wave.moveTo(left, bottom);

@@ -1,6 +1,7 @@
 #include "ui/RegExLibFrm.h"
 
 #include <QAbstractButton>
+#include <QFontDatabase>
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -37,6 +38,9 @@ RegExLibFrm::RegExLibFrm(LibraryState& state, const std::filesystem::path& progr
     name_ = edit("REName");
     pattern_ = edit("REtxt");
     replacement_ = edit("RepTxt");
+    const QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    pattern_->setFont(fixed);
+    replacement_->setFont(fixed);
 
     QAbstractButton* use = makeCommandButton("lvButtons_H1", QStringLiteral("Use"), this);
     QAbstractButton* save = makeCommandButton("lvButtons_H2", QStringLiteral("Save"), this);
@@ -68,7 +72,7 @@ RegExLibFrm::RegExLibFrm(LibraryState& state, const std::filesystem::path& progr
     auto* layout = new QHBoxLayout(this);
     layout->addLayout(listColumn, 2);
     layout->addLayout(right, 3);
-    resize(760, 320);
+    resize(720, 280);
 
     connect(list_, &QListWidget::currentRowChanged, this, [this] {
         if (!reloading_) showEntry();

@@ -112,7 +112,8 @@ void RegExTestFrm::buildWidgets() {
     reason_->setObjectName(QStringLiteral("PatternProblem"));
     reason_->setWordWrap(true);
     reason_->setStyleSheet(QStringLiteral("color: #c00000;"));
-    reason_->hide();
+    // A line kept for it, so that the boxes below do not move while typing.
+    reason_->setMinimumHeight(reason_->fontMetrics().height());
     caseSensitive_ = new QCheckBox(QStringLiteral("Case Sensitive"), this);
     caseSensitive_->setObjectName(QStringLiteral("CaseChk"));
     dynamic_ = new QCheckBox(QStringLiteral("Dynamic Update"), this);
@@ -153,6 +154,7 @@ void RegExTestFrm::buildWidgets() {
     groups_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     groups_->setSelectionBehavior(QAbstractItemView::SelectRows);
     groups_->setWordWrap(false);
+    groups_->verticalHeader()->setDefaultSectionSize(groups_->fontMetrics().height() + 6);
     groups_->horizontalHeader()->setSectionResizeMode(2, QHeaderView::Stretch);
     groups_->horizontalHeader()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
     groups_->horizontalHeader()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
@@ -170,7 +172,6 @@ void RegExTestFrm::buildWidgets() {
     options->addWidget(caseSensitive_);
     options->addWidget(dynamic_);
     options->addStretch();
-    options->addWidget(load);
     inputs->addLayout(options, 3, 1, 1, 2);
 
     auto* results = new QSplitter(Qt::Horizontal, this);
@@ -179,7 +180,9 @@ void RegExTestFrm::buildWidgets() {
     results->setStretchFactor(0, 3);
     results->setStretchFactor(1, 2);
     auto* bands = new QSplitter(Qt::Vertical, this);
-    bands->addWidget(pane(bands, {caption(QStringLiteral("&Sample Text:"), sample_, this)}, sample_));
+    QWidget* samplePane = pane(bands, {caption(QStringLiteral("&Sample Text:"), sample_, this)}, sample_);
+    static_cast<QHBoxLayout*>(samplePane->layout()->itemAt(0)->layout())->addWidget(load);
+    bands->addWidget(samplePane);
     bands->addWidget(results);
     bands->addWidget(pane(bands, {caption(QStringLiteral("After Re&placement:"), replaced_, this)}, replaced_));
     bands->setStretchFactor(0, 3);
@@ -263,7 +266,7 @@ void RegExTestFrm::showResult(std::shared_ptr<const TesterRunner::Result> result
     if (update.problem) {
         showProblem(*update.problem);
     } else {
-        reason_->hide();
+        reason_->clear();
         pattern_->setErrorMark(-1);
     }
     showing_ = false;
@@ -300,7 +303,6 @@ void RegExTestFrm::showProblem(const TesterProblem& problem) {
     selected_ = -1;
     clearMatchDetails();
     reason_->setText(QString::fromStdString(problem.reason));
-    reason_->show();
     pattern_->setErrorMark(problem.offset ? utf16Position(pattern_->text(), *problem.offset) : -1);
 }
 
