@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QCheckBox>
 #include <QFontDatabase>
+#include <QFutureWatcher>
 #include <QGridLayout>
 #include <QHeaderView>
 #include <QLabel>
@@ -13,6 +14,7 @@
 #include <QTextBlock>
 #include <QTimer>
 #include <QVBoxLayout>
+#include <QtConcurrent/QtConcurrentRun>
 #include <algorithm>
 #include <cstdio>
 
@@ -22,6 +24,7 @@
 #include "ui/FileDialog.h"
 #include "ui/GuiMessageHost.h"
 #include "ui/PatternEdit.h"
+#include "ui/PlainDocument.h"
 #include "ui/PreviewPane.h"
 #include "ui/RegExLibFrm.h"
 
@@ -122,6 +125,7 @@ void RegExTestFrm::buildWidgets() {
     QAbstractButton* library = makeCommandButton("ShowLibBtn", QStringLiteral("Library..."), this);
     QAbstractButton* update = makeCommandButton("UpdateBtn", QStringLiteral("Update"), this);
     QAbstractButton* load = makeCommandButton("LoadTxt", QStringLiteral("Load Text..."), this);
+    loadButton_ = load;
     QAbstractButton* close = makeCommandButton("ClsBtn", QStringLiteral("Close"), this);
 
     sample_ = new QPlainTextEdit(this);
@@ -239,11 +243,7 @@ void RegExTestFrm::schedule(TesterSteps steps, bool pause) {
 }
 
 void RegExTestFrm::startWork() {
-    if (!sampleText_) {
-        QString text = sample_->document()->toRawText();
-        text.replace(QChar::ParagraphSeparator, crlf_ ? QStringLiteral("\r\n") : QStringLiteral("\n"));
-        sampleText_ = std::make_shared<const std::string>(text.toStdString());
-    }
+    if (!sampleText_) sampleText_ = std::make_shared<const TesterSample>(sample_->document()->toRawText(), crlf_);
     TesterRunner::Request request;
     request.sample = sampleText_;
     request.expression = TesterExpression{pattern_->text().toStdString(), replacement_->text().toStdString(),
@@ -254,7 +254,7 @@ void RegExTestFrm::startWork() {
     busyTimer_->start();
 }
 
-void RegExTestFrm::showResult(std::shared_ptr<const TesterRunner::Result> result) {
+void RegExTestFrm::showResult(std::shared_ptr<TesterRunner::Result> result) {
     busyTimer_->stop();
     showing_ = true;
     const TesterUpdate& update = result->update;
@@ -262,7 +262,7 @@ void RegExTestFrm::showResult(std::shared_ptr<const TesterRunner::Result> result
         shown_ = result;
         showMatches(*update.list);
     }
-    if (update.replaced) replaced_->setPlainText(paneText(*update.replaced));
+    if (result->replaced) showPlainDocument(replaced_, std::move(result->replaced));
     if (update.problem) {
         showProblem(*update.problem);
     } else {
@@ -344,7 +344,7 @@ void RegExTestFrm::selectMatch(int index) {
 }
 
 QString RegExTestFrm::groupText(const SampleSpan& span) const {
-    const std::string& sample = *shown_->sample;
+    const std::string& sample = shown_->sample->utf8();
     std::size_t end = span.end;
     const bool cut = end - span.begin > kShownGroupBytes;
     if (cut) {
@@ -423,15 +423,46 @@ void RegExTestFrm::loadSample() {
     const QString path = OpenFileDialog(*desktop_, this, QStringLiteral("Text Files (*.txt)|*.txt|All Files (*.*)|*.*"),
                                         QString());
     if (path.isEmpty()) return;
-    try {
-        const SampleFile file = readSampleFile(path.toStdString(), kMaxSampleBytes);
-        sample_->setPlainText(QString::fromStdString(file.text));
-        // After the text: the change above has made the sample again.
-        crlf_ = file.crlf;
-        sampleText_.reset();
-    } catch (const std::exception&) {
-        messages_->showMessage(Message{"Error Loading File", kProgramTitle, MessageIcon::Warning, MessageKind::FileError});
-    }
+    // A large file is read and made into a document off the window's thread.
+    struct Loaded {
+        PlainDocument document;
+        bool crlf = false;
+        std::shared_ptr<const TesterSample> sample;
+    };
+    loadButton_->setEnabled(false);
+    auto* watcher = new QFutureWatcher<std::shared_ptr<Loaded>>(this);
+    connect(watcher, &QFutureWatcherBase::finished, this, [this, watcher] {
+        watcher->deleteLater();
+        loadButton_->setEnabled(true);
+        const std::shared_ptr<Loaded> loaded = watcher->result();
+        if (!loaded) {
+            messages_->showMessage(
+                Message{"Error Loading File", kProgramTitle, MessageIcon::Warning, MessageKind::FileError});
+            return;
+        }
+        sample_->setExtraSelections({});
+        showPlainDocument(sample_, std::move(loaded->document));
+        crlf_ = loaded->crlf;
+        sampleText_ = loaded->sample;
+        onEdited(TesterSteps{true, true});
+    });
+    watcher->setFuture(QtConcurrent::run([file = path.toStdString()]() -> std::shared_ptr<Loaded> {
+        try {
+            const SampleFile sample = readSampleFile(file, kMaxSampleBytes);
+            auto loaded = std::make_shared<Loaded>();
+            loaded->document = makePlainDocument(QString::fromStdString(sample.text), true);
+            loaded->crlf = sample.crlf;
+            std::string text = sample.text;
+            if (sample.crlf) {
+                text.clear();
+                for (const char c : sample.text) text += c == '\n' ? std::string_view("\r\n") : std::string_view(&c, 1);
+            }
+            loaded->sample = std::make_shared<const TesterSample>(std::move(text));
+            return loaded;
+        } catch (const std::exception&) {
+            return nullptr;
+        }
+    }));
 }
 
 void RegExTestFrm::showLibrary() {

@@ -68,7 +68,7 @@ private:
     void onEdited(TesterSteps steps);
     void schedule(TesterSteps steps, bool pause);
     void startWork();
-    void showResult(std::shared_ptr<const TesterRunner::Result> result);
+    void showResult(std::shared_ptr<TesterRunner::Result> result);
     void showMatches(const MatchList& list);
     void showProblem(const TesterProblem& problem);
     void clearMatchDetails();
@@ -98,13 +98,14 @@ private:
     QLabel* reason_ = nullptr;
     QLabel* matchCaption_ = nullptr;
     QTableWidget* groups_ = nullptr;
+    QAbstractButton* loadButton_ = nullptr;  // LoadTxt
 
     TesterRunner* runner_ = nullptr;
     QTimer* updateTimer_ = nullptr;
     QTimer* busyTimer_ = nullptr;
     TesterSteps pending_;
     // The sample as the work sees it, made again only after the sample changes.
-    std::shared_ptr<const std::string> sampleText_;
+    std::shared_ptr<const TesterSample> sampleText_;
     bool crlf_ = false;  // the loaded sample's lines end in CR LF
 
     // What is on show.

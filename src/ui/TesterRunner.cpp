@@ -20,6 +20,19 @@ QThreadPool* testerPool() {
 
 }  // namespace
 
+TesterSample::TesterSample(std::string utf8) : utf8_(std::move(utf8)) {
+    std::call_once(made_, [] {});
+}
+
+const std::string& TesterSample::utf8() const {
+    std::call_once(made_, [this] {
+        QString text = boxText_;
+        text.replace(QChar::ParagraphSeparator, crlf_ ? QStringLiteral("\r\n") : QStringLiteral("\n"));
+        utf8_ = text.toStdString();
+    });
+    return utf8_;
+}
+
 TesterRunner::TesterRunner(QObject* parent) : QObject(parent) {}
 
 TesterRunner::~TesterRunner() {
@@ -37,7 +50,7 @@ void TesterRunner::start(Request request, quint64 generation) {
     auto cancel = std::make_shared<std::atomic<bool>>(false);
     cancels_.push_back(cancel);
     ++running_;
-    using Shared = std::shared_ptr<const Result>;
+    using Shared = std::shared_ptr<Result>;
     auto* watcher = new QFutureWatcher<Shared>(this);
     connect(watcher, &QFutureWatcherBase::finished, this, [this, watcher, generation, cancel] {
         std::erase(cancels_, cancel);
@@ -47,12 +60,14 @@ void TesterRunner::start(Request request, quint64 generation) {
     watcher->setFuture(QtConcurrent::run(testerPool(), [request = std::move(request), cancel]() -> Shared {
         auto result = std::make_shared<Result>();
         result->sample = request.sample;
-        result->update = runTester(*request.sample, request.expression, request.steps, cancel.get());
+        result->update = runTester(request.sample->utf8(), request.expression, request.steps, cancel.get());
+        if (result->update.replaced && !cancel->load())
+            result->replaced = makePlainDocument(QString::fromStdString(*result->update.replaced));
         return result;
     }));
 }
 
-void TesterRunner::done(quint64 generation, std::shared_ptr<const Result> result) {
+void TesterRunner::done(quint64 generation, std::shared_ptr<Result> result) {
     --running_;
     if (generation == latest_ && !result->update.cancelled) {
         delivered_ = generation;

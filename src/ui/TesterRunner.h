@@ -6,26 +6,48 @@
 // while newer requests run beside it.
 
 #include <QObject>
+#include <QString>
 #include <atomic>
 #include <memory>
+#include <mutex>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "library/RegexTester.h"
+#include "ui/PlainDocument.h"
 
 namespace vantorel::ui {
+
+// The sample as the work sees it (UTF-8), made from the box's text once,
+// off the window's thread, by the first work that needs it.
+class TesterSample {
+public:
+    // The box's text, paragraphs joined by LF, or by CR LF for a sample whose lines end so.
+    TesterSample(QString boxText, bool crlf) : boxText_(std::move(boxText)), crlf_(crlf) {}
+    explicit TesterSample(std::string utf8);
+    const std::string& utf8() const;
+
+private:
+    QString boxText_;
+    bool crlf_ = false;
+    mutable std::once_flag made_;
+    mutable std::string utf8_;
+};
 
 class TesterRunner : public QObject {
     Q_OBJECT
 public:
     struct Request {
-        std::shared_ptr<const std::string> sample;  // UTF-8
+        std::shared_ptr<const TesterSample> sample;
         TesterExpression expression;
         TesterSteps steps;
     };
     struct Result {
         TesterUpdate update;
-        std::shared_ptr<const std::string> sample;
+        std::shared_ptr<const TesterSample> sample;
+        // The replaced text as a document, made off the window's thread.
+        PlainDocument replaced;
     };
 
     explicit TesterRunner(QObject* parent = nullptr);
@@ -39,11 +61,11 @@ public:
     static constexpr int kMaxRunning = 4;
 
 signals:
-    void finished(std::shared_ptr<const vantorel::ui::TesterRunner::Result> result);
+    void finished(std::shared_ptr<vantorel::ui::TesterRunner::Result> result);
 
 private:
     void start(Request request, quint64 generation);
-    void done(quint64 generation, std::shared_ptr<const Result> result);
+    void done(quint64 generation, std::shared_ptr<Result> result);
 
     quint64 latest_ = 0;
     quint64 delivered_ = 0;

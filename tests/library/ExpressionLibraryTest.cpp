@@ -56,7 +56,6 @@ TEST_F(ExpressionLibraryTest, SaveRefusesWhatCannotBeSavedAndTouchesNothing) {
         const char* message;
     } cases[] = {
         {{"named", "", "r"}, "Please enter a Regular Expression to save"},
-        {{"", "", ""}, "Please enter a Regular Expression to save"},
         {{"   ", "p", ""}, "Please enter a name for the Regular Expression"},
         {{"tab\there", "p", ""}, "The name, the expression and the replacement cannot hold tabs or line breaks."},
     };
@@ -144,17 +143,6 @@ TEST_F(ExpressionLibraryTest, AFileThatCannotBeReadIsSaid) {
     library.load();
     EXPECT_EQ(messages.texts(), Texts{"Error loading regular expression library."});
     EXPECT_TRUE(library.entries().empty());
-}
-
-TEST_F(ExpressionLibraryTest, ChoosingHandsOverTheStoredPairOrTheTypedTexts) {
-    open("a\t\\d\t\r\nb\t(x)\t[$1]\r\n");
-    library.choose(1);
-    EXPECT_EQ(state.choice.pattern, "(x)");
-    EXPECT_EQ(state.choice.replacement, "[$1]");
-    library.choose(0);
-    EXPECT_EQ(state.choice.replacement, "");
-    library.choose("typed", "r");
-    EXPECT_EQ(state.choice.pattern, "typed");
 }
 
 }  // namespace

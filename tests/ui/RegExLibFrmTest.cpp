@@ -24,7 +24,6 @@ struct LibraryFixture {
             out.open(QIODevice::WriteOnly);
             out.write(file);
         }
-        state.changed = false;
         window = std::make_unique<ui::RegExLibFrm>(state, folder.path().toStdString(), &messages);
     }
     QByteArray file() const {
@@ -65,11 +64,8 @@ private slots:
         f.type("REtxt", "\\w+");
         f.click("lvButtons_H2");
         QCOMPARE(f.names(), QStringList({"digits", "foo", "Words"}));
-        QCOMPARE(f.messages.texts(), std::vector<std::string>{"Words saved."});
-        QVERIFY(f.state.changed);
         QCOMPARE(f.list()->currentRow(), 2);
 
-        f.state.changed = false;
         f.messages.answers = {true};
         f.type("REName", "FOO");
         f.type("REtxt", "new");
@@ -79,7 +75,6 @@ private slots:
         QCOMPARE(f.messages.questions[0].text, std::string("This already exists. Update 'FOO' ?"));
         QCOMPARE(f.names(), QStringList({"digits", "FOO", "Words"}));
         QCOMPARE(f.file(), QByteArray("digits\t\\d+\t\r\nFOO\tnew\t$&!\r\nWords\t\\w+\t\r\n"));
-        QVERIFY(f.state.changed);
     }
 
     void aClickShowsAnEntryAndRemoveAsksFirst() {
@@ -98,7 +93,6 @@ private slots:
         f.click("DelBtn");
         QCOMPARE(f.names(), QStringList({"b"}));
         QCOMPARE(f.file(), QByteArray("b\t2\t\r\n"));
-        QVERIFY(!f.state.changed);
     }
 
     void useCloseAndDoubleClickHandOver() {
