@@ -26,7 +26,8 @@ TesterSample::TesterSample(std::string utf8) : utf8_(std::move(utf8)) {
 
 const std::string& TesterSample::utf8() const {
     std::call_once(made_, [this] {
-        QString text = boxText_;
+        QString text = std::move(boxText_);
+        boxText_ = QString();
         text.replace(QChar::ParagraphSeparator, crlf_ ? QStringLiteral("\r\n") : QStringLiteral("\n"));
         utf8_ = text.toStdString();
     });

@@ -29,7 +29,7 @@ public:
     const std::string& utf8() const;
 
 private:
-    QString boxText_;
+    mutable QString boxText_;  // let go once made into utf8_
     bool crlf_ = false;
     mutable std::once_flag made_;
     mutable std::string utf8_;
