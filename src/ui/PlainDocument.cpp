@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QPlainTextDocumentLayout>
 #include <QPlainTextEdit>
+#include <QScrollBar>
 #include <QTextDocument>
 #include <QThread>
 
@@ -29,7 +30,9 @@ PlainDocument makePlainDocument(const QString& text, bool editable) {
     return document;
 }
 
-void showPlainDocument(QPlainTextEdit* box, PlainDocument document) {
+void showPlainDocument(QPlainTextEdit* box, PlainDocument document, bool keepScrolled) {
+    const int down = box->verticalScrollBar()->value();
+    const int across = box->horizontalScrollBar()->value();
     // The box deletes its own first document itself.
     QTextDocument* previous = box->document();
     if (previous && !previous->property(kOwned).toBool()) previous = nullptr;
@@ -38,6 +41,10 @@ void showPlainDocument(QPlainTextEdit* box, PlainDocument document) {
     document->setParent(box);
     box->setDocument(document.release());
     if (previous) previous->deleteLater();
+    if (keepScrolled) {
+        box->verticalScrollBar()->setValue(down);
+        box->horizontalScrollBar()->setValue(across);
+    }
 }
 
 }  // namespace vantorel::ui

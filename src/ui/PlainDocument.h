@@ -23,7 +23,8 @@ using PlainDocument = std::unique_ptr<QTextDocument, LaterDeleter>;
 PlainDocument makePlainDocument(const QString& text, bool editable = false);
 
 // Shows the document in the box, which takes it; the box's previous
-// document goes when it was one of these.
-void showPlainDocument(QPlainTextEdit* box, PlainDocument document);
+// document goes when it was one of these. With `keepScrolled` the box stays
+// scrolled to where it was (a new version of the same text).
+void showPlainDocument(QPlainTextEdit* box, PlainDocument document, bool keepScrolled = false);
 
 }  // namespace vantorel::ui

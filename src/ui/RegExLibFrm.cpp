@@ -73,6 +73,8 @@ RegExLibFrm::RegExLibFrm(LibraryState& state, const std::filesystem::path& progr
     layout->addLayout(listColumn, 2);
     layout->addLayout(right, 3);
     resize(720, 280);
+    QWidget* order[] = {list_, name_, pattern_, replacement_, use, save, remove, close};
+    for (std::size_t i = 1; i < std::size(order); ++i) setTabOrder(order[i - 1], order[i]);
 
     connect(list_, &QListWidget::currentRowChanged, this, [this] {
         if (!reloading_) showEntry();

@@ -202,6 +202,9 @@ void RegExTestFrm::buildWidgets() {
     layout->addWidget(bands, 1);
     layout->addLayout(bottom);
     clearMatchDetails();
+    QWidget* order[] = {pattern_, library, replacement_, update, caseSensitive_, dynamic_,
+                        load,     sample_, matchList_,   groups_, replaced_,      close};
+    for (std::size_t i = 1; i < std::size(order); ++i) setTabOrder(order[i - 1], order[i]);
 
     connect(update, &QAbstractButton::clicked, this, &RegExTestFrm::refresh);
     connect(load, &QAbstractButton::clicked, this, &RegExTestFrm::loadSample);
@@ -262,7 +265,7 @@ void RegExTestFrm::showResult(std::shared_ptr<TesterRunner::Result> result) {
         shown_ = result;
         showMatches(*update.list);
     }
-    if (result->replaced) showPlainDocument(replaced_, std::move(result->replaced));
+    if (result->replaced) showPlainDocument(replaced_, std::move(result->replaced), true);
     if (update.problem) {
         showProblem(*update.problem);
     } else {
