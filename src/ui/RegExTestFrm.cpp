@@ -285,14 +285,10 @@ void RegExTestFrm::showMatches(const MatchList& list) {
         if (i % 2 == 0 && i + 1 < list.listing.size()) listingStarts_.push_back(at);
         at += static_cast<int>(paneText(list.listing[i].text).size());
     }
-    if (list.count == 0) {
-        time_->setText(list.countLabel.empty() ? QString() : elapsedText(list.elapsed));
-    } else {
-        QString timing = elapsedText(list.elapsed);
-        if (list.count > list.matches.size())
-            timing += QStringLiteral(", the first %1 marked in the sample").arg(list.matches.size());
-        time_->setText(timing);
-    }
+    QString timing = list.countLabel.empty() ? QString() : elapsedText(list.elapsed);
+    if (list.count > list.matches.size())
+        timing += QStringLiteral(", the first %1 marked in the sample").arg(list.matches.size());
+    time_->setText(timing);
     selected_ = list.matches.empty() ? -1 : 0;
     markMatches();
     showGroups();
