@@ -70,6 +70,8 @@ public:
     bool hasNamedGroups() const noexcept { return !groupNames_.empty(); }
     // The number of the group with this ECMAScript name, or 0.
     std::uint32_t groupNumber(std::string_view name) const noexcept;
+    // Each named group: its ECMAScript name and its number.
+    const std::vector<std::pair<std::string, std::uint32_t>>& groupNames() const noexcept { return groupNames_; }
 
     // Every match in order, by ECMAScript's global rule: after a match ending
     // at e the search goes on from e; after an empty match at p, from p plus

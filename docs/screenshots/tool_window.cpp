@@ -1,0 +1,30 @@
+// Shows one of the tool windows alone, for the screenshots:
+//   vantorel-tool-window library FOLDER          the library of FOLDER/RegEx.txt
+//   vantorel-tool-window tester FOLDER [SAMPLE]  the tester, with a sample file's text
+
+#include <QApplication>
+#include <QFile>
+
+#include "library/RegexTester.h"
+#include "ui/RegExLibFrm.h"
+#include "ui/RegExTestFrm.h"
+
+int main(int argc, char** argv) {
+    QApplication app(argc, argv);
+    const QStringList args = app.arguments();
+    if (args.size() < 3 || (args[1] != "library" && args[1] != "tester")) {
+        qWarning("usage: %s library|tester FOLDER [SAMPLE]", argv[0]);
+        return 2;
+    }
+    vantorel::LibraryState state;
+    const std::filesystem::path folder = args[2].toStdString();
+    if (args[1] == "library") {
+        vantorel::ui::RegExLibFrm library(state, folder);
+        library.show();
+        return app.exec();
+    }
+    vantorel::ui::RegExTestFrm tester(state, folder);
+    if (args.size() > 3) tester.setSample(QString::fromStdString(vantorel::readSampleFile(args[3].toStdString(), 1 << 26).text));
+    tester.show();
+    return app.exec();
+}

@@ -1,0 +1,149 @@
+#include "library/ExpressionLibrary.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <deque>
+#include <filesystem>
+
+#include "core/MessageHost.h"
+#include "support/TempTree.h"
+
+namespace vantorel {
+namespace {
+
+// Records messages and questions; answers questions from a script (No when it runs out).
+struct ScriptedMessages : MessageHost {
+    std::vector<Message> shown;
+    std::vector<std::string> asked;
+    std::deque<bool> answers;
+    void showMessage(const Message& message) override { shown.push_back(message); }
+    bool askYesNo(const Message& question) override {
+        asked.push_back(question.text);
+        EXPECT_EQ(question.icon, MessageIcon::Question);
+        const bool yes = !answers.empty() && answers.front();
+        if (!answers.empty()) answers.pop_front();
+        return yes;
+    }
+    std::vector<std::string> texts() const {
+        std::vector<std::string> out;
+        for (const Message& m : shown) out.push_back(m.text);
+        return out;
+    }
+};
+
+using Texts = std::vector<std::string>;
+
+class ExpressionLibraryTest : public ::testing::Test {
+protected:
+    void open(const std::string& bytes) {
+        tree.write("RegEx.txt", bytes);
+        library.load();
+        state.changed = false;
+    }
+    std::string file() const { return tree.read("RegEx.txt"); }
+
+    test::TempTree tree;
+    ScriptedMessages messages;
+    LibraryState state;
+    ExpressionLibrary library{LibraryFile(tree.root()), messages, state};
+};
+
+TEST_F(ExpressionLibraryTest, SaveRefusesWhatCannotBeSavedAndTouchesNothing) {
+    open("a\t1\t\r\n");
+    const struct {
+        LibraryEntry typed;
+        const char* message;
+    } cases[] = {
+        {{"named", "", "r"}, "Please enter a Regular Expression to save"},
+        {{"   ", "p", ""}, "Please enter a name for the Regular Expression"},
+        {{"tab\there", "p", ""}, "The name, the expression and the replacement cannot hold tabs or line breaks."},
+    };
+    for (const auto& c : cases) {
+        messages.shown.clear();
+        EXPECT_EQ(library.save(c.typed), ExpressionLibrary::SaveResult::Refused);
+        ASSERT_EQ(messages.texts(), Texts{c.message});
+        EXPECT_EQ(messages.shown[0].icon, MessageIcon::None);
+    }
+    EXPECT_EQ(file(), "a\t1\t\r\n");
+    EXPECT_FALSE(state.changed);
+}
+
+TEST_F(ExpressionLibraryTest, ANewNameIsAppendedAsTypedAndAnnounced) {
+    open("digits\t\\d+\t\r\n");
+    std::size_t index = 99;
+    // Trailing spaces are kept, and make the name differ from "digits".
+    EXPECT_EQ(library.save({"digits ", "[0-9]+", ""}, &index), ExpressionLibrary::SaveResult::Saved);
+    EXPECT_EQ(index, 1u);
+    EXPECT_TRUE(messages.asked.empty());
+    EXPECT_EQ(file(), "digits\t\\d+\t\r\ndigits \t[0-9]+\t\r\n");
+    ASSERT_EQ(messages.texts(), Texts{"digits  saved."});
+    EXPECT_EQ(messages.shown[0].icon, MessageIcon::Information);
+    EXPECT_TRUE(state.changed);
+    EXPECT_EQ(library.entries().size(), 2u);
+}
+
+TEST_F(ExpressionLibraryTest, AnEqualNameWithoutRegardToCaseAsksAboutTheFirstOnly) {
+    const std::string before = "x\t1\t\r\nfoo\told\tr\r\nFOO\tother\t\r\ntail\tt\t\r\n";
+    open(before);
+    // No: nothing changes.
+    EXPECT_EQ(library.save({"Foo", "new", "$1"}), ExpressionLibrary::SaveResult::Declined);
+    EXPECT_EQ(messages.asked, Texts{"This already exists. Update 'Foo' ?"});
+    EXPECT_EQ(file(), before);
+    EXPECT_FALSE(state.changed);
+    // Yes: the first one keeps its place and takes the typed name.
+    messages.answers = {true};
+    std::size_t index = 99;
+    EXPECT_EQ(library.save({"Foo", "new", "$1"}, &index), ExpressionLibrary::SaveResult::Updated);
+    EXPECT_EQ(index, 1u);
+    EXPECT_EQ(messages.asked.size(), 2u);
+    EXPECT_EQ(file(), "x\t1\t\r\nFoo\tnew\t$1\r\nFOO\tother\t\r\ntail\tt\t\r\n");
+    EXPECT_TRUE(state.changed);
+    EXPECT_TRUE(messages.shown.empty());
+    // Letters beyond ASCII are compared without regard to case too.
+    open("\xC3\x84rger\ta\t\r\n");
+    messages.asked.clear();
+    library.save({"\xC3\xA4RGER", "b", ""});
+    EXPECT_EQ(messages.asked, Texts{"This already exists. Update '\xC3\xA4RGER' ?"});
+}
+
+TEST_F(ExpressionLibraryTest, RemoveAsksAndLeavesTheChangedFlagAlone) {
+    open("a\t1\t\r\n\r\nno tab\r\nb\t2\tx\ty\r\nc\t3\tz\r\n");
+    EXPECT_FALSE(library.remove(0));
+    EXPECT_EQ(messages.asked, Texts{"Remove 'a' from library?"});
+    EXPECT_EQ(library.entries().size(), 3u);
+    messages.answers = {true};
+    EXPECT_TRUE(library.remove(2));
+    // Skipped lines go; the four-field line comes back with three.
+    EXPECT_EQ(file(), "a\t1\t\r\nb\t2\t\r\n");
+    EXPECT_FALSE(state.changed);
+    EXPECT_EQ(library.entries().size(), 2u);
+}
+
+TEST_F(ExpressionLibraryTest, FailuresSayWhatFailedWithTheSystemsReason) {
+    open("a\t1\t\r\nb\t2\t\r\n");
+    // The file turns into a folder behind the window's back.
+    std::filesystem::remove(tree.path("RegEx.txt"));
+    tree.write("RegEx.txt/inside", "");
+    messages.answers = {true, true};
+    EXPECT_EQ(library.save({"A", "p", ""}), ExpressionLibrary::SaveResult::Failed);
+    EXPECT_TRUE(library.remove(1) == false);
+    EXPECT_EQ(library.save({"new", "p", ""}), ExpressionLibrary::SaveResult::Failed);
+    EXPECT_EQ(messages.texts(), (Texts{"Error updating entry in library: Is a directory",
+                                       "Error deleting entry from library: Is a directory", "Error saving file"}));
+    EXPECT_FALSE(state.changed);
+    EXPECT_EQ(library.entries().size(), 2u);
+}
+
+TEST_F(ExpressionLibraryTest, AFileThatCannotBeReadIsSaid) {
+    // The loopback device has no speed: reading it fails even for root.
+    const char* unreadable = "/sys/class/net/lo/speed";
+    if (!std::filesystem::exists(unreadable)) GTEST_SKIP() << "no " << unreadable;
+    std::filesystem::create_symlink(unreadable, tree.path("RegEx.txt"));
+    library.load();
+    EXPECT_EQ(messages.texts(), Texts{"Error loading regular expression library."});
+    EXPECT_TRUE(library.entries().empty());
+}
+
+}  // namespace
+}  // namespace vantorel

@@ -1,0 +1,148 @@
+// The library window driven through its controls: save, update, remove,
+// the click and double-click rules, and the hand-over to its opener.
+
+#include <QListWidget>
+#include <QTimer>
+
+#include "UiTestSupport.h"
+#include "ui/RegExLibFrm.h"
+
+using namespace vantorel;
+using namespace vantorel::test;
+
+namespace {
+
+struct LibraryFixture {
+    QTemporaryDir folder;
+    RecordingMessages messages;
+    LibraryState state;
+    std::unique_ptr<ui::RegExLibFrm> window;
+
+    explicit LibraryFixture(const QByteArray& file = {}) {
+        if (!file.isEmpty()) {
+            QFile out(folder.filePath(QStringLiteral("RegEx.txt")));
+            out.open(QIODevice::WriteOnly);
+            out.write(file);
+        }
+        window = std::make_unique<ui::RegExLibFrm>(state, folder.path().toStdString(), &messages);
+    }
+    QByteArray file() const {
+        QFile in(folder.filePath(QStringLiteral("RegEx.txt")));
+        in.open(QIODevice::ReadOnly);
+        return in.readAll();
+    }
+    template <class T = QWidget>
+    T* child(const char* name) const {
+        T* found = window->findChild<T*>(QString::fromLatin1(name));
+        if (!found) qFatal("no child named %s", name);
+        return found;
+    }
+    QListWidget* list() const { return child<QListWidget>("RegExList"); }
+    QString text(const char* box) const { return child<QLineEdit>(box)->text(); }
+    void type(const char* box, const QString& text) const {
+        child<QLineEdit>(box)->clear();
+        QTest::keyClicks(child<QLineEdit>(box), text);
+    }
+    void click(const char* button) const { QTest::mouseClick(child<QAbstractButton>(button), Qt::LeftButton); }
+    QPoint itemCentre(int row) const { return list()->visualItemRect(list()->item(row)).center(); }
+    QStringList names() const {
+        QStringList out;
+        for (int i = 0; i < list()->count(); ++i) out << list()->item(i)->text();
+        return out;
+    }
+};
+
+}  // namespace
+
+class RegExLibFrmTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void saveAppendsThenACaseDifferentNameUpdatesInPlace() {
+        LibraryFixture f("digits\t\\d+\t\r\nfoo\told\t\r\n");
+        f.type("REName", "Words");
+        f.type("REtxt", "\\w+");
+        f.click("lvButtons_H2");
+        QCOMPARE(f.names(), QStringList({"digits", "foo", "Words"}));
+        QCOMPARE(f.list()->currentRow(), 2);
+
+        f.messages.answers = {true};
+        f.type("REName", "FOO");
+        f.type("REtxt", "new");
+        f.type("RepTxt", "$&!");
+        f.click("lvButtons_H2");
+        QCOMPARE(f.messages.questions.size(), std::size_t{1});
+        QCOMPARE(f.messages.questions[0].text, std::string("This already exists. Update 'FOO' ?"));
+        QCOMPARE(f.names(), QStringList({"digits", "FOO", "Words"}));
+        QCOMPARE(f.file(), QByteArray("digits\t\\d+\t\r\nFOO\tnew\t$&!\r\nWords\t\\w+\t\r\n"));
+    }
+
+    void aClickShowsAnEntryAndRemoveAsksFirst() {
+        LibraryFixture f("a\t1\tx\r\nb\t2\t\r\n");
+        // Nothing selected: nothing to remove.
+        f.click("DelBtn");
+        QVERIFY(f.messages.questions.empty());
+        QTest::mouseClick(f.list()->viewport(), Qt::LeftButton, {}, f.itemCentre(0));
+        QCOMPARE(f.text("REName"), QString("a"));
+        QCOMPARE(f.text("REtxt"), QString("1"));
+        QCOMPARE(f.text("RepTxt"), QString("x"));
+        f.click("DelBtn");
+        QCOMPARE(f.messages.questions.back().text, std::string("Remove 'a' from library?"));
+        QCOMPARE(f.names(), QStringList({"a", "b"}));
+        f.messages.answers = {true};
+        f.click("DelBtn");
+        QCOMPARE(f.names(), QStringList({"b"}));
+        QCOMPARE(f.file(), QByteArray("b\t2\t\r\n"));
+    }
+
+    void useCloseAndDoubleClickHandOver() {
+        LibraryFixture f("a\t\\d\tstored\r\n");
+        // A double click hands over the stored pair, whatever the boxes say.
+        QTest::mouseClick(f.list()->viewport(), Qt::LeftButton, {}, f.itemCentre(0));
+        f.type("REtxt", "typed");
+        QTest::mouseDClick(f.list()->viewport(), Qt::LeftButton, {}, f.itemCentre(0));
+        QCOMPARE(f.window->result(), int(QDialog::Accepted));
+        QCOMPARE(f.state.choice.pattern, std::string("\\d"));
+        QCOMPARE(f.state.choice.replacement, std::string("stored"));
+        // Use: the boxes as typed, saved or not.
+        f.type("REtxt", "typed");
+        f.type("RepTxt", "");
+        f.click("lvButtons_H1");
+        QCOMPARE(f.state.choice.pattern, std::string("typed"));
+        QCOMPARE(f.state.choice.replacement, std::string());
+        // Close hands over nothing.
+        f.state.choice.clear();
+        f.click("lvButtons_H3");
+        QCOMPARE(f.window->result(), int(QDialog::Rejected));
+        QVERIFY(f.state.choice.pattern.empty());
+    }
+
+    void theOpenerGetsAChoiceOnlyWhenItHasAPattern() {
+        QTemporaryDir folder;
+        RecordingMessages messages;
+        LibraryState state;
+        state.choice = {"stale", "stale"};
+        // The library comes up with the opener's texts; its choice starts empty.
+        auto answer = [&](const char* pattern, const char* replacement) {
+            QTimer::singleShot(0, [&, pattern, replacement] {
+                auto* library = qobject_cast<ui::RegExLibFrm*>(QApplication::activeModalWidget());
+                QVERIFY(library);
+                QCOMPARE(library->findChild<QLineEdit*>("REtxt")->text(), QString("find"));
+                QCOMPARE(library->findChild<QLineEdit*>("RepTxt")->text(), QString("replace"));
+                QVERIFY(state.choice.pattern.empty());
+                library->findChild<QLineEdit*>("REtxt")->setText(pattern);
+                library->findChild<QLineEdit*>("RepTxt")->setText(replacement);
+                QTest::mouseClick(library->findChild<QAbstractButton*>("lvButtons_H1"), Qt::LeftButton);
+            });
+            return ui::openLibrary(nullptr, state, folder.path().toStdString(), &messages, "find", "replace");
+        };
+        QVERIFY(!answer("", "ignored"));
+        const auto chosen = answer("x+", "");
+        QVERIFY(chosen);
+        QCOMPARE(chosen->pattern, std::string("x+"));
+        QCOMPARE(chosen->replacement, std::string());
+    }
+};
+
+QTEST_MAIN(RegExLibFrmTest)
+#include "RegExLibFrmTest.moc"
