@@ -106,7 +106,7 @@ private:
                 host_.showMessage(information(text, MessageKind::Validation));
             };
             files_ = BuildFileList(request_.startFolder, request_.filter, request_.scanSubfolders,
-                                   state_.stopRequested, callbacks);
+                                   state_.stopRequested, callbacks, request_.skipVersionControl);
         } else {
             for (const std::string& path : request_.markedFiles) files_.addPath(path);
             host_.clearRows();
