@@ -7,6 +7,8 @@
 #include <QPainterPath>
 #include <QWindow>
 
+#include "ui/ColourValues.h"
+
 namespace vantorel::ui {
 namespace {
 
@@ -317,7 +319,7 @@ void lvButtons_H::DelayDrawing(bool delay) {
 
 QColor lvButtons_H::resolve(ButtonColour colour) const {
     if (isSystemColour(colour)) return palette().color(systemRole(colour & 0xFFu));
-    return QColor(colour & 0xFF, (colour >> 8) & 0xFF, (colour >> 16) & 0xFF);
+    return toQColor(colour);
 }
 
 QColor lvButtons_H::shownForeColour() const {
