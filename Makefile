@@ -1,15 +1,17 @@
 # Vantorel: two commands set up a fresh Debian machine.
 #   make run    build, then open the window on the sample folder
 #   make test   build, then run every test
+#   make install [PREFIX=/usr/local] [DESTDIR=...]   build, then install for the desktop
 # Each installs the Debian packages it needs when they are missing.
 
 BUILD_DIR ?= build
 BUILD_TYPE ?= Release
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
+PREFIX ?= /usr/local
 DEBIAN_PACKAGES := cmake g++ make pkg-config libpcre2-dev libgtest-dev libgmock-dev nlohmann-json3-dev unrtf \
-                   qt6-base-dev xdg-utils
+                   qt6-base-dev xdg-utils appstream desktop-file-utils
 
-.PHONY: all deps configure build run test bench clean
+.PHONY: all deps configure build run test install bench clean
 
 all: build
 
@@ -36,6 +38,9 @@ run: build
 
 test: build
 	cd $(BUILD_DIR) && ctest --output-on-failure -j $(JOBS)
+
+install: build
+	DESTDIR="$(DESTDIR)" cmake --install $(BUILD_DIR) --prefix "$(PREFIX)"
 
 BENCH_PACKAGES := ripgrep grep sed findutils time
 

@@ -21,10 +21,12 @@ std::filesystem::path programDataFolder(const std::filesystem::path& executableF
     return user.empty() ? executableFolder : user;
 }
 
-std::filesystem::path installedDataFolder(const std::filesystem::path& executableFolder) {
+// The build gives the path from the installed bin folder to the data folder.
 #ifndef VANTOREL_INSTALLED_DATA
 #define VANTOREL_INSTALLED_DATA "../share/vantorel"
 #endif
+
+std::filesystem::path installedDataFolder(const std::filesystem::path& executableFolder) {
     if (executableFolder.empty()) return {};
     return (executableFolder / VANTOREL_INSTALLED_DATA).lexically_normal();
 }
