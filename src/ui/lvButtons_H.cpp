@@ -489,7 +489,9 @@ void lvButtons_H::paintEvent(QPaintEvent*) {
         }
         // The edge stands out from the face in light and dark palettes alike.
         QColor edge = mix(back, fore, 0.35);
-        if ((hovering_ || value()) && isEnabled()) edge = highlight;
+        // The default button (pressed by Enter) and the one under the mouse show a highlighted edge.
+        const bool marked = isEnabled() && (hovering_ || value() || isDefault());
+        if (marked) edge = highlight;
         if (s().ButtonStyle == button::Raised && !isDown()) {
             painter.setPen(QPen(palette().color(QPalette::Light), 1));
             painter.drawLine(frame.topLeft(), frame.topRight());
@@ -498,7 +500,7 @@ void lvButtons_H::paintEvent(QPaintEvent*) {
             painter.drawLine(frame.bottomLeft(), frame.bottomRight());
             painter.drawLine(frame.topRight(), frame.bottomRight());
         } else {
-            painter.setPen(QPen(edge, 1));
+            painter.setPen(QPen(edge, isDefault() && isEnabled() ? 2 : 1));
             painter.drawPath(outline);
         }
     }
