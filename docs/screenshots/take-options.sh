@@ -9,10 +9,10 @@ root=$(cd "$out/../.." && pwd)
 if [ -z "${DISPLAY:-}" ]; then
   exec xvfb-run -a -s '-screen 0 1280x900x24' "$0" "$@"
 fi
-cmake --build "$root/$build" --target options_dialog >/dev/null
+cmake --build "$root/$build" --target screenshot_app >/dev/null
 
 shoot() {  # shoot NAME [--dark]
-  "$root/$build/options_dialog" "${@:2}" &
+  "$root/$build/screenshot_app" --options "${@:2}" &
   local app=$!
   local window=""
   for _ in $(seq 50); do

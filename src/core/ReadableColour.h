@@ -13,7 +13,7 @@ double contrastRatio(std::uint32_t a, std::uint32_t b) noexcept;
 
 // Every text colour keeps at least this contrast with its page. The
 // preview's own colours on white (red 4.0, grey 3.9, blue 8.6) keep theirs.
-inline constexpr double kLeastTextContrast = 3.0;
+inline constexpr double kLeastTextContrast = 3.5;
 
 // `colour` when it already stands out from `background` by `least`;
 // otherwise the same hue moved towards white (on a dark page) or black (on

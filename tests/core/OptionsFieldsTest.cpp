@@ -49,13 +49,5 @@ TEST(OptionsFields, ApplyTakesEveryFieldAndFillsAnEmptyFontBox) {
     EXPECT_EQ(settings.PreviewFontSize, 14);
 }
 
-TEST(OptionsFields, FontSizesRunFromTenToFortyInStepsOfTwo) {
-    const std::vector<std::string> sizes = previewFontSizes();
-    ASSERT_EQ(sizes.size(), 16u);
-    EXPECT_EQ(sizes.front(), "10");
-    EXPECT_EQ(sizes[1], "12");
-    EXPECT_EQ(sizes.back(), "40");
-}
-
 }  // namespace
 }  // namespace vantorel

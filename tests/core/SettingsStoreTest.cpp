@@ -162,18 +162,14 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(NumberCase{"LinePrev_zero", "LinePrev", "0", &AppSettings::HitsPerPage, 100},
                       NumberCase{"LinePrev_negative", "LinePrev", "-5", &AppSettings::HitsPerPage, 100},
                       NumberCase{"LinePrev_saved_empty", "LinePrev", "", &AppSettings::HitsPerPage, 100},
-                      NumberCase{"LinePrev_value", "LinePrev", "250", &AppSettings::HitsPerPage, 250},
                       NumberCase{"LinePrev_rounded", "LinePrev", "7.6 lines", &AppSettings::HitsPerPage, 8},
                       NumberCase{"EndPrev_zero", "EndPrev", "0", &AppSettings::CharsAround, 0},
                       NumberCase{"EndPrev_negative", "EndPrev", "-3", &AppSettings::CharsAround, -3},
                       NumberCase{"EndPrev_saved_empty", "EndPrev", "", &AppSettings::CharsAround, 0},
                       NumberCase{"EndPrev_missing", "EndPrev", std::nullopt, &AppSettings::CharsAround, 25},
-                      NumberCase{"MidPrev_zero", "MidPrev", "0", &AppSettings::CharsBetween, 0},
                       NumberCase{"MidPrev_text", "MidPrev", "many", &AppSettings::CharsBetween, 0},
                       NumberCase{"Fsize_text", "Fsize", "large", &AppSettings::PreviewFontSize, 10},
-                      NumberCase{"Fsize_zero", "Fsize", "0", &AppSettings::PreviewFontSize, 10},
-                      NumberCase{"Fsize_saved_empty", "Fsize", "", &AppSettings::PreviewFontSize, 10},
-                      NumberCase{"Fsize_value", "Fsize", "14", &AppSettings::PreviewFontSize, 14}),
+                      NumberCase{"Fsize_zero", "Fsize", "0", &AppSettings::PreviewFontSize, 10}),
     [](const auto& info) { return std::string(info.param.label); });
 
 // One flag or check box stored as text (or missing), and what it loads as.

@@ -46,11 +46,8 @@ private slots:
         QTest::addColumn<QString>("typed");
         QTest::addColumn<QString>("shown");
         QTest::newRow("letters between") << QByteArray("BetPrevTxt") << "abc" << "0";
-        QTest::newRow("letters around") << QByteArray("EndPrevTxt") << "xyz" << "0";
         QTest::newRow("letters hits") << QByteArray("HppTxt") << "abc" << "1";
-        QTest::newRow("zero hits") << QByteArray("HppTxt") << "0" << "1";
         QTest::newRow("number then letters") << QByteArray("HppTxt") << "250px" << "250";
-        QTest::newRow("no upper limit") << QByteArray("BetPrevTxt") << "9000000" << "9000000";
     }
     void numberBoxesShowTheirValueWhileTyping() {
         QFETCH(QByteArray, box);
@@ -81,12 +78,9 @@ private slots:
         auto* sizes = second.child<QComboBox>("Combo2");
         QCOMPARE(sizes->count(), 16);
         QCOMPARE(sizes->itemText(15), QStringLiteral("40"));
-        QCOMPARE(sizes->currentText(), QStringLiteral("10"));
         QCOMPARE(second.edit("HppTxt")->text(), QStringLiteral("100"));
-        QCOMPARE(second.edit("EndPrevTxt")->text(), QStringLiteral("25"));
         QVERIFY(second.child<QCheckBox>("ScanSubchk")->isChecked());
         QVERIFY(second.child<QCheckBox>("SkipVcsChk")->isChecked());
-        QVERIFY(!second.child<QCheckBox>("createBakChk")->isChecked());
         initTestCase();  // the counter goes out of scope
     }
 

@@ -1,13 +1,15 @@
-// Shows the options dialog on its own with the first-run settings, for the
-// screenshots (take-options.sh). `--dark` gives it a dark palette, as a dark
-// desktop would.
-// Build: cmake --build build --target options_dialog
+// The program as the screenshots show it, in a light or a dark palette (as
+// a light or dark desktop would give it): the main window on a folder, or
+// the options dialog alone with the first-run settings (take-options.sh).
+// Usage: screenshot_app [--dark] [--options | FOLDER]
+// Build: cmake --build build --target screenshot_app
 
 #include <QApplication>
 #include <QStyleFactory>
 
 #include "core/AppSettings.h"
 #include "ui/GuiMessageHost.h"
+#include "ui/RepForm.h"
 #include "ui/frmOptions.h"
 
 namespace {
@@ -40,7 +42,14 @@ QPalette darkPalette() {
 int main(int argc, char** argv) {
     QApplication app(argc, argv);
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
-    if (app.arguments().contains(QStringLiteral("--dark"))) QApplication::setPalette(darkPalette());
+    QStringList arguments = app.arguments().mid(1);
+    if (arguments.removeAll(QStringLiteral("--dark")) > 0) QApplication::setPalette(darkPalette());
+    if (!arguments.contains(QStringLiteral("--options"))) {
+        vantorel::ui::RepForm window;
+        window.setStartFolder(arguments.join(QLatin1Char(' ')));
+        window.show();
+        return app.exec();
+    }
     vantorel::AppSettings settings;
     vantorel::ui::GuiMessageHost messages;
     vantorel::ui::frmOptions dialog(settings, messages);
