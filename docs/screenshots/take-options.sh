@@ -2,13 +2,7 @@
 # Screenshots of the options dialog on its own, in a light and a dark
 # palette, with the mouse over a button. Needs: xvfb imagemagick xdotool.
 # Usage: docs/screenshots/take-options.sh [BUILD_DIR]   (from the repository's root)
-set -euo pipefail
-build=${1:-build}
-out=$(cd "$(dirname "$0")" && pwd)
-root=$(cd "$out/../.." && pwd)
-if [ -z "${DISPLAY:-}" ]; then
-  exec xvfb-run -a -s '-screen 0 1280x900x24' "$0" "$@"
-fi
+source "$(dirname "$0")/setup.sh"
 cmake --build "$root/$build" --target screenshot_app >/dev/null
 
 shoot() {  # shoot NAME [--dark]
