@@ -2,15 +2,17 @@
 #   make run    build, then open the window on the sample folder
 #   make test   build, then run every test
 #   make sanitize   the engine's tests under the sanitizers (CI runs it)
+#   make install [PREFIX=/usr/local] [DESTDIR=...]   build, then install for the desktop
 # Each installs the Debian packages it needs when they are missing.
 
 BUILD_DIR ?= build
 BUILD_TYPE ?= Release
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
+PREFIX ?= /usr/local
 DEBIAN_PACKAGES := cmake g++ make pkg-config libpcre2-dev libgtest-dev libgmock-dev nlohmann-json3-dev unrtf acl \
-                   qt6-base-dev xdg-utils
+                   qt6-base-dev xdg-utils appstream desktop-file-utils
 
-.PHONY: all deps configure build run test sanitize sanitize-address sanitize-thread bench clean
+.PHONY: all deps configure build run test install sanitize sanitize-address sanitize-thread bench clean
 
 all: build
 
@@ -56,6 +58,9 @@ sanitize-address: deps
 
 sanitize-thread: deps
 	$(call sanitized_tests,build-tsan,thread)
+
+install: build
+	DESTDIR="$(DESTDIR)" cmake --install $(BUILD_DIR) --prefix "$(PREFIX)"
 
 BENCH_PACKAGES := ripgrep grep sed findutils time
 

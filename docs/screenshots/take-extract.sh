@@ -3,13 +3,7 @@
 # exported as rich text, as LibreOffice shows it. Needs: xvfb imagemagick
 # xdotool libreoffice-writer-nogui poppler-utils (apt-get install them).
 # Usage: docs/screenshots/take-extract.sh [BUILD_DIR]   (from the repository's root)
-set -euo pipefail
-build=${1:-build}
-out=$(cd "$(dirname "$0")" && pwd)
-root=$(cd "$out/../.." && pwd)
-if [ -z "${DISPLAY:-}" ]; then
-  exec xvfb-run -a -s '-screen 0 1280x900x24' "$0" "$@"
-fi
+source "$(dirname "$0")/setup.sh"
 export VANTOREL_CONFIG_HOME=$(mktemp -d)
 work=$(mktemp -d)
 trap 'rm -rf "$VANTOREL_CONFIG_HOME" "$work"' EXIT

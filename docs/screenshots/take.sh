@@ -3,13 +3,7 @@
 # would: type a text and a filter, press Enter to Find, look at one file at
 # a time, then ask for a Replace and answer No. Needs: xvfb imagemagick xdotool (apt-get install them).
 # Usage: docs/screenshots/take.sh [BUILD_DIR]   (from the repository's root)
-set -euo pipefail
-build=${1:-build}
-out=$(cd "$(dirname "$0")" && pwd)
-root=$(cd "$out/../.." && pwd)
-if [ -z "${DISPLAY:-}" ]; then
-  exec xvfb-run -a -s '-screen 0 1280x900x24' "$0" "$@"
-fi
+source "$(dirname "$0")/setup.sh"
 export VANTOREL_CONFIG_HOME=$(mktemp -d)
 trap 'rm -rf "$VANTOREL_CONFIG_HOME"' EXIT
 shot() { sleep "$2"; import -window root -crop 900x700+0+0 "$out/$1.png"; }

@@ -21,6 +21,8 @@ matches a filter. Options may stand before or after the command word.
   -i, --ignore-case       (default: case-sensitive)
   -w, --whole-words       whole words, plain text only
   -n, --no-subfolders     only the start folder's own files
+      --include-vcs       also enter version-control folders (.git, .hg, .svn,
+                          .bzr, _darcs, CVS), which are skipped by default
   -b, --backups           keep ".bak" copies when replacing
   -y, --yes               answer every question with Yes
   -a, --show-all          list files without matches too
@@ -77,6 +79,7 @@ constexpr OptionInfo kOptions[] = {
     {'b', "backups", false},     {'y', "yes", false},      {'a', "show-all", false},
     {'m', "marked", true},       {'j', "threads", true},   {'q', "quiet", false},
     {0, "csv", true},            {0, "json", false},       {'h', "help", false},
+    {0, "include-vcs", false},
 };
 
 const OptionInfo* findLong(std::string_view name) {
@@ -100,6 +103,7 @@ std::string apply(CliOptions& o, const OptionInfo& option, const std::string& va
     else if (name == "ignore-case") o.ignoreCase = true;
     else if (name == "whole-words") o.wholeWords = true;
     else if (name == "no-subfolders") o.subfolders = false;
+    else if (name == "include-vcs") o.includeVersionControl = true;
     else if (name == "backups") o.backups = true;
     else if (name == "yes") o.assumeYes = true;
     else if (name == "show-all") o.showAll = true;

@@ -19,6 +19,7 @@ struct CliOptions {
     bool ignoreCase = false;
     bool wholeWords = false;
     bool subfolders = true;
+    bool includeVersionControl = false;
     bool backups = false;
     bool assumeYes = false;
     bool showAll = false;

@@ -92,6 +92,7 @@ int main(int argc, char** argv) {
     request.ignoreCase = options.ignoreCase;
     request.wholeWords = options.wholeWords;
     request.scanSubfolders = options.subfolders;
+    request.skipVersionControl = !options.includeVersionControl;
     request.makeBackups = options.backups;
     request.showAll = options.showAll;
     request.threads = options.threads;

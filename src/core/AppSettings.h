@@ -14,6 +14,8 @@ struct AppSettings {
     long CharsAround = 25;    // context characters before the first and after the last hit
     long CharsBetween = 50;   // context characters kept between two hits
     bool ScanSubfolders = true;
+    // Folders named .git, .hg, .svn, .bzr, _darcs or CVS are not entered.
+    bool SkipVersionControl = true;
     bool MakeBackups = false;
     bool ClearExtractText = true;
     bool PreviewAll = true;

@@ -21,9 +21,20 @@ std::filesystem::path programDataFolder(const std::filesystem::path& executableF
     return user.empty() ? executableFolder : user;
 }
 
+// The build gives the path from the installed bin folder to the data folder.
+#ifndef VANTOREL_INSTALLED_DATA
+#define VANTOREL_INSTALLED_DATA "../share/vantorel"
+#endif
+
+std::filesystem::path installedDataFolder(const std::filesystem::path& executableFolder) {
+    if (executableFolder.empty()) return {};
+    return (executableFolder / VANTOREL_INSTALLED_DATA).lexically_normal();
+}
+
 std::filesystem::path findProgramFile(const std::filesystem::path& executableFolder, std::string_view name) {
     std::error_code ec;
-    for (const std::filesystem::path& folder : {programDataFolder(executableFolder), executableFolder}) {
+    for (const std::filesystem::path& folder :
+         {programDataFolder(executableFolder), executableFolder, installedDataFolder(executableFolder)}) {
         if (folder.empty()) continue;
         const std::filesystem::path candidate = folder / std::string(name);
         if (std::filesystem::is_regular_file(candidate, ec)) return candidate;

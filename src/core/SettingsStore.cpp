@@ -106,6 +106,7 @@ void SettingsStore::loadFromKey(CRegistry& reg, AppSettings& settings, MainWindo
     settings.ScanSubfolders = reg.ReadString("ScanSub") != "0";
     settings.MakeBackups = reg.ReadString("Baks") != "0";
     settings.ClearExtractText = reg.ReadString("ClrTxt") != "0";
+    settings.SkipVersionControl = reg.ReadString("SkipVCS") != "0";
 
     for (const auto& option : kOptions) window.setOptionChecked(option.box, reg.ReadString(option.name) != "0");
 
@@ -145,6 +146,7 @@ void SettingsStore::loadFirstRun(CRegistry& reg, AppSettings& settings, MainWind
     settings.CharsAround = 25;
     settings.CharsBetween = 50;
     settings.ScanSubfolders = true;
+    settings.SkipVersionControl = true;
     settings.MakeBackups = false;
     settings.ClearExtractText = true;
     settings.PreviewFontName = "Arial";
@@ -195,6 +197,7 @@ void SettingsStore::writeAll(CRegistry& reg, const AppSettings& settings, const 
     reg.WriteString(flag(settings.ScanSubfolders), "ScanSub");
     reg.WriteString(flag(settings.MakeBackups), "Baks");
     reg.WriteString(flag(settings.ClearExtractText), "ClrTxt");
+    reg.WriteString(flag(settings.SkipVersionControl), "SkipVCS");
     for (const auto& option : kOptions) reg.WriteString(flag(window.isOptionChecked(option.box)), option.name);
     reg.WriteString(flag(settings.PreviewAll), "PreviewAll");
     reg.WriteString(flag(settings.ShowAll), "ShowAll");

@@ -6,7 +6,7 @@
 // history entry counts as missing when it reads as "" or as a lone NUL (the
 // form in which an empty value comes back); any other value counts as missing
 // only when it reads as "". The three flags ScanSub, Baks and ClrTxt are true
-// when missing, the three PreviewAll, ShowAll and ShowLineNos false: the
+// when missing (and so is SkipVCS), the three PreviewAll, ShowAll and ShowLineNos false: the
 // difference is deliberate.
 
 #include <memory>

@@ -21,6 +21,12 @@ void FileList::addPath(const std::string& fullPath) {
     names.push_back(FileNameOf(fullPath));
 }
 
+bool isVersionControlFolder(std::string_view name) noexcept {
+    for (const std::string_view folder : {".git", ".hg", ".svn", ".bzr", "_darcs", "CVS"})
+        if (name == folder) return true;
+    return false;
+}
+
 namespace {
 
 enum class EntryKind { File, Folder, Other };
@@ -97,7 +103,7 @@ std::vector<Entry> readFolder(const std::string& folder, VisitedFolders& visited
 
 FileList BuildFileList(const std::string& startFolder, const std::string& filter,
                        bool includeSubfolders, const std::atomic<bool>& stopRequested,
-                       const FileListCallbacks& callbacks) {
+                       const FileListCallbacks& callbacks, bool skipVersionControl) {
     FileList list;
     const std::vector<std::string> patterns = splitFilter(filter);
     if (patterns.empty()) {
@@ -112,7 +118,8 @@ FileList BuildFileList(const std::string& startFolder, const std::string& filter
         if (callbacks.status) callbacks.status("Building File List: " + folder);
         for (const Entry& entry : readFolder(folder, visited)) {
             if (entry.kind == EntryKind::Folder) {
-                if (includeSubfolders) list.folders.push_back(folder + entry.name + kPathSeparator);
+                if (includeSubfolders && !(skipVersionControl && isVersionControlFolder(entry.name)))
+                    list.folders.push_back(folder + entry.name + kPathSeparator);
             } else if (entry.kind == EntryKind::File && matchesAny(patterns, entry.name) &&
                        !TemporaryFiles::isTemporaryName(entry.name)) {
                 list.names.push_back(entry.name);

@@ -5,11 +5,13 @@
 // folder are taken in name order. Folders reached through symbolic links are
 // not entered (no loops); linked files are listed. Special files (pipes,
 // devices, sockets) and the temporary files of writes in progress are never
-// listed.
+// listed. Folders that a version-control system keeps its own data in are not
+// entered unless `skipVersionControl` is false.
 
 #include <atomic>
 #include <functional>
 #include <string>
+#include <string_view>
 
 #include "files/FileList.h"
 
@@ -25,8 +27,12 @@ struct FileListCallbacks {
 // "Please select a file filter."
 extern const char* const kSelectFilterMessage;
 
+// True for ".git", ".hg", ".svn", ".bzr", "_darcs" and "CVS".
+bool isVersionControlFolder(std::string_view name) noexcept;
+
+// The start folder itself is searched whatever its name.
 FileList BuildFileList(const std::string& startFolder, const std::string& filter,
                        bool includeSubfolders, const std::atomic<bool>& stopRequested,
-                       const FileListCallbacks& callbacks = {});
+                       const FileListCallbacks& callbacks = {}, bool skipVersionControl = true);
 
 }  // namespace vantorel

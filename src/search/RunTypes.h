@@ -35,6 +35,8 @@ struct RunRequest {
     bool ignoreCase = false;
     bool wholeWords = false;
     bool scanSubfolders = true;
+    // Version-control folders (.git, .hg, .svn, .bzr, _darcs, CVS) are not entered.
+    bool skipVersionControl = true;
     bool makeBackups = false;
     bool showAll = false;
     // Limited to the marked rows of the results list, given as full paths.

@@ -134,7 +134,7 @@ private:
                 host_.showMessage(information(text, MessageKind::Validation));
             };
             files_ = BuildFileList(request_.startFolder, request_.filter, request_.scanSubfolders,
-                                   state_.stopRequested, callbacks);
+                                   state_.stopRequested, callbacks, request_.skipVersionControl);
         } else {
             for (const std::string& path : request_.markedFiles)
                 if (!holdsNul(path)) files_.addPath(path);

@@ -4,6 +4,8 @@
 #include <QTextBlock>
 #include <QTextCursor>
 
+#include "ui/ColourValues.h"
+
 namespace vantorel::ui {
 
 QString paneText(const std::string& utf8) {
@@ -19,11 +21,6 @@ PreviewPane::PreviewPane(QWidget* parent) : QPlainTextEdit(parent) {
     setUndoRedoEnabled(false);
     setLineWrapMode(QPlainTextEdit::WidgetWidth);
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    // The engine's colours are meant for a light page.
-    QPalette colours = palette();
-    colours.setColor(QPalette::Base, Qt::white);
-    colours.setColor(QPalette::Text, Qt::black);
-    setPalette(colours);
 }
 
 void PreviewPane::setPreviewFont(const QString& family, int pointSize) {
@@ -34,17 +31,45 @@ void PreviewPane::setPreviewFont(const QString& family, int pointSize) {
     setTabStopDistance(QFontMetricsF(font).horizontalAdvance(QLatin1Char(' ')) * 4);
 }
 
+QColor PreviewPane::shownColour(std::uint32_t colour) const {
+    // Black is the page's own text colour; the others keep their hue, made
+    // readable on the page (a dark desktop gives a dark page).
+    if (colour == kBlack) return palette().color(QPalette::Text);
+    return readableOn(colour, palette().color(QPalette::Base));
+}
+
 const QTextCharFormat& PreviewPane::format(std::uint32_t colour, bool bold) {
     const quint64 key = (quint64{colour} << 1) | (bold ? 1 : 0);
     auto found = formats_.find(key);
     if (found == formats_.end()) {
         QTextCharFormat format;
-        // Colours are kept as 0xBBGGRR.
-        format.setForeground(QColor(colour & 0xFF, (colour >> 8) & 0xFF, (colour >> 16) & 0xFF));
+        format.setForeground(shownColour(colour));
+        format.setProperty(kEngineColour, QVariant::fromValue(colour));  // what is saved and exported
         format.setFontWeight(bold ? QFont::Bold : QFont::Normal);
         found = formats_.insert(key, format);
     }
     return *found;
+}
+
+void PreviewPane::changeEvent(QEvent* event) {
+    QPlainTextEdit::changeEvent(event);
+    if (event->type() != QEvent::PaletteChange) return;
+    formats_.clear();
+    // The text already shown takes the new page's colours.
+    QTextCursor cursor(document());
+    cursor.beginEditBlock();
+    for (QTextBlock block = document()->begin(); block.isValid(); block = block.next())
+        for (auto fragment = block.begin(); !fragment.atEnd(); ++fragment) {
+            const QTextFragment piece = fragment.fragment();
+            const QVariant colour = piece.charFormat().property(kEngineColour);
+            if (!colour.isValid()) continue;
+            QTextCharFormat recoloured;
+            recoloured.setForeground(shownColour(colour.value<std::uint32_t>()));
+            cursor.setPosition(piece.position());
+            cursor.setPosition(piece.position() + piece.length(), QTextCursor::KeepAnchor);
+            cursor.mergeCharFormat(recoloured);
+        }
+    cursor.endEditBlock();
 }
 
 void PreviewPane::showStyled(const StyledText& text) {
@@ -77,10 +102,9 @@ StyledText PreviewPane::styledText() const {
         for (auto fragment = block.begin(); !fragment.atEnd(); ++fragment) {
             const QTextFragment piece = fragment.fragment();
             const QTextCharFormat format = piece.charFormat();
-            const QColor colour = format.foreground().color();
-            const auto bgr = static_cast<std::uint32_t>(colour.red()) | (static_cast<std::uint32_t>(colour.green()) << 8) |
-                             (static_cast<std::uint32_t>(colour.blue()) << 16);
-            add(piece.text(), bgr, format.fontWeight() >= QFont::Bold);
+            const QVariant colour = format.property(kEngineColour);
+            add(piece.text(), colour.isValid() ? colour.value<std::uint32_t>() : kBlack,
+                format.fontWeight() >= QFont::Bold);
         }
     }
     return out;

@@ -1,6 +1,8 @@
 #pragma once
 // The preview pane (RTB1): shows styled text built by the engine. Large
-// combined previews are appended section by section.
+// combined previews are appended section by section. The page follows the
+// desktop's palette; the engine's colours are shown readable on it and kept
+// as they are for saving.
 
 #include <QHash>
 #include <QPlainTextEdit>
@@ -32,7 +34,15 @@ public:
     // Characters held, for the bound on the combined preview.
     qint64 characterCount() const { return document()->characterCount(); }
 
+    // How the pane shows one of the engine's colours on its page.
+    QColor shownColour(std::uint32_t colour) const;
+
+protected:
+    void changeEvent(QEvent* event) override;
+
 private:
+    // The text format property that keeps the engine's colour of a run.
+    static constexpr int kEngineColour = QTextFormat::UserProperty + 1;
     const QTextCharFormat& format(std::uint32_t colour, bool bold);
     QHash<quint64, QTextCharFormat> formats_;
 };

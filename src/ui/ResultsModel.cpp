@@ -1,7 +1,11 @@
 #include "ui/ResultsModel.h"
 
-#include <QColor>
 #include <QFont>
+#include <QGuiApplication>
+#include <QPalette>
+
+#include "core/StyledText.h"
+#include "ui/ColourValues.h"
 
 #include "files/FileFunctions.h"
 #include "results/ResultSort.h"
@@ -49,7 +53,8 @@ QVariant ResultsModel::data(const QModelIndex& index, int role) const {
             }
             return {};
         case Qt::ForegroundRole:
-            if (column == 2) return QColor(0, 0, 255);
+            // Blue, made readable on a dark list.
+            if (column == 2) return readableOn(kBlue, QGuiApplication::palette().color(QPalette::Base));
             return {};
         default:
             return {};

@@ -1,5 +1,6 @@
 #include "ui/ResultsView.h"
 
+#include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -25,12 +26,41 @@ int ResultsView::selectedRow() const {
     return current.isValid() ? current.row() : -1;
 }
 
+void ResultsView::menuFromKeyboard() {
+    if (!model() || model()->rowCount() == 0) return;
+    QModelIndex row = currentIndex();
+    if (!row.isValid()) {
+        row = model()->index(0, 0);
+        selectionModel()->setCurrentIndex(row, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    }
+    scrollTo(row);
+    const QRect cell = visualRect(row);
+    emit rightReleased(viewport()->mapToGlobal(QPoint(cell.left() + 16, cell.bottom())));
+}
+
+void ResultsView::keyPressEvent(QKeyEvent* event) {
+    const bool menuKey = event->key() == Qt::Key_Menu && event->modifiers() == Qt::NoModifier;
+    const bool shiftF10 = event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier;
+    if (menuKey || shiftF10) {
+        menuFromKeyboard();
+        event->accept();
+        return;
+    }
+    QTreeView::keyPressEvent(event);
+}
+
+void ResultsView::contextMenuEvent(QContextMenuEvent* event) {
+    // The mouse's menu comes with the button's release; the keyboard's is here.
+    if (event->reason() == QContextMenuEvent::Keyboard) menuFromKeyboard();
+    event->accept();
+}
 
 void ResultsView::keyReleaseEvent(QKeyEvent* event) {
     QTreeView::keyReleaseEvent(event);
     if (event->isAutoRepeat()) return;
     switch (event->key()) {
         case Qt::Key_Control: case Qt::Key_Shift: case Qt::Key_Alt: case Qt::Key_Meta: return;  // modifiers alone
+        case Qt::Key_Menu: return;  // opens the context menu
         default: break;
     }
     const bool selectAll = event->key() == Qt::Key_A && event->modifiers() == Qt::ControlModifier;

@@ -18,12 +18,19 @@ signals:
     void keyReleased();
     // The left button was released over the list without modifiers.
     void leftReleased();
-    // The right button was released over the list (at a screen position).
+    // The right button was released over the list (at a screen position), or
+    // the context menu was asked for from the keyboard (the Menu key or
+    // Shift+F10: at the current row).
     void rightReleased(const QPoint& globalPosition);
 
 protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+
+private:
+    void menuFromKeyboard();
 };
 
 }  // namespace vantorel::ui

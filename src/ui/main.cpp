@@ -11,6 +11,8 @@ int main(int argc, char** argv) {
     QApplication app(argc, argv);  // takes out the arguments meant for Qt
     QApplication::setApplicationName(QStringLiteral("Vantorel"));
     QApplication::setApplicationVersion(QStringLiteral(VANTOREL_VERSION));
+    // The desktop matches the window to its menu entry and icon by this name.
+    QGuiApplication::setDesktopFileName(QStringLiteral(VANTOREL_APP_ID));
 
     if (const auto failure = vantorel::EngineSelfTest()) {
         vantorel::ui::GuiMessageHost().showMessage(*failure);

@@ -127,7 +127,7 @@ TEST_F(CliTest, HelpDescribesEveryOption) {
     EXPECT_EQ(r.exitCode, 0);
     for (const char* option : {"--dir", "--filter", "--regex", "--ignore-case", "--whole-words", "--no-subfolders",
                                "--backups", "--yes", "--show-all", "--marked", "--threads", "--quiet", "--csv",
-                               "--json", "Exit status"})
+                               "--json", "--include-vcs", "Exit status"})
         EXPECT_THAT(r.out, HasSubstr(option));
 }
 
@@ -166,6 +166,17 @@ TEST_F(CliTest, AReplaceShowsTheWritingPassRowsAndOneSummary) {
                                                          "3 files processed, 3 occurences changed in 2 file(s)"))
             << (onTerminal ? "answered on a terminal" : "--yes");
     }
+}
+
+TEST_F(CliTest, VersionControlFoldersAreLeftAloneUnlessIncluded) {
+    tree.write(".git/config", "[core] cat\n");
+    tree.write("sub/.svn/entries", "cat\n");
+    CliResult r = cli({"-y", "replace", "cat", "cow"});
+    EXPECT_EQ(tree.read(".git/config"), "[core] cat\n");
+    EXPECT_EQ(tree.read("sub/.svn/entries"), "cat\n");
+    EXPECT_EQ(lines(r.out).back(), "4 files processed, 4 occurences changed in 3 file(s)");
+    r = cli({"--include-vcs", "find", "cat"});
+    EXPECT_EQ(lines(r.out).back(), "6 files processed, 2 occurences found in 2 file(s)");
 }
 
 TEST_F(CliTest, ReadOnlyFilesAreReportedAndLeftAlone) {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 #include <stdlib.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <fstream>
 
@@ -39,6 +41,26 @@ TEST_F(ProgramFolderTest, WithoutAProgramFolderTheUsersDataFolderServes) {
     std::filesystem::create_directories(data_.path() / "vantorel");
     std::ofstream(data_.path() / "vantorel" / "readme.html") << "<p>help</p>";
     EXPECT_EQ(findProgramFile({}, "readme.html"), data_.path() / "vantorel" / "readme.html");
+}
+
+TEST_F(ProgramFolderTest, AnInstalledProgramFindsItsShippedFilesInTheShareFolder) {
+    const std::filesystem::path bin = program_ / "bin";
+    const std::filesystem::path share = program_ / "share" / "vantorel";
+    std::filesystem::create_directories(bin);
+    std::filesystem::create_directories(share);
+    std::ofstream(share / "readme.html") << "<p>shipped</p>";
+    ::chmod(bin.c_str(), 0555);  // as /usr/bin is to a user
+    const bool readOnly = ::access(bin.c_str(), W_OK) != 0;  // not so for root
+    EXPECT_EQ(installedDataFolder(bin), share);
+    EXPECT_EQ(programDataFolder(bin), readOnly ? data_.path() / "vantorel" : bin);
+    EXPECT_EQ(findProgramFile(bin, "readme.html"), share / "readme.html");
+    // The user's own copy comes first.
+    if (readOnly) {
+        std::filesystem::create_directories(data_.path() / "vantorel");
+        std::ofstream(data_.path() / "vantorel" / "readme.html") << "<p>own</p>";
+        EXPECT_EQ(findProgramFile(bin, "readme.html"), data_.path() / "vantorel" / "readme.html");
+    }
+    ::chmod(bin.c_str(), 0755);
 }
 
 }  // namespace

@@ -86,6 +86,23 @@ TEST_F(FileListBuilderTest, LinkedFilesAreListedLinkedFoldersAreNotEntered) {
                                                                   "sub1/deep/d.txt"}));
 }
 
+TEST_F(FileListBuilderTest, VersionControlFoldersAreEnteredOnlyWhenAskedFor) {
+    for (const char* folder : {".git", ".hg", ".svn", ".bzr", "_darcs", "CVS"})
+        tree.write(std::string("sub1/") + folder + "/x.txt", "x");
+    tree.write("sub2/.github/ci.txt", "y");  // similar names are ordinary folders
+    tree.write("sub2/cvs/z.txt", "z");
+    tree.write("sub2/.git", "gitdir: elsewhere");  // a file of that name is listed
+    const std::vector<std::string> ordinary{"a.txt",         "b.txt",          "sub1/e.txt",
+                                            "sub2/f.TXT",    "sub1/deep/d.txt", "sub2/.github/ci.txt",
+                                            "sub2/cvs/z.txt"};
+    EXPECT_EQ(paths(BuildFileList(tree.root(), "*.txt", true, stop), tree.root()), ordinary);
+    EXPECT_EQ(paths(BuildFileList(tree.root(), ".git", true, stop), tree.root()),
+              (std::vector<std::string>{"sub2/.git"}));
+    EXPECT_EQ(BuildFileList(tree.root(), "*.txt", true, stop, {}, false).size(), ordinary.size() + 6);
+    // Named as the start folder, such a folder is searched.
+    EXPECT_EQ(BuildFileList(tree.path("sub1/.git"), "*", true, stop).size(), 1u);
+}
+
 TEST_F(FileListBuilderTest, SpecialFilesTemporaryFilesAndUnreadableFoldersContributeNothing) {
     ASSERT_EQ(::mkfifo(tree.path("pipe.txt").c_str(), 0644), 0);
     tree.write(".vantorel-4242-7-a.txt", "a write in progress");

@@ -132,6 +132,17 @@ private slots:
         QVERIFY(f.action("mnuOpenWithFN")->isVisible());
         QCOMPARE(f.action("mnuOpenWithFN")->text(), QString("Open with ed.exe"));
         menu->hide();
+
+        // From the keyboard: the Menu key and Shift+F10, for the current row.
+        auto* view = f.child<ui::ResultsView>("ListView1");
+        select(f, {1});
+        QTest::keyClick(view, Qt::Key_Menu);
+        QVERIFY(menu->isVisible());
+        QCOMPARE(f.action("mmuMark")->text(), QString("Mark b.txt"));
+        menu->hide();
+        QTest::keyClick(view, Qt::Key_F10, Qt::ShiftModifier);
+        QVERIFY(menu->isVisible());
+        menu->hide();
     }
 
     void markingThroughTheMenuDrivesMarkedFilesOnly() {

@@ -1,0 +1,60 @@
+// The program as the screenshots show it, in a light or a dark palette (as
+// a light or dark desktop would give it): the main window on a folder, or
+// the options dialog alone with the first-run settings (take-options.sh).
+// Usage: screenshot_app [--dark] [--options | FOLDER]
+// Build: cmake --build build --target screenshot_app
+
+#include <QApplication>
+#include <QStyleFactory>
+
+#include "core/AppSettings.h"
+#include "ui/GuiMessageHost.h"
+#include "ui/RepForm.h"
+#include "ui/frmOptions.h"
+
+namespace {
+
+QPalette darkPalette() {
+    QPalette p;
+    const QColor window(0x2b, 0x2b, 0x2b), base(0x1e, 0x1e, 0x1e), text(0xe6, 0xe6, 0xe6);
+    p.setColor(QPalette::Window, window);
+    p.setColor(QPalette::WindowText, text);
+    p.setColor(QPalette::Base, base);
+    p.setColor(QPalette::AlternateBase, window);
+    p.setColor(QPalette::Text, text);
+    p.setColor(QPalette::Button, QColor(0x3a, 0x3a, 0x3a));
+    p.setColor(QPalette::ButtonText, text);
+    p.setColor(QPalette::Highlight, QColor(0x3d, 0x7a, 0xd6));
+    p.setColor(QPalette::HighlightedText, Qt::white);
+    p.setColor(QPalette::Light, QColor(0x55, 0x55, 0x55));
+    p.setColor(QPalette::Midlight, QColor(0x48, 0x48, 0x48));
+    p.setColor(QPalette::Mid, QColor(0x30, 0x30, 0x30));
+    p.setColor(QPalette::Dark, QColor(0x20, 0x20, 0x20));
+    p.setColor(QPalette::Shadow, Qt::black);
+    p.setColor(QPalette::Disabled, QPalette::Text, QColor(0x80, 0x80, 0x80));
+    p.setColor(QPalette::Disabled, QPalette::WindowText, QColor(0x80, 0x80, 0x80));
+    p.setColor(QPalette::Disabled, QPalette::ButtonText, QColor(0x80, 0x80, 0x80));
+    return p;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    QApplication app(argc, argv);
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QStringList arguments = app.arguments().mid(1);
+    if (arguments.removeAll(QStringLiteral("--dark")) > 0) QApplication::setPalette(darkPalette());
+    if (!arguments.contains(QStringLiteral("--options"))) {
+        vantorel::ui::RepForm window;
+        window.setStartFolder(arguments.join(QLatin1Char(' ')));
+        window.show();
+        return app.exec();
+    }
+    vantorel::AppSettings settings;
+    vantorel::ui::GuiMessageHost messages;
+    vantorel::ui::frmOptions dialog(settings, messages);
+    messages.setOwner(&dialog);
+    dialog.move(40, 40);
+    dialog.show();
+    return app.exec();
+}

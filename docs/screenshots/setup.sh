@@ -1,0 +1,10 @@
+# Sourced by the screenshot scripts: strict mode, the build folder (the
+# script's first argument, default "build"), this folder ($out) and the
+# repository's root ($root), and a virtual screen when there is no display.
+set -euo pipefail
+build=${1:-build}
+out=$(cd "$(dirname "$0")" && pwd)
+root=$(cd "$out/../.." && pwd)
+if [ -z "${DISPLAY:-}" ]; then
+  exec xvfb-run -a -s '-screen 0 1280x900x24' "$0" "$@"
+fi

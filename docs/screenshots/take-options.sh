@@ -1,0 +1,26 @@
+#!/bin/bash
+# Screenshots of the options dialog on its own, in a light and a dark
+# palette, with the mouse over a button. Needs: xvfb imagemagick xdotool.
+# Usage: docs/screenshots/take-options.sh [BUILD_DIR]   (from the repository's root)
+source "$(dirname "$0")/setup.sh"
+cmake --build "$root/$build" --target screenshot_app >/dev/null
+
+shoot() {  # shoot NAME [--dark]
+  "$root/$build/screenshot_app" --options "${@:2}" &
+  local app=$!
+  local window=""
+  for _ in $(seq 50); do
+    window=$(xdotool search --name '^Options$' 2>/dev/null | head -1) && [ -n "$window" ] && break
+    sleep 0.1
+  done
+  sleep 0.5
+  eval "$(xdotool getwindowgeometry --shell "$window")"
+  xdotool mousemove --window "$window" 80 "$((HEIGHT - 75))"   # over "Clear Find History"
+  sleep 0.3
+  import -window root -crop "${WIDTH}x${HEIGHT}+${X}+${Y}" "$out/$1.png"
+  kill $app
+  wait $app 2>/dev/null || true
+}
+
+shoot options-dialog
+shoot options-dialog-dark --dark

@@ -1,0 +1,98 @@
+#include "core/ButtonSettings.h"
+
+#include <gtest/gtest.h>
+
+#include "SettingsTestHost.h"
+
+namespace vantorel {
+namespace {
+
+constexpr const char* kKey = "HKEY_CURRENT_USER\\Software\\Brimlark\\Vantorel\\Design\\FindBtn";
+
+class ButtonSettingsTest : public ::testing::Test {
+protected:
+    std::filesystem::path file() const { return folder / "settings.reg"; }
+
+    void store(const ButtonSettings& settings) {
+        RegistryStore store(file());
+        CRegistry reg(store);
+        reg.CreateKey(kKey);
+        ASSERT_TRUE(reg.OpenKey(kKey));
+        ASSERT_TRUE(settings.write(reg));
+    }
+    void seed(const std::vector<std::pair<std::string, std::string>>& values) {
+        RegistryStore store(file());
+        CRegistry reg(store);
+        reg.CreateKey(kKey);
+        ASSERT_TRUE(reg.OpenKey(kKey));
+        for (const auto& [name, value] : values) reg.WriteString(value, name);
+    }
+    // Read by a store that starts from the file, as the next run would.
+    ButtonSettings load(std::vector<std::string>* names = nullptr) {
+        RegistryStore store(file());
+        CRegistry reg(store);
+        EXPECT_TRUE(reg.OpenKey(kKey));
+        if (names) {
+            std::vector<long> types;
+            reg.EnumerateValues(*names, types);
+        }
+        return ButtonSettings::read(reg);
+    }
+
+    testing::TempFolder folder;
+};
+
+TEST_F(ButtonSettingsTest, EveryPropertySurvivesTheStoreUnderItsOwnName) {
+    ButtonSettings s;
+    s.Caption = "&Find";
+    s.CaptionAlign = button::AlignLeft;
+    s.ButtonStyle = button::Raised;
+    s.ButtonShape = button::Rounded;
+    s.GradientMode = button::TopToBottom;
+    s.GradientColor = 0x00FFEEDD;
+    s.ForeColor = 0x80000008;
+    s.Font = ButtonFont{"DejaVu Sans Mono", 10.5, true, false, true, false};
+    s.ShowFocusRect = false;
+    s.Mode = button::Option;
+    s.Value = true;
+    s.CustomClick = button::ShapeOnly;
+    s.Picture = "/usr/share/pixmaps/find.png";
+    s.PictureSize = 24;
+    s.PictureAlign = button::RightOfCaption;
+    s.HoverForeColor = 0x000000FF;
+    s.Enabled = false;
+    s.BackColor = 0x00102030;
+    s.HoverBackColor = 0x00405060;
+    s.HoverColorLocks = button::KeepBackColour;
+    s.CaptionStyle = button::Engraved;
+    s.MouseIcon = "/tmp/hand.cur";
+    s.MousePointer = button::CustomPointer;
+    store(s);
+    std::vector<std::string> names;
+    EXPECT_EQ(load(&names), s);
+    EXPECT_EQ(names, (std::vector<std::string>{"Caption", "CapAlign", "BackStyle", "Shape", "Gradient", "cGradient",
+                                               "cFore", "Font", "Focus", "Mode", "Value", "CustomClick", "Image",
+                                               "ImgSize", "ImgAlign", "cFHover", "Enabled", "cBack", "cBHover",
+                                               "LockHover", "CapStyle", "mIcon", "mPointer"}));
+    store(ButtonSettings{});  // empty texts and no font come back as such
+    EXPECT_EQ(load(), ButtonSettings{});
+}
+
+TEST_F(ButtonSettingsTest, AbsentOrUnreadableValuesTakeTheirDefaults) {
+    seed({{"Caption", "Stop"}, {"cBack", "255"}, {"cFore", "blue"}, {"ImgSize", "70000"}, {"Focus", "0"},
+          {"Font", ";12"}});
+    const ButtonSettings s = load();
+    ButtonSettings expected;
+    expected.Caption = "Stop";
+    expected.BackColor = 255;
+    expected.HoverBackColor = 255;  // the back colour just read
+    expected.PictureSize = 32767;
+    expected.ShowFocusRect = false;
+    EXPECT_EQ(s, expected);
+    EXPECT_EQ(s.ForeColor, kButtonTextColour);
+    EXPECT_EQ(s.CaptionAlign, button::AlignCentre);
+    EXPECT_EQ(s.GradientColor, kButtonFaceColour);
+}
+
+}  // namespace
+}  // namespace vantorel

@@ -1,0 +1,53 @@
+#include "core/OptionsFields.h"
+
+#include <gtest/gtest.h>
+
+namespace vantorel {
+namespace {
+
+struct BoxCase {
+    const char* typed;
+    long least;
+    const char* shown;
+};
+
+class NumberBoxes : public ::testing::TestWithParam<BoxCase> {};
+
+TEST_P(NumberBoxes, ShowTheLeadingNumberAtLeastTheirLeast) {
+    EXPECT_EQ(numberBoxText(GetParam().typed, GetParam().least), GetParam().shown);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Typed, NumberBoxes,
+    ::testing::Values(BoxCase{"abc", kLeastCharacters, "0"}, BoxCase{"abc", kLeastHitsPerPage, "1"},
+                      BoxCase{"", kLeastCharacters, "0"}, BoxCase{"0", kLeastHitsPerPage, "1"},
+                      BoxCase{"0", kLeastCharacters, "0"}, BoxCase{"-5", kLeastCharacters, "0"},
+                      BoxCase{"250px", kLeastHitsPerPage, "250"}, BoxCase{"7.6", kLeastCharacters, "8"},
+                      BoxCase{"1e6", kLeastHitsPerPage, "1000000"},
+                      BoxCase{"99999999999", kLeastCharacters, "2147483647"}));
+
+TEST(OptionsFields, ApplyTakesEveryFieldAndFillsAnEmptyFontBox) {
+    AppSettings settings;
+    OptionsFields fields = OptionsFields::from(settings);
+    fields.fontName = "";
+    fields.fontSize = "14";
+    fields.hitsPerPage = "5";
+    fields.charsAround = "0";
+    fields.charsBetween = "120";
+    fields.scanSubfolders = false;
+    fields.skipVersionControl = false;
+    fields.makeBackups = true;
+    fields.clearExtractText = false;
+    fields.showLineNumbers = false;
+    EXPECT_FALSE(fields.applyTo(settings));  // the combined preview is built by the next run
+    EXPECT_EQ(fields.fontName, "Arial");
+    EXPECT_EQ(OptionsFields::from(settings), fields);
+
+    settings.PreviewAll = false;
+    fields.fontSize = "large";  // not a size: the size stays
+    EXPECT_TRUE(fields.applyTo(settings));
+    EXPECT_EQ(settings.PreviewFontSize, 14);
+}
+
+}  // namespace
+}  // namespace vantorel
