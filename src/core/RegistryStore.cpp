@@ -347,17 +347,13 @@ bool RegistryStore::writeFile(const std::string& text) {
         if (::stat(file_.c_str(), &info) == 0)
             writer.emplace(file_.string());
         else
-            writer.emplace(file_.string(), AtomicFileWriter::Attributes{0600, ::geteuid(), ::getegid()});
+            writer.emplace(file_.string(), AtomicFileWriter::Attributes{0600, ::geteuid(), ::getegid(), {}});
         writer->write(text);
-        writer->commit();
+        writer->commit();  // the folder is flushed too, so that the rename survives a power cut
     } catch (const std::system_error& error) {
         lastError_ = "The settings file " + inQuotes(file_) + " cannot be written: " + error.code().message();
         return false;
     }
-    // Make the rename itself durable; a failure here loses nothing.
-    const fs::path folder = file_.parent_path().empty() ? fs::path(".") : file_.parent_path();
-    FileDescriptor dir(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (dir.get() >= 0) ::fsync(dir.get());
     return true;
 }
 

@@ -14,6 +14,7 @@
 
 #include "SettingsTestHost.h"
 #include "core/RegistryFile.h"
+#include "support/SystemCallFaults.h"
 
 namespace vantorel {
 namespace {
@@ -92,7 +93,11 @@ TEST(RegistryStore, ChangesReachTheFileOnlyWhenFlushed) {
         ASSERT_EQ(store.createKey(kKey), RegistryTree::CreateResult::Created);
         ASSERT_TRUE(store.setValue(kKey, "Find0", REG_SZ, sz("needle")));
         EXPECT_FALSE(fs::exists(file));
+        test::SystemCallFaults::Scope faults;
+        test::SystemCallFaults::watchSyncs = true;
         ASSERT_TRUE(store.flush());
+        // The rename into place is made durable, once.
+        EXPECT_EQ(test::SystemCallFaults::syncedFolders(), std::vector<std::string>{file.parent_path().string()});
         EXPECT_EQ(listFolder(file.parent_path()), (std::vector<std::string>{"settings.reg", "settings.reg.lock"}));
         EXPECT_EQ(fs::status(file).permissions(), fs::perms::owner_read | fs::perms::owner_write);
     }
