@@ -9,8 +9,9 @@
 namespace vantorel {
 
 struct SearchState {
-    // Set by the Stop button (from any thread, or a signal handler); cleared
-    // by the driver when a run starts.
+    // Set by the Stop button (from any thread, or a signal handler). Whoever
+    // starts a run clears it first, on its own thread, so that a stop that
+    // comes before the run gets going is not lost.
     std::atomic<bool> stopRequested{false};
     // Files of the current replace pass whose replacements were not written
     // because they are read-only.

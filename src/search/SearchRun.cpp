@@ -76,7 +76,6 @@ public:
         : request_(request), state_(state), host_(host) {}
 
     RunOutcome run() {
-        state_.stopRequested = false;
         if (!validate()) {
             host_.runFinished(outcome_);
             return outcome_;

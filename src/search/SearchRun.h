@@ -9,6 +9,7 @@
 
 namespace vantorel {
 
+// A stop already asked for (state.stopRequested) ends the run at its first check.
 RunOutcome RunSearch(const RunRequest& request, SearchState& state, RunHost& host);
 
 // The summary texts of a pass.

@@ -26,6 +26,7 @@ RunController::~RunController() { abandon(); }
 
 bool RunController::start(RunRequest request) {
     if (thread_) return false;
+    state_.stopRequested = false;  // here, not on the worker: a Stop right after the start counts
     queue_ = std::make_unique<RunEventQueue>();
     host_ = std::make_unique<WorkerRunHost>(*queue_);
     queue_->setWakeUp([this] { QMetaObject::invokeMethod(this, &RunController::drain, Qt::QueuedConnection); });

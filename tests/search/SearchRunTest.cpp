@@ -274,6 +274,14 @@ TEST_F(SearchRunTest, UnreadableFilesAreReportedAndPassedOver) {
     EXPECT_EQ(rowsText(), "a.txt:1 ");
 }
 
+TEST_F(SearchRunTest, AStopAskedForBeforeTheRunGetsGoingIsKept) {
+    tree.write("a.txt", "x");
+    state.stopRequested = true;  // Stop, or a closing window, before the worker started
+    const RunOutcome outcome = run(request(RunKind::Find, "x"));
+    EXPECT_TRUE(outcome.stopped);
+    EXPECT_EQ(rowsText(), "");
+}
+
 TEST_F(SearchRunTest, StopDuringTheCountingPassEndsAsAStoppedSearch) {
     tree.write("a.txt", "x");
     tree.write("b.txt", "x");
