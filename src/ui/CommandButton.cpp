@@ -1,13 +1,11 @@
 #include "ui/CommandButton.h"
 
-#include <QPushButton>
+#include "ui/lvButtons_H.h"
 
 namespace vantorel::ui {
 
 QAbstractButton* makeCommandButton(const char* objectName, const QString& caption, QWidget* parent, bool isDefault) {
-    auto* button = new QPushButton(caption, parent);
-    button->setObjectName(QString::fromLatin1(objectName));
-    button->setAutoDefault(false);
+    lvButtons_H* button = lvButtons_H::create(parent, QString::fromLatin1(objectName), caption);
     button->setDefault(isDefault);
     return button;
 }

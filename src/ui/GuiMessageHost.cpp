@@ -25,6 +25,7 @@ QString boxText(const std::string& text) {
 }  // namespace
 
 void GuiMessageHost::showMessage(const Message& message) {
+    if (silenced_) return;
     QMessageBox box(iconOf(message.icon), QString::fromStdString(message.title), boxText(message.text),
                     QMessageBox::Ok, owner_);
     box.setTextFormat(Qt::PlainText);
@@ -32,6 +33,7 @@ void GuiMessageHost::showMessage(const Message& message) {
 }
 
 bool GuiMessageHost::askYesNo(const Message& question) {
+    if (silenced_) return false;
     QMessageBox box(QMessageBox::Question, QString::fromStdString(question.title), boxText(question.text),
                     QMessageBox::Yes | QMessageBox::No, owner_);
     box.setTextFormat(Qt::PlainText);

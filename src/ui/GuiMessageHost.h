@@ -12,11 +12,15 @@ class GuiMessageHost : public MessageHost {
 public:
     explicit GuiMessageHost(QWidget* owner = nullptr) : owner_(owner) {}
     void setOwner(QWidget* owner) { owner_ = owner; }
+    // The owner is gone for good: nothing more is shown, and every question
+    // is answered No.
+    void silence() { silenced_ = true; }
     void showMessage(const Message& message) override;
     bool askYesNo(const Message& question) override;
 
 private:
     QPointer<QWidget> owner_;
+    bool silenced_ = false;
 };
 
 }  // namespace vantorel::ui

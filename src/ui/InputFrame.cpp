@@ -41,6 +41,8 @@ InputFrame::InputFrame(QWidget* parent) : QWidget(parent) {
     folderButton_ = makeCommandButton("FolderButton", QStringLiteral("..."), this);
     folderButton_->setToolTip(QStringLiteral("Choose the start folder"));
     folderButton_->setFixedWidth(folderButton_->fontMetrics().horizontalAdvance(QStringLiteral("...")) + 24);
+    libraryButton_ = makeCommandButton("ShowLibBtn", QStringLiteral("Li&brary..."), this);
+    libraryButton_->setToolTip(QStringLiteral("Take an expression and its replacement from the library, or keep these there"));
     regularExpression_ = checkBox(QStringLiteral("RegExpFind"), QStringLiteral("Re&gular Expression"), this);
     matchCase_ = checkBox(QStringLiteral("CaseSensChk"), QStringLiteral("Match &Case"), this);
     wholeWords_ = checkBox(QStringLiteral("WholeWordsChk"), QStringLiteral("&Whole Words"), this);
@@ -56,23 +58,26 @@ InputFrame::InputFrame(QWidget* parent) : QWidget(parent) {
     auto* grid = new QGridLayout(this);
     grid->setContentsMargins(8, 6, 8, 2);
     grid->setVerticalSpacing(4);
+    // The library button stands between the two boxes it fills; the folder
+    // and filter boxes reach to its right edge.
     grid->addWidget(findCaption_, 0, 0);
     grid->addWidget(find_, 0, 1);
-    grid->addWidget(regularExpression_, 0, 2);
+    grid->addWidget(libraryButton_, 0, 2, 2, 1, Qt::AlignVCenter);
+    grid->addWidget(regularExpression_, 0, 3);
     grid->addWidget(replaceCaption_, 1, 0);
     grid->addWidget(replace_, 1, 1);
-    grid->addWidget(matchCase_, 1, 2);
+    grid->addWidget(matchCase_, 1, 3);
     grid->addWidget(folderLabel_, 2, 0);
-    grid->addLayout(folderRow, 2, 1);
-    grid->addWidget(wholeWords_, 2, 2);
+    grid->addLayout(folderRow, 2, 1, 1, 2);
+    grid->addWidget(wholeWords_, 2, 3);
     grid->addWidget(filterLabel_, 3, 0);
-    grid->addWidget(filter_, 3, 1);
-    grid->addWidget(marked_, 3, 2);
+    grid->addWidget(filter_, 3, 1, 1, 2);
+    grid->addWidget(marked_, 3, 3);
     grid->setColumnStretch(1, 1);
     // The find box's caption changes width between "Find:" and "Reg Ex:".
     grid->setColumnMinimumWidth(0, fontMetrics().horizontalAdvance(QStringLiteral("Replace: ")) + 4);
 
-    QWidget* order[] = {find_, replace_, folder_, folderButton_, filter_,
+    QWidget* order[] = {find_, replace_, libraryButton_, folder_, folderButton_, filter_,
                         regularExpression_, matchCase_, wholeWords_, marked_};
     for (std::size_t i = 1; i < std::size(order); ++i) setTabOrder(order[i - 1], order[i]);
 

@@ -26,6 +26,8 @@ public:
     QCheckBox* option(OptionBox which) const;
     QCheckBox* markedBox() const noexcept { return marked_; }
     QAbstractButton* folderButton() const noexcept { return folderButton_; }
+    // ShowLibBtn, beside the find and replace boxes that the library fills.
+    QAbstractButton* libraryButton() const noexcept { return libraryButton_; }
     // "In Marked Files Only" after the marks changed.
     void applyMarkedBox(const MarkedBoxState& state);
     // The width of the column of option boxes, in pixels.
@@ -47,6 +49,7 @@ private:
     QLabel* folderLabel_;
     QLabel* filterLabel_;
     QAbstractButton* folderButton_;
+    QAbstractButton* libraryButton_;
     QCheckBox* regularExpression_;
     QCheckBox* matchCase_;
     QCheckBox* wholeWords_;

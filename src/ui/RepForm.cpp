@@ -5,6 +5,7 @@
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QCoreApplication>
+#include <QDialog>
 #include <QDir>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -12,6 +13,7 @@
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QScreen>
+#include <QShortcut>
 #include <QStatusBar>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -29,13 +31,17 @@
 #include "ui/DragLine.h"
 #include "ui/ExtractForm.h"
 #include "ui/FileDialog.h"
+#include "ui/FolderDrop.h"
 #include "ui/GuiMessageHost.h"
 #include "ui/HistoryCombo.h"
 #include "ui/InputFrame.h"
 #include "ui/Logo.h"
+#include "ui/PatternEdit.h"
 #include "ui/PopUpForm.h"
 #include "ui/PreviewFrame.h"
 #include "ui/PreviewPane.h"
+#include "ui/RegExLibFrm.h"
+#include "ui/RegExTestFrm.h"
 #include "ui/RepFormState.h"
 #include "ui/ResultExport.h"
 #include "ui/ResultsModel.h"
@@ -43,8 +49,10 @@
 #include "ui/RunController.h"
 #include "ui/RunDisplay.h"
 #include "ui/RunRequestBuilder.h"
+#include "ui/ScreenFit.h"
 #include "ui/Twips.h"
 #include "ui/frmAbout.h"
+#include "ui/frmOptions.h"
 
 namespace vantorel::ui {
 namespace {
@@ -89,7 +97,7 @@ RepForm::RepForm(RepFormOptions options, QWidget* parent) : QMainWindow(parent),
     resize(twipsToPixelsX(13500, this), twipsToPixelsY(10500, this));
     setMinimumSize(std::max(inputs_->minimumSizeHint().width(), mid_->minimumSizeHint().width()),
                    menuBar()->sizeHint().height() + inputs_->sizeHint().height() + mid_->sizeHint().height() +
-                       twipsToPixelsY(kListMinimum + 1500, this) + dragLine_->sizeHint().height() +
+                       twipsToPixelsY(kListMinimum + 750, this) + dragLine_->sizeHint().height() +
                        statusBar()->sizeHint().height());
 
     const std::filesystem::path file =
@@ -107,7 +115,11 @@ RepForm::RepForm(RepFormOptions options, QWidget* parent) : QMainWindow(parent),
     showAllAction_->setChecked(!settings_.ShowAll);
 }
 
-RepForm::~RepForm() { runs_->abandon(); }
+RepForm::~RepForm() {
+    // The worker uses the run state: it ends before the state goes.
+    runs_->abandon();
+    runs_->waitForEnd();
+}
 
 void RepForm::buildWidgets() {
     auto* central = new QWidget(this);
@@ -125,10 +137,12 @@ void RepForm::buildWidgets() {
         b->setMinimumWidth(std::max(b->sizeHint().width(), twipsToPixelsX(1200, this)));
         return b;
     };
-    findButton_ = button("FindBtn", QStringLiteral("Find"), true);
-    replaceButton_ = button("RepBtn", QStringLiteral("Replace"));
-    extractButton_ = button("ExtrBtn", QStringLiteral("Extract"));
+    // Access keys that no menu, label or box of the window uses.
+    findButton_ = button("FindBtn", QStringLiteral("F&ind"), true);
+    replaceButton_ = button("RepBtn", QStringLiteral("Re&place"));
+    extractButton_ = button("ExtrBtn", QStringLiteral("&Extract"));
     stopButton_ = button("StopBtn", QStringLiteral("Stop"));
+    optionsButton_ = button("OptBtn", QStringLiteral("Optio&ns"));
     stopButton_->setEnabled(false);
     stopButton_->setShortcut(QKeySequence(Qt::Key_Escape));
     extractButton_->setToolTip(QStringLiteral("Gather the text of every match (regular expressions only)"));
@@ -146,6 +160,8 @@ void RepForm::buildWidgets() {
     for (QAbstractButton* b : {findButton_, replaceButton_, extractButton_, stopButton_}) buttons->addWidget(b);
     buttons->addSpacing(12);
     buttons->addWidget(progress_, 1);
+    buttons->addSpacing(12);
+    buttons->addWidget(optionsButton_);
     buttons->addSpacing(12);
     buttons->addWidget(versionLabel_);
     buttons->addWidget(logo_);
@@ -180,6 +196,14 @@ void RepForm::buildWidgets() {
     connect(replaceButton_, &QAbstractButton::clicked, this, &RepForm::startReplace);
     connect(extractButton_, &QAbstractButton::clicked, this, &RepForm::startExtract);
     connect(stopButton_, &QAbstractButton::clicked, this, &RepForm::stopRun);
+    connect(optionsButton_, &QAbstractButton::clicked, this, &RepForm::showOptions);
+    connect(inputs_->libraryButton(), &QAbstractButton::clicked, this, &RepForm::showLibrary);
+    connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, this, &RepForm::focusFindBox);
+    // A folder dropped on the window, or on the folder box, is the start folder; a file gives its folder.
+    auto* drop = new FolderDrop(this);
+    drop->watch(inputs_->box(HistoryBox::Folder)->lineEdit());
+    connect(drop, &FolderDrop::folderDropped, this,
+            [this](const QString& folder) { inputs_->box(HistoryBox::Folder)->setEditText(folder); });
     for (HistoryBox box : {HistoryBox::Find, HistoryBox::Folder, HistoryBox::Filter})
         connect(inputs_->box(box)->lineEdit(), &QLineEdit::returnPressed, this, [this] {
             if (findButton_->isEnabled()) startFind();
@@ -214,6 +238,13 @@ void RepForm::buildMenus() {
     exportDetails->setObjectName(QStringLiteral("mExportDetail"));
     connect(exportDetails, &QAction::triggered, this,
             [this] { exportMatchDetails(this, *desktop_, *messages_, *preview_->pane()); });
+    optionsAction_ = fileMenu_->addAction(QStringLiteral("Options..."));
+    optionsAction_->setObjectName(QStringLiteral("mOpts"));
+    QList<QKeySequence> preferences{QKeySequence(Qt::CTRL | Qt::Key_Comma)};
+    for (const QKeySequence& keys : QKeySequence::keyBindings(QKeySequence::Preferences))
+        if (!preferences.contains(keys)) preferences << keys;
+    optionsAction_->setShortcuts(preferences);
+    connect(optionsAction_, &QAction::triggered, this, &RepForm::showOptions);
     fileMenu_->addSeparator()->setObjectName(QStringLiteral("mDiv2"));
     QAction* exit = fileMenu_->addAction(QStringLiteral("Exit"));
     exit->setObjectName(QStringLiteral("mExit"));
@@ -234,6 +265,12 @@ void RepForm::buildMenus() {
     previewAllAction_->setObjectName(QStringLiteral("mAllFound"));
     previewAllAction_->setCheckable(true);
     connect(previewAllAction_, &QAction::triggered, this, &RepForm::onPreviewAllTriggered);
+
+    QMenu* tools = menuBar()->addMenu(QStringLiteral("&Tools"));
+    tools->setObjectName(QStringLiteral("mTools"));
+    QAction* tester = tools->addAction(QStringLiteral("Regular Expression Tester"));
+    tester->setObjectName(QStringLiteral("mRETest"));
+    connect(tester, &QAction::triggered, this, &RepForm::showTester);
 
     QMenu* help = menuBar()->addMenu(QStringLiteral("&Help"));
     help->setObjectName(QStringLiteral("mnuHelp"));
@@ -303,6 +340,9 @@ void RepForm::setBusy(bool busy) {
     stopButton_->setEnabled(busy);
     findButton_->setEnabled(!busy);
     replaceButton_->setEnabled(!busy);
+    optionsButton_->setEnabled(!busy);
+    optionsAction_->setEnabled(!busy);  // its shortcut too
+    inputs_->libraryButton()->setEnabled(!busy);
     extractButton_->setEnabled(!busy && inputs_->option(OptionBox::RegularExpression)->isChecked());
     fileMenu_->menuAction()->setEnabled(!busy);
     viewMenu_->menuAction()->setEnabled(!busy);
@@ -363,10 +403,7 @@ void RepForm::onRunFinished(const RunOutcome& outcome) {
 void RepForm::pointAtPatternError(std::size_t offset, const std::string& what) {
     QLineEdit* edit = inputs_->box(HistoryBox::Find)->lineEdit();
     const QString text = edit->text();
-    // The offset counts characters (code points); the box counts UTF-16 units.
-    int position = 0;
-    for (std::size_t seen = 0; seen < offset && position < text.size(); ++seen)
-        position += text.at(position).isHighSurrogate() && position + 1 < text.size() ? 2 : 1;
+    const int position = utf16Position(text, offset);
     edit->setFocus();
     edit->setSelection(position, position < text.size() ? 1 : 0);
     statusPanel_->setText(QString::fromStdString(what));
@@ -467,6 +504,48 @@ void RepForm::chooseFolder() {
     }
 }
 
+void RepForm::focusFindBox() {
+    QLineEdit* find = inputs_->box(HistoryBox::Find)->lineEdit();
+    find->setFocus(Qt::ShortcutFocusReason);
+    find->selectAll();
+}
+
+// ---- The library, the tester and the options --------------------------------
+
+void RepForm::showLibrary() {
+    if (isRunning()) return;
+    HistoryCombo* find = inputs_->box(HistoryBox::Find);
+    HistoryCombo* replace = inputs_->box(HistoryBox::Replace);
+    // Without a message host of the window's own, the library's messages sit over the library.
+    if (const auto chosen = openLibrary(this, library_, options_.programFolder, options_.messages,
+                                        find->currentText(), replace->currentText())) {
+        find->setText(chosen->pattern);
+        replace->setText(chosen->replacement);
+    }
+}
+
+void RepForm::showTester() {
+    if (!tester_)
+        tester_ = new RegExTestFrm(library_, options_.programFolder, options_.messages, desktop_, this);
+    tester_->show();
+    tester_->raise();
+    tester_->activateWindow();
+}
+
+void RepForm::showOptions() {
+    if (isRunning()) return;
+    auto* dialog = new frmOptions(settings_, *messages_, this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &frmOptions::previewUpdateRequested, this, [this] {
+        // The preview shows one file at a time: that file again, in the font and limits applied.
+        preview_->pane()->setPreviewFont(QString::fromStdString(settings_.PreviewFontName),
+                                         static_cast<int>(settings_.PreviewFontSize));
+        previewSelectedRow();
+    });
+    connect(dialog, &frmOptions::historyCleared, this, [this](HistoryBox box) { inputs_->box(box)->setItems({}); });
+    dialog->open();
+}
+
 void RepForm::showAbout() {
     auto* about = new frmAbout(*desktop_, *messages_, this);
     about->setAttribute(Qt::WA_DeleteOnClose);
@@ -484,6 +563,8 @@ void RepForm::showHelp() {
 // ---- Window events and layout --------------------------------------------
 
 void RepForm::closeEvent(QCloseEvent* event) {
+    // A run still going on is stopped and shows nothing more; the window does
+    // not wait for it (see waitForRunToEnd).
     runs_->abandon();
     settingsStore_->SaveSettings(settings_, *windowState_);
     if (extractForm_) {
@@ -491,17 +572,31 @@ void RepForm::closeEvent(QCloseEvent* event) {
         extractForm_->setExiting(true);
         extractForm_->close();
     }
+    if (tester_) tester_->close();
+    // Nothing more is shown once the window is gone (a preview still being built, say).
+    if (ownMessages_) ownMessages_->silence();
     event->accept();
 }
 
+void RepForm::endProgram() {
+    // An open message box or dialog is answered No or cancelled first, so
+    // that no window is left behind.
+    for (int i = 0; i < 16; ++i) {
+        QWidget* modal = QApplication::activeModalWidget();
+        if (!modal) break;
+        if (auto* dialog = qobject_cast<QDialog*>(modal)) dialog->reject();
+        else modal->close();
+    }
+    close();
+}
+
+bool RepForm::waitForRunToEnd(QDeadlineTimer deadline) { return runs_->waitForEnd(deadline); }
+
 void RepForm::showEvent(QShowEvent* event) {
     QMainWindow::showEvent(event);
-    // A window saved on a screen that is gone comes back on the primary one.
-    bool visible = false;
-    for (const QScreen* screen : QGuiApplication::screens())
-        visible = visible || screen->availableGeometry().intersects(frameGeometry());
-    if (!visible && QGuiApplication::primaryScreen())
-        move(QGuiApplication::primaryScreen()->availableGeometry().topLeft());
+    // A window saved on a screen that is gone, or larger than the screen it
+    // opens on (a small screen, a scale factor of 2), is brought onto it.
+    if (!event->spontaneous() && !(windowState() & (Qt::WindowMaximized | Qt::WindowFullScreen))) fitToScreen(this);
     if (firstRun_) {
         firstRun_ = false;
         splashTimer_->start();

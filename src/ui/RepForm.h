@@ -4,6 +4,7 @@
 // Runs go to a worker thread through the run controller; the window shows
 // what they report and stays responsive.
 
+#include <QDeadlineTimer>
 #include <QMainWindow>
 #include <filesystem>
 #include <memory>
@@ -12,6 +13,7 @@
 #include "core/AppSettings.h"
 #include "core/MessageHost.h"
 #include "core/SearchState.h"
+#include "library/LibraryState.h"
 #include "results/ResultSort.h"
 #include "search/JobSource.h"
 
@@ -36,6 +38,7 @@ class GuiMessageHost;
 class InputFrame;
 class PopUpForm;
 class PreviewFrame;
+class RegExTestFrm;
 class RepFormState;
 class ResultsModel;
 class ResultsView;
@@ -83,12 +86,25 @@ public:
     // The height of the list above the divider (twips).
     long dividerPosition() const noexcept { return divider_; }
     void setDividerPosition(long position);
+    // After the window has closed: waits for a run that is still stopping;
+    // false when it has not ended by the deadline.
+    bool waitForRunToEnd(QDeadlineTimer deadline);
 
 public slots:
     void startFind();
     void startReplace();
     void startExtract();
     void stopRun();
+    // ShowLibBtn: the library with the find and replace texts; a chosen pair
+    // takes their place.
+    void showLibrary();
+    // Tools > Regular Expression Tester, made on first use.
+    void showTester();
+    // OptBtn and File > Options...
+    void showOptions();
+    // Ends the program as closing the window does, also while a message box
+    // or dialog is open (a request to end from outside).
+    void endProgram();
     // Dragging the divider by a number of pixels.
     void moveDivider(int offsetPixels);
 
@@ -113,6 +129,7 @@ private:
     void setBusy(bool busy);
     void onRunFinished(const RunOutcome& outcome);
     void showExtractWindow();
+    void focusFindBox();
 
     void onRowCheckChanged(int row, bool checked);
     void onListLeftReleased();
@@ -143,6 +160,8 @@ private:
     std::unique_ptr<RunRequestBuilder> requests_;
     AppSettings settings_;
     SearchState state_;
+    // The library's hand-over and change flag, lent to the library and tester windows.
+    LibraryState library_;
     RunDisplay* display_ = nullptr;
     RunController* runs_ = nullptr;
 
@@ -157,16 +176,19 @@ private:
     QAbstractButton* replaceButton_ = nullptr;
     QAbstractButton* extractButton_ = nullptr;
     QAbstractButton* stopButton_ = nullptr;
+    QAbstractButton* optionsButton_ = nullptr;
     ColourProgressBar* progress_ = nullptr;
     QLabel* versionLabel_ = nullptr;
     QLabel* logo_ = nullptr;
     QLabel* statusPanel_ = nullptr;
     ExtractForm* extractForm_ = nullptr;
+    RegExTestFrm* tester_ = nullptr;
     PopUpForm* popUp_ = nullptr;
     QMenu* fileMenu_ = nullptr;
     QMenu* viewMenu_ = nullptr;
     QAction* showAllAction_ = nullptr;
     QAction* previewAllAction_ = nullptr;
+    QAction* optionsAction_ = nullptr;
     QAction* aboutAction_ = nullptr;
     QTimer* splashTimer_ = nullptr;
     bool firstRun_ = false;

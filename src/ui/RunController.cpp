@@ -22,7 +22,10 @@ RunController::RunController(RunDisplay& display, MessageHost& messages, SearchS
     connect(&timer_, &QTimer::timeout, this, &RunController::drain);
 }
 
-RunController::~RunController() { abandon(); }
+RunController::~RunController() {
+    abandon();
+    waitForEnd();
+}
 
 bool RunController::start(RunRequest request) {
     if (thread_) return false;
@@ -34,6 +37,10 @@ bool RunController::start(RunRequest request) {
     SearchState* state = &state_;
     thread_ = QThread::create([request = std::move(request), host, state] { RunSearch(request, *state, *host); });
     thread_->setObjectName(QStringLiteral("vantorel-run"));
+    // An abandoned run is cleared away once its worker has ended.
+    connect(thread_, &QThread::finished, this, [this] {
+        if (abandoned_) cleanUp();
+    });
     thread_->start();
     timer_.start();
     return true;
@@ -42,11 +49,18 @@ bool RunController::start(RunRequest request) {
 void RunController::stop() { state_.stopRequested = true; }
 
 void RunController::abandon() {
-    if (!thread_) return;
+    if (!thread_ || abandoned_) return;
+    abandoned_ = true;
     state_.stopRequested = true;
     queue_->abandon();
-    thread_->wait();
+    timer_.stop();
+}
+
+bool RunController::waitForEnd(QDeadlineTimer deadline) {
+    if (!thread_) return true;
+    if (!thread_->wait(deadline)) return false;
     cleanUp();
+    return true;
 }
 
 void RunController::cleanUp() {
@@ -58,10 +72,11 @@ void RunController::cleanUp() {
     }
     host_.reset();
     queue_.reset();
+    abandoned_ = false;
 }
 
 void RunController::drain() {
-    if (draining_ || !queue_) return;
+    if (draining_ || !queue_ || abandoned_) return;
     draining_ = true;
     QElapsedTimer slice;
     slice.start();
@@ -72,7 +87,8 @@ void RunController::drain() {
             bool answer = true;
             if (trip->question) answer = messages_.askYesNo(trip->message);
             else messages_.showMessage(trip->message);
-            if (queue_) queue_->answer(answer);
+            if (!queue_ || abandoned_) break;  // the window closed meanwhile
+            queue_->answer(answer);
             slice.restart();
             continue;
         }
@@ -85,11 +101,12 @@ void RunController::drain() {
         }
         display_.show(std::move(report));
     }
-    display_.flush();
     draining_ = false;
+    if (!queue_ || abandoned_) return;
+    display_.flush();
     // A backlog is taken up again as soon as the window has seen to its other
     // events and timers; otherwise the window looks again after a while.
-    if (queue_) timer_.setInterval(queue_->empty() ? kDrainIntervalMs : 0);
+    timer_.setInterval(queue_->empty() ? kDrainIntervalMs : 0);
 }
 
 }  // namespace vantorel::ui

@@ -5,6 +5,7 @@
 // Messages and questions are shown on the window's thread while the worker
 // waits for the answer.
 
+#include <QDeadlineTimer>
 #include <QObject>
 #include <QTimer>
 #include <memory>
@@ -27,14 +28,18 @@ public:
     RunController(RunDisplay& display, MessageHost& messages, SearchState& state, QObject* parent = nullptr);
     ~RunController() override;
 
+    // True from the start until the worker has ended (also while an
+    // abandoned run is still stopping).
     bool isRunning() const noexcept { return thread_ != nullptr; }
     // Starts a run; false when one is already going on.
     bool start(RunRequest request);
     // The Stop button: the run notices at its next check.
     void stop();
-    // The window is closing: stop, answer any question with No, drop what is
-    // still to be shown and wait for the worker to end.
+    // The window is closing: stop, answer any question with No and drop what
+    // is still to be shown. Returns at once; the worker ends by itself.
     void abandon();
+    // Waits until the worker has ended; false when it has not by the deadline.
+    bool waitForEnd(QDeadlineTimer deadline = QDeadlineTimer(QDeadlineTimer::Forever));
 
 private slots:
     void drain();
@@ -50,6 +55,7 @@ private:
     QThread* thread_ = nullptr;
     QTimer timer_;
     bool draining_ = false;
+    bool abandoned_ = false;
 };
 
 }  // namespace vantorel::ui

@@ -42,6 +42,7 @@ RunRequest RunRequestBuilder::build(RunKind kind, JobSource jobs) const {
     request.ignoreCase = ignoreCase();
     request.wholeWords = inputs_.option(OptionBox::WholeWords)->isChecked() && !request.regularExpression;
     request.scanSubfolders = settings_.ScanSubfolders;
+    request.skipVersionControl = settings_.SkipVersionControl;
     request.makeBackups = settings_.MakeBackups;
     request.showAll = settings_.ShowAll;
     request.markedOnly = inputs_.markedBox()->isChecked();

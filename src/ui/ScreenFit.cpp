@@ -1,6 +1,7 @@
 #include "ui/ScreenFit.h"
 
 #include <QScreen>
+#include <QStyle>
 #include <QWidget>
 #include <algorithm>
 
@@ -10,8 +11,15 @@ void fitToScreen(QWidget* window) {
     const QScreen* screen = window->screen();
     if (!screen) return;
     const QRect room = screen->availableGeometry();
-    // The frame the window system adds (nothing is known before it is shown).
-    const QSize frame = window->frameGeometry().size() - window->size();
+    // The frame the window system adds. Before it has framed the window the
+    // frame is not known: a title bar and borders of the usual size are
+    // kept free for it.
+    QSize frame = window->frameGeometry().size() - window->size();
+    if (frame.isNull() && !window->windowFlags().testFlag(Qt::FramelessWindowHint)) {
+        const QStyle* style = window->style();
+        const int border = style->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth, nullptr, window);
+        frame = QSize(2 * border, style->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, window) + 2 * border);
+    }
     const QSize most = room.size() - frame;
     const QSize fitted(std::clamp(window->width(), window->minimumWidth(), std::max(window->minimumWidth(), most.width())),
                        std::clamp(window->height(), window->minimumHeight(),

@@ -2,10 +2,12 @@
 
 #include <QApplication>
 #include <QStringList>
+#include <cstdlib>
 
 #include "search/EngineSelfTest.h"
 #include "ui/GuiMessageHost.h"
 #include "ui/RepForm.h"
+#include "ui/TerminationSignals.h"
 
 int main(int argc, char** argv) {
     QApplication app(argc, argv);  // takes out the arguments meant for Qt
@@ -24,6 +26,16 @@ int main(int argc, char** argv) {
     for (int i = 1; i < argc; ++i) words << QString::fromLocal8Bit(argv[i]);
     vantorel::ui::RepForm window;
     window.setStartFolder(words.join(QLatin1Char(' ')));
+    // A request to end from outside closes the window as the user would.
+    vantorel::ui::TerminationSignals endRequests;
+    QObject::connect(&endRequests, &vantorel::ui::TerminationSignals::received, &window,
+                     &vantorel::ui::RepForm::endProgram);
     window.show();
-    return app.exec();
+    const int code = app.exec();
+    // The window is gone and its run was told to stop. A run that has not
+    // ended soon after is stuck in the system (a network folder that does not
+    // answer): the program ends without it. Files are never half-written, and
+    // a later run clears away a temporary file left behind.
+    if (!window.waitForRunToEnd(QDeadlineTimer(5000))) std::_Exit(code);
+    return code;
 }

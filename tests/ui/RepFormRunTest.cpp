@@ -1,13 +1,19 @@
 // A Find, a Replace and an Extract driven through the window's controls, with
 // every message and question answered through the message seam.
 
+#include <QDialog>
 #include <QDir>
 #include <QHeaderView>
 #include <QMenu>
 #include <QTreeView>
 
+#include <csignal>
+#include <filesystem>
+
 #include "UiTestSupport.h"
+#include "core/TemporaryFiles.h"
 #include "support/TempTree.h"
+#include "ui/TerminationSignals.h"
 #include "ui/ColourProgressBar.h"
 #include "ui/ResultsView.h"
 
@@ -267,16 +273,65 @@ private slots:
             QVERIFY2(f.child(input)->isEnabled(), input);
     }
 
-    void closingDuringARunStopsItAndSavesTheSettings() {
+    void closingDuringALongMatchStopsTheRunWithoutWaitingForIt_data() {
+        QTest::addColumn<bool>("intoTheLongLine");
+        QTest::newRow("right after the start") << false;
+        QTest::newRow("inside the long line") << true;
+    }
+    void closingDuringALongMatchStopsTheRunWithoutWaitingForIt() {
+        QFETCH(bool, intoTheLongLine);
+        // Every start in the long line tries every "ab " to its end: minutes of matching.
         TempTree tree;
-        for (int i = 0; i < 3000; ++i) tree.write("d" + std::to_string(i % 10) + "/f" + std::to_string(i) + ".txt", "colour\n");
+        std::string line = "ab ";
+        while (line.size() < (4u << 20)) line += "ab ";
+        tree.write("a.txt", "ab y\n");
+        tree.write("b.txt", line + "x y\n");
         FormFixture f;
-        f.setInputs(root(tree), "*.txt", "colour");
+        f.child<QCheckBox>("RegExpFind")->setChecked(true);
+        f.setInputs(root(tree), "*.txt", "(?:ab )*y");
+        f.form->show();
         QTest::mouseClick(f.button("FindBtn"), Qt::LeftButton);
+        if (intoTheLongLine) QTRY_COMPARE(f.rows().rowCount(), 1);  // a.txt is done, b.txt under way
         QVERIFY(f.form->close());
-        QVERIFY(!f.form->isRunning());
+        QVERIFY(!f.form->isVisible());
+        QTRY_VERIFY(!f.form->isRunning());
+        QCOMPARE(f.messages.texts(), std::vector<std::string>());
         QVERIFY(QFile::exists(f.config.path() + "/settings.reg"));
-        f.form.reset();
+    }
+
+    void aRequestToEndStopsTheRunAndClosesEveryWindowLeavingNoTemporaryFiles() {
+        TempTree tree;
+        const std::string before(20000, 'x');
+        for (int i = 0; i < 300; ++i) tree.write("f" + std::to_string(i) + ".txt", before);
+        FormFixture f;
+        ui::TerminationSignals endRequests;
+        connect(&endRequests, &ui::TerminationSignals::received, f.form.get(), &ui::RepForm::endProgram);
+        f.form->show();
+        f.action("mRETest")->trigger();
+        auto* tester = f.child("RegExTestFrm");
+        QVERIFY(tester->isVisible());
+        auto* dialog = new QDialog(f.form.get());
+        f.setInputs(root(tree), "*.txt", "x", "y");
+        // SIGTERM as the writing pass begins, with a dialog open.
+        f.messages.answers = {true};
+        f.messages.onQuestion = [&](const Message&) {
+            dialog->open();
+            ::raise(SIGTERM);
+        };
+        QTest::mouseClick(f.button("RepBtn"), Qt::LeftButton);
+        QTRY_VERIFY(!f.form->isVisible());
+        QVERIFY(!dialog->isVisible() && !tester->isVisible());
+        QTRY_VERIFY(!f.form->isRunning());
+        QCOMPARE(f.messages.texts(), std::vector<std::string>());  // not even "Replace operation stopped."
+        int written = 0;
+        for (const auto& entry : std::filesystem::directory_iterator(tree.root())) {
+            const std::string name = entry.path().filename().string();
+            QVERIFY2(!TemporaryFiles::isTemporaryName(name), name.c_str());
+            const std::string now = tree.read(name);
+            QVERIFY(now == before || now == std::string(before.size(), 'y'));
+            written += now != before;
+        }
+        QVERIFY(written < 300);  // stopped part way
     }
 
     void extractGathersTheMatchesInFileOrder() {

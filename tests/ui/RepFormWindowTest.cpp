@@ -29,10 +29,10 @@ void setModified(const std::string& path, std::time_t when) {
 
 void showWindow(FormFixture& f) {
     f.child<QTimer>("SplashTimer")->stop();
-    f.form->resize(900, 700);
     f.form->show();
     QVERIFY(QTest::qWaitForWindowExposed(f.form.get()));
     f.child<QTimer>("SplashTimer")->stop();
+    f.form->resize(900, 700);  // larger than the test screen, which showing it fits
 }
 
 void clickHeader(FormFixture& f, int column) {

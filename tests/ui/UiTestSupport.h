@@ -9,10 +9,12 @@
 #include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMimeData>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
+#include <QTimer>
 #include <deque>
 #include <functional>
 #include <memory>
@@ -109,6 +111,7 @@ struct FormFixture {
     RecordingDesktop desktop;
     std::unique_ptr<ui::RepForm> form;
     long long previewCharacters = 3'000'000;
+    std::string programFolder = VANTOREL_DATA_DIR;
     bool systemDesktop = false;  // the window's own desktop instead of the recording one
 
     FormFixture() { open(); }
@@ -118,7 +121,7 @@ struct FormFixture {
         options.messages = &messages;
         options.desktop = systemDesktop ? nullptr : &desktop;
         options.settingsFile = (config.path() + QStringLiteral("/settings.reg")).toStdString();
-        options.programFolder = VANTOREL_DATA_DIR;
+        options.programFolder = programFolder;
         options.previewCharacters = previewCharacters;
         form = std::make_unique<ui::RepForm>(options);
     }
@@ -160,5 +163,28 @@ struct FormFixture {
         return texts;
     }
 };
+
+// Drags URLs over a widget and drops them there; true when the drop was taken.
+inline bool dropUrls(QWidget* target, const QList<QUrl>& urls) {
+    QMimeData data;
+    data.setUrls(urls);
+    const QPoint at(10, 10);
+    QDragEnterEvent enter(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(target, &enter);
+    if (!enter.isAccepted()) return false;
+    QDropEvent dropped(QPointF(at), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(target, &dropped);
+    return dropped.isAccepted();
+}
+
+// Calls `act` with the modal window (a library, a message box) once it is
+// up, from inside its own event loop.
+inline void whenModal(std::function<void(QWidget*)> act) {
+    QTimer::singleShot(0, [act] {
+        QWidget* modal = nullptr;
+        for (int i = 0; i < 500 && !(modal = QApplication::activeModalWidget()); ++i) QTest::qWait(10);
+        act(modal);
+    });
+}
 
 }  // namespace vantorel::test
