@@ -111,7 +111,9 @@ private slots:
                              f.button("StopBtn")->isEnabled() && !f.child("ListView1")->isEnabled() &&
                              !f.pane()->isEnabled() && !f.child<QMenu>("mnuFile")->menuAction()->isEnabled() &&
                              !f.child<QMenu>("mView")->menuAction()->isEnabled() &&
-                             !f.action("mAbout")->isEnabled() && f.status() == "Replace Files?";
+                             !f.action("mAbout")->isEnabled() && !f.button("OptBtn")->isEnabled() &&
+                             !f.action("mOpts")->isEnabled() && !f.button("ShowLibBtn")->isEnabled() &&
+                             f.status() == "Replace Files?";
             // The counting pass ended at 100%, yellow on blue.
             auto* bar = f.child<ui::ColourProgressBar>("ProgressBar");
             busyWhileAsked = busyWhileAsked && bar->percent() == 100 && bar->fillColour() == QColor(255, 255, 0) &&
@@ -145,6 +147,7 @@ private slots:
         QVERIFY(!f.button("StopBtn")->isEnabled());
         QVERIFY(f.child("ListView1")->isEnabled());
         QVERIFY(f.child<QMenu>("mnuFile")->menuAction()->isEnabled());
+        QVERIFY(f.button("OptBtn")->isEnabled() && f.action("mOpts")->isEnabled() && f.button("ShowLibBtn")->isEnabled());
         QVERIFY(!f.button("ExtrBtn")->isEnabled());  // still plain-text mode
     }
 
@@ -220,6 +223,15 @@ private slots:
         QVERIFY(f.runBy("FindBtn"));
         QCOMPARE(f.messages.texts(), std::vector<std::string>({"No matches found in files."}));
         QCOMPARE(f.rows().rowCount(), 0);
+
+        // Version-control folders are entered only when the settings say so.
+        tree.write(".git/config.txt", "zebra\n");
+        f.messages.messages.clear();
+        QVERIFY(f.runBy("FindBtn"));
+        QCOMPARE(f.rows().rowCount(), 0);
+        f.form->settings().SkipVersionControl = false;
+        QVERIFY(f.runBy("FindBtn"));
+        QCOMPARE(f.column(0), QStringList({"config.txt"}));
     }
 
     void anUnexpectedErrorRestoresTheControls() {
