@@ -1,16 +1,13 @@
-// The program as the screenshots show it, in a light or a dark palette (as
-// a light or dark desktop would give it): the main window on a folder, or
-// the options dialog alone with the first-run settings (take-options.sh).
-// Usage: screenshot_app [--dark] [--options | FOLDER]
+// The main window as the screenshots show it, in a light or a dark palette
+// (as a light or dark desktop would give it), started on a folder.
+// Usage: screenshot_app [--dark] [FOLDER]
 // Build: cmake --build build --target screenshot_app
 
 #include <QApplication>
 #include <QStyleFactory>
 
-#include "core/AppSettings.h"
-#include "ui/GuiMessageHost.h"
 #include "ui/RepForm.h"
-#include "ui/frmOptions.h"
+#include "ui/TerminationSignals.h"
 
 namespace {
 
@@ -44,17 +41,12 @@ int main(int argc, char** argv) {
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     QStringList arguments = app.arguments().mid(1);
     if (arguments.removeAll(QStringLiteral("--dark")) > 0) QApplication::setPalette(darkPalette());
-    if (!arguments.contains(QStringLiteral("--options"))) {
-        vantorel::ui::RepForm window;
-        window.setStartFolder(arguments.join(QLatin1Char(' ')));
-        window.show();
-        return app.exec();
-    }
-    vantorel::AppSettings settings;
-    vantorel::ui::GuiMessageHost messages;
-    vantorel::ui::frmOptions dialog(settings, messages);
-    messages.setOwner(&dialog);
-    dialog.move(40, 40);
-    dialog.show();
+    vantorel::ui::RepForm window;
+    window.setStartFolder(arguments.join(QLatin1Char(' ')));
+    // Ended by the scripts with SIGTERM: the window closes and saves its settings.
+    vantorel::ui::TerminationSignals endRequests;
+    QObject::connect(&endRequests, &vantorel::ui::TerminationSignals::received, &window,
+                     &vantorel::ui::RepForm::endProgram);
+    window.show();
     return app.exec();
 }

@@ -1,13 +1,21 @@
 #!/bin/bash
-# Screenshots of the options dialog on its own, in a light and a dark
-# palette, with the mouse over a button. Needs: xvfb imagemagick xdotool.
+# Screenshots of the options dialog opened from the main window (Ctrl+,), in
+# a light and a dark palette, with the mouse over a button.
+# Needs: xvfb imagemagick xdotool.
 # Usage: docs/screenshots/take-options.sh [BUILD_DIR]   (from the repository's root)
 source "$(dirname "$0")/setup.sh"
 cmake --build "$root/$build" --target screenshot_app >/dev/null
+export VANTOREL_CONFIG_HOME=$(mktemp -d)
+trap 'rm -rf "$VANTOREL_CONFIG_HOME"' EXIT
 
 shoot() {  # shoot NAME [--dark]
-  "$root/$build/screenshot_app" --options "${@:2}" &
+  "$root/$build/docs/screenshots/screenshot_app" "${@:2}" "$root/sample" &
   local app=$!
+  sleep 3
+  # The About box of a first start, if it is up, closes on Enter.
+  if xdotool search --name '^About Vantorel$' >/dev/null 2>&1; then xdotool key Return; sleep 0.5; fi
+  xdotool mousemove 300 36 click 1        # the Find box: the window has the keyboard
+  xdotool key ctrl+comma
   local window=""
   for _ in $(seq 50); do
     window=$(xdotool search --name '^Options$' 2>/dev/null | head -1) && [ -n "$window" ] && break
@@ -17,7 +25,7 @@ shoot() {  # shoot NAME [--dark]
   eval "$(xdotool getwindowgeometry --shell "$window")"
   xdotool mousemove --window "$window" 80 "$((HEIGHT - 75))"   # over "Clear Find History"
   sleep 0.3
-  import -window root -crop "${WIDTH}x${HEIGHT}+${X}+${Y}" "$out/$1.png"
+  import -window root -crop 900x700+0+0 "$out/$1.png"
   kill $app
   wait $app 2>/dev/null || true
 }
