@@ -3,6 +3,8 @@
 #include <QPainter>
 #include <algorithm>
 
+#include "ui/ColourValues.h"
+
 namespace vantorel::ui {
 
 ColourProgressBar::ColourProgressBar(QWidget* parent) : QWidget(parent) {
@@ -32,8 +34,10 @@ void ColourProgressBar::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const QRect area = rect().adjusted(0, 0, -1, -1);
     if (percent_ < 0) {
-        painter.fillRect(area, palette().window());
-        painter.setPen(palette().color(QPalette::Mid));
+        // An empty bar: its edge stands out from light and dark windows alike.
+        const QColor window = palette().color(QPalette::Window);
+        painter.fillRect(area, window);
+        painter.setPen(mix(window, palette().color(QPalette::WindowText), 0.3));
         painter.drawRect(area);
         return;
     }

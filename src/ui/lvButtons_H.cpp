@@ -15,12 +15,6 @@ namespace {
 constexpr int kPadding = 12;  // around the caption, left and right
 constexpr int kGap = 6;       // between picture and caption
 
-QColor mix(const QColor& a, const QColor& b, double share) {
-    return QColor::fromRgbF(static_cast<float>(a.redF() * (1 - share) + b.redF() * share),
-                            static_cast<float>(a.greenF() * (1 - share) + b.greenF() * share),
-                            static_cast<float>(a.blueF() * (1 - share) + b.blueF() * share));
-}
-
 // The palette role that stands for a system colour index.
 QPalette::ColorRole systemRole(unsigned index) {
     switch (index) {

@@ -1,8 +1,7 @@
 // The library window driven through its controls: save, update, remove,
-// the click and double-click rules, and the hand-over to its opener.
+// the click and double-click rules, and what it hands over.
 
 #include <QListWidget>
-#include <QTimer>
 
 #include "UiTestSupport.h"
 #include "ui/RegExLibFrm.h"
@@ -115,32 +114,6 @@ private slots:
         f.click("lvButtons_H3");
         QCOMPARE(f.window->result(), int(QDialog::Rejected));
         QVERIFY(f.state.choice.pattern.empty());
-    }
-
-    void theOpenerGetsAChoiceOnlyWhenItHasAPattern() {
-        QTemporaryDir folder;
-        RecordingMessages messages;
-        LibraryState state;
-        state.choice = {"stale", "stale"};
-        // The library comes up with the opener's texts; its choice starts empty.
-        auto answer = [&](const char* pattern, const char* replacement) {
-            QTimer::singleShot(0, [&, pattern, replacement] {
-                auto* library = qobject_cast<ui::RegExLibFrm*>(QApplication::activeModalWidget());
-                QVERIFY(library);
-                QCOMPARE(library->findChild<QLineEdit*>("REtxt")->text(), QString("find"));
-                QCOMPARE(library->findChild<QLineEdit*>("RepTxt")->text(), QString("replace"));
-                QVERIFY(state.choice.pattern.empty());
-                library->findChild<QLineEdit*>("REtxt")->setText(pattern);
-                library->findChild<QLineEdit*>("RepTxt")->setText(replacement);
-                QTest::mouseClick(library->findChild<QAbstractButton*>("lvButtons_H1"), Qt::LeftButton);
-            });
-            return ui::openLibrary(nullptr, state, folder.path().toStdString(), &messages, "find", "replace");
-        };
-        QVERIFY(!answer("", "ignored"));
-        const auto chosen = answer("x+", "");
-        QVERIFY(chosen);
-        QCOMPARE(chosen->pattern, std::string("x+"));
-        QCOMPARE(chosen->replacement, std::string());
     }
 };
 

@@ -192,19 +192,13 @@ private slots:
         file.close();
         f.type("FText", "mine");
         f.type("RText", "keep");
-        // Once the library is up (and laid out), the entry is double-clicked.
-        QTimer poll;
-        QObject::connect(&poll, &QTimer::timeout, [&poll] {
-            auto* library = qobject_cast<ui::RegExLibFrm*>(QApplication::activeModalWidget());
-            auto* list = library ? library->findChild<QListWidget*>("RegExList") : nullptr;
-            if (!list || list->visualItemRect(list->item(0)).isEmpty()) return;
-            poll.stop();
-            QCOMPARE(library->findChild<QLineEdit*>("REtxt")->text(), QString("mine"));
+        whenModal([](QWidget* modal) {
+            QCOMPARE(modal->findChild<QLineEdit*>("REtxt")->text(), QString("mine"));
+            auto* list = modal->findChild<QListWidget*>("RegExList");
             const QPoint item = list->visualItemRect(list->item(0)).center();
             QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, item);
             QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, item);
         });
-        poll.start(10);
         f.click("ShowLibBtn");
         QCOMPARE(f.text("FText"), QString("\\d+"));
         QCOMPARE(f.text("RText"), QString("#"));

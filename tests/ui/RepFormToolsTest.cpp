@@ -71,12 +71,18 @@ private slots:
         QCOMPARE(f.combo("FindText")->currentText(), QString("\\w+"));
         QCOMPARE(f.combo("RepText")->currentText(), QString());  // an empty replacement is taken too
 
-        // Closed without a choice: the boxes stay as they are.
-        whenModal([](QWidget* modal) {
-            QTest::mouseClick(modal->findChild<QAbstractButton*>("lvButtons_H3"), Qt::LeftButton);
-        });
-        QTest::mouseClick(f.button("ShowLibBtn"), Qt::LeftButton);
-        QCOMPARE(f.combo("FindText")->currentText(), QString("\\w+"));
+        // Closed, or used with an empty pattern: the boxes stay as they are
+        // (the choice made before is not handed over again).
+        for (const char* button : {"lvButtons_H3", "lvButtons_H1"}) {
+            whenModal([button](QWidget* modal) {
+                modal->findChild<QLineEdit*>("REtxt")->clear();
+                QTest::mouseClick(modal->findChild<QAbstractButton*>(button), Qt::LeftButton);
+            });
+            f.combo("RepText")->setEditText("kept");
+            QTest::mouseClick(f.button("ShowLibBtn"), Qt::LeftButton);
+            QCOMPARE(f.combo("FindText")->currentText(), QString("\\w+"));
+            QCOMPARE(f.combo("RepText")->currentText(), QString("kept"));
+        }
         QVERIFY(f.messages.messages.empty());
     }
 
