@@ -1,6 +1,6 @@
 // What the main window opens and how it is reached: the library handing a
-// pair to the find and replace boxes, the tester, the options dialog and the
-// settings it changes, the keyboard, drops, and the screen the window opens on.
+// pair to the find and replace boxes, the options dialog and the settings it
+// changes, the keyboard, drops, and the screen the window opens on.
 
 #include <QComboBox>
 #include <QFile>
@@ -13,6 +13,7 @@
 #include "support/TempTree.h"
 #include "ui/FontNames.h"
 #include "ui/RegExLibFrm.h"
+#include "ui/ScreenFit.h"
 #include "ui/frmOptions.h"
 
 using namespace vantorel;
@@ -84,18 +85,6 @@ private slots:
             QCOMPARE(f.combo("RepText")->currentText(), QString("kept"));
         }
         QVERIFY(f.messages.messages.empty());
-    }
-
-    void theTesterIsOneWindowMadeOnFirstUse() {
-        FormFixture f;
-        QVERIFY(!f.form->findChild<QWidget*>("RegExTestFrm"));
-        f.action("mRETest")->trigger();
-        QWidget* tester = f.child("RegExTestFrm");
-        QVERIFY(tester->isVisible() && tester->isWindow());
-        tester->close();
-        f.action("mRETest")->trigger();
-        QCOMPARE(f.form->findChildren<QWidget*>("RegExTestFrm").size(), qsizetype(1));
-        QVERIFY(tester->isVisible());
     }
 
     void optionsChangeTheWindowAndComeBackAfterARestart() {
@@ -192,14 +181,24 @@ private slots:
     void theWindowFitsTheScreenItOpensOn() {
         FormFixture f;
         const QRect room = f.form->screen()->availableGeometry();
-        f.form->resize(room.width() + 300, room.height() + 200);  // as a size saved on a larger screen
-        f.form->move(room.topLeft() + QPoint(40, 40));
+        // As saved on a larger screen that is not there any more.
+        f.form->resize(room.width() + 300, room.height() + 200);
+        f.form->move(room.right() + 2000, room.bottom() + 1500);
         showActive(f);
         QVERIFY2(room.contains(f.form->frameGeometry()),
                  qPrintable(QString("%1x%2").arg(f.form->width()).arg(f.form->height())));
         // Room for the smallest window on a 1280x900 screen at a scale factor of 2.
         QVERIFY2(f.form->minimumWidth() <= 640 && f.form->minimumHeight() <= 420,
                  qPrintable(QString("%1x%2").arg(f.form->minimumWidth()).arg(f.form->minimumHeight())));
+
+        // A window that cannot fit keeps its minimum size and its top-left corner on the screen.
+        QWidget wide;
+        wide.setMinimumSize(room.width() + 100, 100);
+        wide.resize(wide.minimumSize());
+        wide.move(room.left() - 300, room.top() + 10);
+        ui::fitToScreen(&wide);
+        QCOMPARE(wide.width(), room.width() + 100);
+        QCOMPARE(wide.frameGeometry().topLeft(), QPoint(room.left(), room.top() + 10));
     }
 };
 
