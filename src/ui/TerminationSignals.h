@@ -5,7 +5,8 @@
 // if the user had closed it: the run's temporary files are cleared away and
 // the settings saved. The handler only writes a byte to a pipe; a second
 // signal of the same kind ends the program at once (files are never
-// half-written either way; a later run clears what is left).
+// half-written either way; a later run clears what is left). A signal that
+// the program was started to ignore (nohup, a background job) stays ignored.
 
 #include <QObject>
 
