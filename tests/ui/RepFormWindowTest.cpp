@@ -439,7 +439,6 @@ private slots:
         f.child<QCheckBox>("CaseSensChk")->setChecked(true);
         f.action("mAllFound")->trigger();
         f.action("mShowAll")->trigger();
-        f.form->settings().HitsPerPage = 7;
         f.form->move(40, 30);
         f.form->resize(760, 640);
         f.form->setDividerPosition(2600);
@@ -458,7 +457,6 @@ private slots:
         QVERIFY(!f.action("mAllFound")->isChecked());
         QVERIFY(f.form->settings().ShowAll);
         QVERIFY(!f.action("mShowAll")->isChecked());
-        QCOMPARE(f.form->settings().HitsPerPage, 7L);
         QCOMPARE(f.form->size(), QSize(760, 640));
         QCOMPARE(f.form->pos(), QPoint(40, 30));
         QCOMPARE(f.form->dividerPosition(), 2600L);

@@ -91,15 +91,11 @@ private slots:
         QSignalSpy update(d.form.get(), &ui::frmOptions::previewUpdateRequested);
         d.child<QComboBox>("Combo1")->setEditText(QString());
         d.child<QComboBox>("Combo2")->setEditText(QStringLiteral("14"));
-        d.type("HppTxt", QStringLiteral("7"));
-        d.child<QCheckBox>("createBakChk")->setChecked(true);
         d.child<QCheckBox>("SkipVcsChk")->setChecked(false);
         d.click("CmdApply");
         QCOMPARE(d.settings.PreviewFontName, std::string("Arial"));
         QCOMPARE(d.child<QComboBox>("Combo1")->currentText(), QStringLiteral("Arial"));
         QCOMPARE(d.settings.PreviewFontSize, 14L);
-        QCOMPARE(d.settings.HitsPerPage, 7L);
-        QVERIFY(d.settings.MakeBackups);
         QVERIFY(!d.settings.SkipVersionControl);
         QCOMPARE(update.count(), 1);
         QVERIFY(!d.button("CmdApply")->isEnabled());
