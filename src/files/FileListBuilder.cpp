@@ -27,6 +27,8 @@ bool isVersionControlFolder(std::string_view name) noexcept {
     return false;
 }
 
+bool isUndoFolderName(std::string_view name) noexcept { return name.starts_with(kUndoFolderPrefix); }
+
 namespace {
 
 enum class EntryKind { File, Folder, Other };
@@ -103,7 +105,8 @@ std::vector<Entry> readFolder(const std::string& folder, VisitedFolders& visited
 
 FileList BuildFileList(const std::string& startFolder, const std::string& filter,
                        bool includeSubfolders, const std::atomic<bool>& stopRequested,
-                       const FileListCallbacks& callbacks, bool skipVersionControl) {
+                       const FileListCallbacks& callbacks, bool skipVersionControl,
+                       const std::vector<std::string>& ownFolders) {
     FileList list;
     const std::vector<std::string> patterns = splitFilter(filter);
     if (patterns.empty()) {
@@ -112,13 +115,16 @@ FileList BuildFileList(const std::string& startFolder, const std::string& filter
     }
     list.folders.push_back(withTrailingSeparator(startFolder));
     VisitedFolders visited;
+    for (const std::string& own : ownFolders)  // as though seen already
+        if (struct stat st {}; ::stat(own.c_str(), &st) == 0) visited.insert(FolderId{st.st_dev, st.st_ino});
     // Breadth-first: folders appended during the walk are visited in turn.
     for (std::size_t f = 0; f < list.folders.size(); ++f) {
         const std::string folder = list.folders[f];
         if (callbacks.status) callbacks.status("Building File List: " + folder);
         for (const Entry& entry : readFolder(folder, visited)) {
             if (entry.kind == EntryKind::Folder) {
-                if (includeSubfolders && !(skipVersionControl && isVersionControlFolder(entry.name)))
+                if (includeSubfolders && !(skipVersionControl && isVersionControlFolder(entry.name)) &&
+                    !isUndoFolderName(entry.name))
                     list.folders.push_back(folder + entry.name + kPathSeparator);
             } else if (entry.kind == EntryKind::File && matchesAny(patterns, entry.name) &&
                        !TemporaryFiles::isTemporaryName(entry.name)) {

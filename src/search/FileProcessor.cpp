@@ -93,14 +93,17 @@ FileOutcome processFile(const std::string& path, const std::vector<CompiledJob>&
     outcome.read = true;
     outcome.modified = text.modified();
     outcome.file = FileKey{text.identity().device, text.identity().inode};
+    static const WriteSettings defaults;
+    const WriteSettings& writing = pass.writing ? *pass.writing : defaults;
     try {
         if (!pass.write) {
             outcome.matches = searchJobs(path, text, jobs, pass, outcome);
             if (pass.replacing && pass.makeBackups && outcome.matches > 0)
                 outcome.backupEntry = entryOf(backupNameFor(path));
+            if (pass.replacing && outcome.matches > 0 && pass.request && pass.request->changes)
+                outcome.changes = previewChanges(path, text, jobs, writing, *pass.request->changes);
         } else {
-            static const WriteSettings defaults;
-            PreparedWrite prepared = prepareWriteBack(path, text, jobs, pass.writing ? *pass.writing : defaults, turn);
+            PreparedWrite prepared = prepareWriteBack(path, text, jobs, writing, turn);
             if (prepared.stopped) throw MatchStopped();
             outcome.matches = prepared.matches;
             outcome.pendingWrite = std::move(prepared.pending);

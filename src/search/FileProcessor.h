@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "core/MessageHost.h"
+#include "search/ChangePreview.h"
 #include "search/Regex.h"
 #include "search/ReplaceTemplate.h"
 #include "search/RunTypes.h"
@@ -48,7 +49,7 @@ struct PassSettings {
     bool makeBackups = false;
     const RunRequest* request = nullptr;  // its preview builder, when set
     bool listsEveryFile = false;          // files without matches are listed too
-    const WriteSettings* writing = nullptr;  // the writing pass; none: defaults
+    const WriteSettings* writing = nullptr;  // the writing pass or a preview of it; none: defaults
 };
 
 // Where a name leads: the file system's device and file number.
@@ -66,6 +67,7 @@ struct FileOutcome {
     std::time_t modified = 0;
     std::string extracted;        // UTF-8 values, each followed by CR LF
     std::vector<StyledText> previewSections;
+    std::optional<FileChanges> changes;  // what a Replace would make of the file, when asked
     bool interrupted = false;     // a stop came while the file was processed
     // The file that was read: another name for it later in the list is
     // passed over.

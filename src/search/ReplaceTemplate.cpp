@@ -102,19 +102,50 @@ void ReplaceTemplate::expand(const Match& match, TextSink& out) const {
     }
 }
 
-std::uint64_t replaceAll(const CompiledPattern& pattern, std::string_view subject,
-                         const ReplaceTemplate& replacement, TextSink& out) {
+namespace {
+
+// Passes the pieces on and counts their bytes.
+class CountingSink : public TextSink {
+public:
+    explicit CountingSink(TextSink& out) : out_(out) {}
+    void write(std::string_view piece) override {
+        out_.write(piece);
+        count_ += piece.size();
+    }
+    std::size_t count() const noexcept { return count_; }
+
+private:
+    TextSink& out_;
+    std::size_t count_ = 0;
+};
+
+// Copies the text between matches and lets `expand` write each match's replacement.
+template <class Expand>
+std::uint64_t rewrite(const CompiledPattern& pattern, std::string_view subject, TextSink& out, Expand expand) {
     std::uint64_t count = 0;
     std::size_t copied = 0;
     pattern.forEachMatch(subject, [&](const Match& match) {
         out.write(subject.substr(copied, match.begin() - copied));
-        replacement.expand(match, out);
+        expand(match);
         copied = match.end();
         ++count;
         return true;
     });
     out.write(subject.substr(copied));
     return count;
+}
+
+}  // namespace
+
+std::uint64_t replaceAll(const CompiledPattern& pattern, std::string_view subject,
+                         const ReplaceTemplate& replacement, TextSink& out, TextEdits* edits) {
+    if (!edits) return rewrite(pattern, subject, out, [&](const Match& match) { replacement.expand(match, out); });
+    CountingSink counted(out);
+    return rewrite(pattern, subject, counted, [&](const Match& match) {
+        const std::size_t newBegin = counted.count();
+        replacement.expand(match, counted);
+        edits->push_back({match.begin(), match.end(), newBegin, counted.count()});
+    });
 }
 
 }  // namespace vantorel

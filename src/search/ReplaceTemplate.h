@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "search/Regex.h"
+#include "search/TextEdits.h"
 
 namespace vantorel {
 
@@ -53,8 +54,9 @@ private:
 };
 
 // Replaces every match (ECMAScript's global rule) and writes the new text to
-// `out`. Returns the number of matches replaced.
+// `out`. Returns the number of matches replaced. Given `edits`, appends where
+// each match was and where its replacement went.
 std::uint64_t replaceAll(const CompiledPattern& pattern, std::string_view subject,
-                         const ReplaceTemplate& replacement, TextSink& out);
+                         const ReplaceTemplate& replacement, TextSink& out, TextEdits* edits = nullptr);
 
 }  // namespace vantorel

@@ -7,6 +7,7 @@
 #include <variant>
 
 #include "core/StyledText.h"
+#include "search/ChangePreview.h"
 #include "search/RunTypes.h"
 
 namespace vantorel::reports {
@@ -36,6 +37,11 @@ struct PreviewSection {
 struct Row {
     FileReport row;
 };
+// A dry run: what the Replace would make of a file, just before its row.
+struct Changes {
+    std::string path;
+    FileChanges changes;
+};
 // Extract: the values of one file's matches, each followed by CR LF.
 struct Extracted {
     std::string text;
@@ -50,8 +56,8 @@ struct Finished {
 namespace vantorel {
 
 using RunReport = std::variant<reports::Started, reports::PassStarted, reports::Status, reports::Progress,
-                               reports::RowsCleared, reports::PreviewSection, reports::Row, reports::Extracted,
-                               reports::Finished>;
+                               reports::RowsCleared, reports::PreviewSection, reports::Row, reports::Changes,
+                               reports::Extracted, reports::Finished>;
 
 // A visitor made of lambdas: std::visit(Overloaded{[](const A&) {...}, ...}, report).
 template <class... Handlers>

@@ -6,6 +6,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/StyledText.h"
@@ -15,8 +16,15 @@
 namespace vantorel {
 
 class CompiledPattern;
+class ReplaceJournal;
 
 enum class RunKind { Find, Replace, Extract };
+
+// How the lines of a Replace's changes are given.
+enum class ChangeLines {
+    Decoded,    // as UTF-8, whatever the file's encoding: for reading
+    FileBytes   // the file's own bytes, split at its line feed bytes: for a patch
+};
 
 // One find/replace pair as the user typed it.
 struct FindReplaceJob {
@@ -50,6 +58,15 @@ struct RunRequest {
     std::function<StyledText(const std::string& path, std::string_view text, TextEncoding encoding,
                              const CompiledPattern& pattern)>
         previewSection;
+    // A Replace that writes nothing: after its counting pass it neither asks
+    // nor writes, and ends as a declined Replace does.
+    bool dryRun = false;
+    // When set, the counting pass of a Replace works out each file's changes
+    // and reports them (reports::Changes) just before its row.
+    std::optional<ChangeLines> changes;
+    // Records what the writing pass replaces so that the run can be taken
+    // back; none: nothing is recorded.
+    ReplaceJournal* journal = nullptr;
 };
 
 // What became of a file with matches in the writing pass of a Replace.
@@ -62,6 +79,11 @@ enum class WriteStatus {
     ChangedMeanwhile,    // another program changed the file after it was read
     Failed               // the new file could not be written or renamed into place
 };
+
+// A status in a word or two ("written", "read-only", ...), as the command
+// line and the undo journal give it.
+std::string_view writeStatusName(WriteStatus status) noexcept;
+std::optional<WriteStatus> writeStatusNamed(std::string_view name) noexcept;
 
 struct WriteOutcome {
     WriteStatus status = WriteStatus::Written;

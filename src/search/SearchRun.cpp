@@ -13,6 +13,7 @@
 #include "search/FileProcessor.h"
 #include "search/OrderedWork.h"
 #include "search/PatternConstruction.h"
+#include "search/ReplaceRecorder.h"
 
 namespace vantorel {
 namespace {
@@ -132,8 +133,10 @@ private:
             callbacks.information = [this](const std::string& text) {
                 host_.showMessage(information(text, MessageKind::Validation));
             };
+            std::vector<std::string> ownFolders;
+            if (request_.journal) ownFolders.push_back(request_.journal->folder());
             files_ = BuildFileList(request_.startFolder, request_.filter, request_.scanSubfolders,
-                                   state_.stopRequested, callbacks, request_.skipVersionControl);
+                                   state_.stopRequested, callbacks, request_.skipVersionControl, ownFolders);
         } else {
             for (const std::string& path : request_.markedFiles)
                 if (!holdsNul(path)) files_.addPath(path);
@@ -162,7 +165,10 @@ private:
             --passes;
             const bool writing = isReplace && passes == 0;
             runPass(writing ? PassKind::Writing : isReplace ? PassKind::Counting : PassKind::Searching);
-            if (isReplace && passes == 1 && totalMatches_ >= 1 && !state_.stopRequested) {
+            if (isReplace && passes == 1 && request_.dryRun) {
+                passes = 0;  // shown, not written
+                replace = false;
+            } else if (isReplace && passes == 1 && totalMatches_ >= 1 && !state_.stopRequested) {
                 host_.setStatus("Replace Files?");
                 const Message question{"Replace " + std::to_string(totalMatches_) + " occurences in " +
                                            std::to_string(filesWithMatches_) + " file(s) ?",
@@ -225,11 +231,14 @@ private:
         if (files_.empty()) return;
         const bool writing = pass == PassKind::Writing;
         WriteSettings write;
-        if (writing) {
+        if (writing || (pass == PassKind::Counting && request_.changes)) {
             write.makeBackups = request_.makeBackups;
             write.realStartFolder = realFolder(request_.startFolder);
             if (!request_.markedOnly) write.walkedFolder = withTrailingSeparator(request_.startFolder);
+        }
+        if (writing) {
             budget_ = std::make_unique<WriteBudget>(kWaitingBytes);
+            if (request_.journal) recorder_ = request_.journal->startRun(request_);
         }
         const PassSettings settings{request_.kind == RunKind::Replace, writing,
                                     request_.kind == RunKind::Extract, request_.makeBackups, &request_,
@@ -264,6 +273,8 @@ private:
             if (pass == PassKind::Counting && request_.makeBackups && counted > 0) noteBackup(position, path, *outcome);
         }
         folders_.flush();
+        if (recorder_) recorder_->finished();
+        recorder_.reset();
     }
 
     // Remembers whose backup replaces which entry, so that the writing pass
@@ -286,9 +297,10 @@ private:
         if (file.readError) host_.showMessage(*file.readError);
         if (!file.extracted.empty()) host_.appendExtracted(file.extracted);
         for (const StyledText& section : file.previewSections) host_.appendPreview(section);
+        if (file.changes) host_.report(reports::Changes{path, std::move(*file.changes)});
         std::optional<WriteOutcome> write;
         std::vector<Message> messages = std::move(file.writeMessages);
-        if (file.pendingWrite) write = file.pendingWrite->commit(messages, folders_);
+        if (file.pendingWrite) write = file.pendingWrite->commit(messages, folders_, recorder_.get());
         else write = std::move(file.refused);
         file.pendingWrite.reset();  // a temporary file no longer waits
         // Only what was written counts; read-only files count, with a warning.
@@ -350,6 +362,7 @@ private:
     std::unordered_map<std::string, std::size_t> backupNames_;
     std::unique_ptr<WriteBudget> budget_;
     FolderSync folders_;
+    std::unique_ptr<ReplaceRecorder> recorder_;  // the writing pass's, when the run is recorded
     std::uint64_t filesDone_ = 0;
     std::uint64_t totalMatches_ = 0;     // in the writing pass, those written
     std::uint64_t matchesFound_ = 0;     // written or not

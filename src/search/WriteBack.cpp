@@ -13,6 +13,7 @@
 #include "core/FolderSync.h"
 #include "files/FileFunctions.h"
 #include "search/FileProcessor.h"
+#include "search/ReplaceRecorder.h"
 
 namespace vantorel {
 namespace {
@@ -49,6 +50,19 @@ private:
 class DiscardSink : public TextSink {
 public:
     void write(std::string_view) override {}
+};
+
+class TeeSink : public TextSink {
+public:
+    TeeSink(TextSink& first, TextSink& second) : first_(first), second_(second) {}
+    void write(std::string_view piece) override {
+        first_.write(piece);
+        second_.write(piece);
+    }
+
+private:
+    TextSink& first_;
+    TextSink& second_;
 };
 
 constexpr const char* kChangedBeforeWriting =
@@ -158,11 +172,37 @@ WriteOutcome failure(const std::string& path, const std::system_error& error, st
 
 }  // namespace
 
+namespace {
+
+constexpr std::pair<WriteStatus, std::string_view> kStatusNames[] = {
+    {WriteStatus::Written, "written"},
+    {WriteStatus::ReadOnly, "read-only"},
+    {WriteStatus::OutsideStartFolder, "outside-start-folder"},
+    {WriteStatus::NotExactText, "not-exact-text"},
+    {WriteStatus::BackupFailed, "backup-failed"},
+    {WriteStatus::ChangedMeanwhile, "changed-meanwhile"},
+    {WriteStatus::Failed, "failed"},
+};
+
+}  // namespace
+
+std::string_view writeStatusName(WriteStatus status) noexcept {
+    for (const auto& [known, name] : kStatusNames)
+        if (known == status) return name;
+    return "failed";
+}
+
+std::optional<WriteStatus> writeStatusNamed(std::string_view name) noexcept {
+    for (const auto& [status, known] : kStatusNames)
+        if (known == name) return status;
+    return std::nullopt;
+}
+
 std::string writeErrorMessage(const std::string& path, const std::string& error) {
     return "Error writing " + path + "\r\n" + error;
 }
 
-std::uint64_t applyJobs(const FileText& text, const std::vector<CompiledJob>& jobs, TextSink& out) {
+std::uint64_t applyJobs(const FileText& text, const std::vector<CompiledJob>& jobs, TextSink& out, TextEdits* edits) {
     const TextEncoding encoding = text.encoding();
     auto applies = [encoding](const CompiledJob& job) {
         return !job.empty() && job.replacement(encoding) != nullptr;
@@ -177,17 +217,33 @@ std::uint64_t applyJobs(const FileText& text, const std::vector<CompiledJob>& jo
     std::uint64_t total = 0;
     std::string_view current = text.bytes();
     std::string held, next;
+    TextEdits jobEdits;
+    auto replace = [&](const CompiledJob& job, TextSink& sink) {
+        jobEdits.clear();
+        total += replaceAll(job.pattern(encoding), current, *job.replacement(encoding), sink, edits ? &jobEdits : nullptr);
+        if (edits) *edits = composeEdits(*edits, jobEdits);
+    };
     for (std::size_t i = 0; i < last; ++i) {
         if (!applies(jobs[i])) continue;
         next.clear();
         StringSink sink(next);
-        total += replaceAll(jobs[i].pattern(encoding), current, *jobs[i].replacement(encoding), sink);
+        replace(jobs[i], sink);
         held.swap(next);
         current = held;
     }
     // The last job streams straight to the output.
-    total += replaceAll(jobs[last].pattern(encoding), current, *jobs[last].replacement(encoding), out);
+    replace(jobs[last], out);
     return total;
+}
+
+std::uint64_t writeNewText(const FileText& text, const std::vector<CompiledJob>& jobs, TextSink& out, TextEdits* edits,
+                           TextSink* textOut) {
+    std::optional<Utf16Sink> encoder;
+    TextSink* fileSink = &out;
+    if (const auto order = text.utf16()) fileSink = &encoder.emplace(out, *order);
+    if (!textOut) return applyJobs(text, jobs, *fileSink, edits);
+    TeeSink tee(*textOut, *fileSink);
+    return applyJobs(text, jobs, tee, edits);
 }
 
 PendingWrite::PendingWrite(std::string path, std::unique_ptr<AtomicFileWriter> writer, bool makeBackups,
@@ -200,12 +256,23 @@ PendingWrite::PendingWrite(std::string path, std::unique_ptr<AtomicFileWriter> w
 
 PendingWrite::~PendingWrite() = default;
 
-WriteOutcome PendingWrite::commit(std::vector<Message>& messages, FolderSync& folders) {
+WriteOutcome PendingWrite::commit(std::vector<Message>& messages, FolderSync& folders, ReplaceRecorder* recorder) {
     const std::string& target = writer_->target();
     if (FileIdentity::of(target) != readFrom_) {
         messages.push_back(fileMessage(path_ + kChangedBeforeWriting, MessageIcon::Warning));
         return refusal(WriteStatus::ChangedMeanwhile, target);
     }
+    if (recorder) {
+        const std::string backupName = makeBackups_ ? backupNameFor(path_) : std::string();
+        recorder->replacing(ReplacingFile{path_, target, readFrom_, writer_->written(), backupName}, messages);
+    }
+    WriteOutcome outcome = replace(messages, folders);
+    if (recorder) recorder->replaced(outcome);
+    return outcome;
+}
+
+WriteOutcome PendingWrite::replace(std::vector<Message>& messages, FolderSync& folders) {
+    const std::string& target = writer_->target();
     WriteOutcome outcome = refusal(WriteStatus::Written, target);
     if (makeBackups_) {
         std::optional<std::string> backup = keepBackup(path_, target, folders, messages);
@@ -227,31 +294,64 @@ WriteOutcome PendingWrite::commit(std::vector<Message>& messages, FolderSync& fo
     return outcome;
 }
 
+namespace {
+
+// Whether a file with matches may be written, and if not why.
+struct WriteCheck {
+    Target target;
+    std::optional<WriteStatus> refused;
+    const char* why = nullptr;  // the message's ending, for some refusals
+    int error = 0;              // the system's error, for Failed
+};
+
+WriteCheck checkWrite(const std::string& path, const FileText& text, const WriteSettings& settings) {
+    WriteCheck check;
+    check.target = targetOf(path, settings);
+    const Target& target = check.target;
+    if ((text.mode() & S_IWUSR) == 0) {
+        check.refused = WriteStatus::ReadOnly;  // the owner-write bit is clear
+    } else if (target.outside) {
+        check.refused = WriteStatus::OutsideStartFolder;
+        check.why = target.link ? kLinkLeadsOutside : kOutside;
+    } else if (!text.roundTrips()) {
+        check.refused = WriteStatus::NotExactText;
+        check.why = kNotExactText;
+    } else {
+        // A file we may not write is not replaced behind its owner's back,
+        // even where its folder would let us rename over it.
+        static const uid_t euid = ::geteuid();
+        const bool ownWritable = euid == 0 || text.owner() == euid;  // the write bit is set
+        if (!ownWritable && ::access(target.path.c_str(), W_OK) != 0) {
+            check.refused = WriteStatus::Failed;
+            check.error = errno;
+        }
+    }
+    return check;
+}
+
+}  // namespace
+
+std::optional<WriteStatus> writeRefusal(const std::string& path, const FileText& text, const WriteSettings& settings) {
+    return checkWrite(path, text, settings).refused;
+}
+
 PreparedWrite prepareWriteBack(const std::string& path, const FileText& text,
                                const std::vector<CompiledJob>& jobs, const WriteSettings& settings,
                                WriteTurn* turn) {
     PreparedWrite result;
-    const Target target = targetOf(path, settings);
-    auto refuse = [&](WriteStatus status, const char* why) {
+    const WriteCheck check = checkWrite(path, text, settings);
+    const Target& target = check.target;
+    if (check.refused) {
         DiscardSink discard;
         result.matches = applyJobs(text, jobs, discard);
-        if (result.matches == 0) return std::move(result);
-        result.refused = refusal(status, target.path);
-        if (why) result.messages.push_back(fileMessage(path + why, MessageIcon::Warning));
-        return std::move(result);
-    };
-    if ((text.mode() & S_IWUSR) == 0) return refuse(WriteStatus::ReadOnly, nullptr);  // the owner-write bit is clear
-    if (target.outside) return refuse(WriteStatus::OutsideStartFolder, target.link ? kLinkLeadsOutside : kOutside);
-    if (!text.roundTrips()) return refuse(WriteStatus::NotExactText, kNotExactText);
-    // A file we may not write is not replaced behind its owner's back, even
-    // where its folder would let us rename over it.
-    static const uid_t euid = ::geteuid();
-    const bool ownWritable = euid == 0 || text.owner() == euid;  // the write bit is set
-    if (!ownWritable && ::access(target.path.c_str(), W_OK) != 0) {
-        const std::system_error error(errno, std::generic_category(), path);
-        PreparedWrite refused = refuse(WriteStatus::Failed, nullptr);
-        if (refused.refused) refused.refused = failure(path, error, refused.messages);
-        return refused;
+        if (result.matches == 0) return result;
+        if (*check.refused == WriteStatus::Failed) {
+            result.refused = failure(path, std::system_error(check.error, std::generic_category(), path), result.messages);
+        } else {
+            result.refused = refusal(*check.refused, target.path);
+            if (check.why) result.messages.push_back(fileMessage(path + check.why, MessageIcon::Warning));
+        }
+        return result;
     }
     WriteBudget::Share share;
     if (turn) {
@@ -267,12 +367,7 @@ PreparedWrite prepareWriteBack(const std::string& path, const FileText& text,
         writer = std::make_unique<AtomicFileWriter>(
             target.path, AtomicFileWriter::Attributes{text.mode(), text.owner(), text.group(), {}});
         WriterSink fileSink(*writer);
-        if (const auto order = text.utf16()) {
-            Utf16Sink sink(fileSink, *order);
-            result.matches = applyJobs(text, jobs, sink);
-        } else {
-            result.matches = applyJobs(text, jobs, fileSink);
-        }
+        result.matches = writeNewText(text, jobs, fileSink);
         if (result.matches == 0) return result;  // nothing changed: the writer removes its file
         writer->finish();
     } catch (const std::system_error& error) {

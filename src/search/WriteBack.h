@@ -22,6 +22,7 @@
 #include "core/MessageHost.h"
 #include "search/FileText.h"
 #include "search/RunTypes.h"
+#include "search/TextEdits.h"
 #include "search/WriteBudget.h"
 
 namespace vantorel {
@@ -29,6 +30,7 @@ namespace vantorel {
 class AtomicFileWriter;
 class CompiledJob;
 class FolderSync;
+class ReplaceRecorder;
 class TextSink;
 
 struct WriteSettings {
@@ -61,10 +63,12 @@ public:
 
     // Makes the backup and replaces the file, unless another program changed
     // it since it was read; appends the messages to show. Folders changed
-    // are flushed through `folders`.
-    WriteOutcome commit(std::vector<Message>& messages, FolderSync& folders);
+    // are flushed through `folders`; `recorder` hears of the file first.
+    WriteOutcome commit(std::vector<Message>& messages, FolderSync& folders, ReplaceRecorder* recorder = nullptr);
 
 private:
+    WriteOutcome replace(std::vector<Message>& messages, FolderSync& folders);
+
     std::string path_;
     std::unique_ptr<AtomicFileWriter> writer_;
     bool makeBackups_;
@@ -81,8 +85,18 @@ struct PreparedWrite {
 };
 
 // Applies the jobs to `text`, writing the new text to `out`; returns the
-// number of replacements.
-std::uint64_t applyJobs(const FileText& text, const std::vector<CompiledJob>& jobs, TextSink& out);
+// number of replacements. Given `edits`, sets them to where the text changed.
+std::uint64_t applyJobs(const FileText& text, const std::vector<CompiledJob>& jobs, TextSink& out,
+                        TextEdits* edits = nullptr);
+
+// The new contents of a file, as a write writes them: the jobs applied in
+// turn and a UTF-16 file's text encoded back. `textOut` receives the text
+// before it is encoded; `edits` are in the text's terms.
+std::uint64_t writeNewText(const FileText& text, const std::vector<CompiledJob>& jobs, TextSink& out,
+                           TextEdits* edits = nullptr, TextSink* textOut = nullptr);
+
+// Why a file with matches would be left as it is; nothing when it would be written.
+std::optional<WriteStatus> writeRefusal(const std::string& path, const FileText& text, const WriteSettings& settings);
 
 // Throws MatchError for an engine failure.
 PreparedWrite prepareWriteBack(const std::string& path, const FileText& text,

@@ -37,6 +37,7 @@ void RunDisplay::show(RunReport report) {
                        if (pendingAnchor_ < 0) pendingAnchor_ = anchor;
                    },
                    [this](reports::Row& row) { addRow(std::move(row.row)); },
+                   [](const reports::Changes&) {},
                    [this](const reports::Extracted& extracted) { pendingExtracted_ += extracted.text; },
                    [this](const reports::Finished& finished) { finish(finished.outcome); },
                },

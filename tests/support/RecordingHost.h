@@ -18,6 +18,7 @@ public:
     std::vector<Message> messages;
     std::vector<Message> questions;
     std::vector<FileReport> rows;  // the list as it stands
+    std::vector<reports::Changes> changes;
     std::string extracted;
     std::vector<std::string> statuses;
     std::deque<bool> answers;  // answers to questions, in order; No when empty
@@ -57,6 +58,10 @@ public:
                            rows.push_back(added.row);
                            events.push_back("row:" + added.row.path + ":" + std::to_string(added.row.matches));
                            if (onRow) onRow(added.row);
+                       },
+                       [this](const reports::Changes& changed) {
+                           changes.push_back(changed);
+                           events.push_back("changes:" + changed.path);
                        },
                        [this](const reports::Extracted& text) {
                            extracted += text.text;

@@ -102,3 +102,19 @@ bool TempTree::refuseNewFiles(const std::string& relative) const {
 }
 
 }  // namespace vantorel::test
+
+namespace vantorel::test {
+
+std::map<std::string, std::string> TempTree::snapshot() const {
+    std::map<std::string, std::string> files;
+    std::error_code ec;
+    for (auto it = std::filesystem::recursive_directory_iterator(root_, ec);
+         it != std::filesystem::recursive_directory_iterator(); it.increment(ec)) {
+        const std::string relative = it->path().string().substr(root_.size() + 1);
+        if (it->is_symlink()) files[relative] = "link " + std::filesystem::read_symlink(it->path()).string();
+        else if (it->is_regular_file()) files[relative] = std::to_string(mode(relative)) + " " + read(relative);
+    }
+    return files;
+}
+
+}  // namespace vantorel::test

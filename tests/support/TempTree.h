@@ -1,6 +1,7 @@
 #pragma once
 // A temporary folder tree for tests, removed with everything in it.
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -26,6 +27,9 @@ public:
     // Makes a folder refuse new files, to root as well where the file system
     // has an immutable flag; false when that cannot be done here.
     bool refuseNewFiles(const std::string& relative) const;
+    // Every file and link under the root (relative path) with its mode and
+    // bytes (a link's target), to compare whole trees.
+    std::map<std::string, std::string> snapshot() const;
 
 private:
     std::string root_;

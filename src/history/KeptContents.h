@@ -1,0 +1,55 @@
+#pragma once
+// Where the undo journal keeps what the files of a Replace held. A Replace
+// renames a new file over the old one, so the old file lives on under a
+// second name: in the run's own folder when that is on the same file system,
+// else in a hidden folder ".vantorel-undo-<user id>" at the top of the
+// file's file system (as the desktop's trash does there), which no run
+// enters. Where neither can be had (a file system without hard links, or one
+// whose top we may not write) the contents are copied into the run's folder.
+
+#include <sys/types.h>
+
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/FolderSync.h"
+#include "search/FileText.h"
+
+namespace vantorel::history {
+
+class KeptContents {
+public:
+    // `folder` (created by the caller) holds the run's kept contents;
+    // `runName` names the run's folder elsewhere too.
+    KeptContents(std::string folder, std::string runName);
+
+    struct Kept {
+        std::string path;
+        FileIdentity identity;
+    };
+    // Keeps what `file` (a regular file, no link) holds now, as `name`.
+    // Throws std::system_error.
+    Kept keep(const std::string& file, const std::string& name);
+    // Flushes the folders that got new names since the last call.
+    void sync();
+    // The run's folders elsewhere, in the order they were made.
+    const std::vector<std::string>& elsewhere() const noexcept { return elsewhere_; }
+
+private:
+    std::optional<std::string> folderOn(dev_t device, const std::string& file);
+    Kept copy(const std::string& file, const std::string& name);
+
+    std::string folder_;  // ends in the separator
+    std::string runName_;
+    dev_t device_ = 0;
+    std::map<dev_t, std::optional<std::string>> elsewhereByDevice_;
+    std::vector<std::string> elsewhere_;
+    std::set<std::string> unsynced_;
+    FolderSync copies_;
+};
+
+}  // namespace vantorel::history

@@ -1,0 +1,186 @@
+#include "history/RunRecorder.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <system_error>
+
+#include "core/FolderSync.h"
+#include "files/FileFunctions.h"
+#include "history/UndoJournal.h"
+
+namespace vantorel::history {
+namespace {
+
+// Records reach the disk at least this often while files are written.
+constexpr auto kSyncInterval = std::chrono::milliseconds(50);
+
+[[noreturn]] void fail(const std::string& path) { throw std::system_error(errno, std::generic_category(), path); }
+
+std::int64_t nowNs() {
+    return std::chrono::duration_cast<std::chrono::nanoseconds>(std::chrono::system_clock::now().time_since_epoch())
+        .count();
+}
+
+FileIdentity identityOf(const struct stat& st) {
+    return FileIdentity{st.st_dev, st.st_ino, static_cast<std::int64_t>(st.st_size),
+                        static_cast<std::int64_t>(st.st_mtim.tv_sec) * 1000000000 + st.st_mtim.tv_nsec};
+}
+
+}  // namespace
+
+RunRecorder::RunRecorder(UndoJournal& journal, RunHeader header, std::vector<JournalStep> steps)
+    : journal_(journal), header_(std::move(header)), steps_(std::move(steps)) {}
+
+RunRecorder::~RunRecorder() {
+    try {
+        finished();
+    } catch (...) {
+        // The journal stays as the last record left it, which reads back whole.
+    }
+}
+
+void RunRecorder::start() {
+    lock_ = journal_.lock(false);
+    header_.startedNs = nowNs();
+    const std::string name = UndoJournal::runName(header_.startedNs, ::getpid());
+    folder_ = withTrailingSeparator(journal_.folder()) + name + "/";
+    if (::mkdir(folder_.c_str(), 0700) != 0 || ::mkdir((folder_ + UndoJournal::kKeptFolder).c_str(), 0700) != 0)
+        fail(folder_);
+    kept_.emplace(folder_ + UndoJournal::kKeptFolder, name);
+    fd_ = ::open((folder_ + UndoJournal::kJournalFile).c_str(), O_WRONLY | O_CREAT | O_EXCL | O_APPEND | O_CLOEXEC, 0600);
+    if (fd_ < 0) fail(folder_ + UndoJournal::kJournalFile);
+    std::string head = runLine(header_);
+    for (const JournalStep& step : steps_) head += stepLine(step);
+    append(head);
+    sync();
+    FolderSync::syncNow(folder_);
+    FolderSync::syncNow(withTrailingSeparator(journal_.folder()));
+}
+
+void RunRecorder::append(const std::string& line) {
+    std::string_view rest = line;
+    while (!rest.empty()) {
+        const ssize_t n = ::write(fd_, rest.data(), rest.size());
+        if (n < 0 && errno == EINTR) continue;
+        if (n < 0) fail(folder_ + UndoJournal::kJournalFile);
+        rest.remove_prefix(static_cast<std::size_t>(n));
+    }
+}
+
+// The kept names first, then the records that name them.
+void RunRecorder::sync() {
+    kept_->sync();
+    if (::fdatasync(fd_) != 0) fail(folder_ + UndoJournal::kJournalFile);
+    lastSync_ = std::chrono::steady_clock::now();
+}
+
+// The run's folders elsewhere are listed for the day the run is removed.
+void RunRecorder::noteElsewhere() {
+    const std::vector<std::string>& elsewhere = kept_->elsewhere();
+    if (elsewhere.size() == elsewhereNoted_) return;
+    const std::string list = folder_ + UndoJournal::kElsewhereFile;
+    const int fd = ::open(list.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
+    if (fd < 0) fail(list);
+    std::string lines;
+    for (; elsewhereNoted_ < elsewhere.size(); ++elsewhereNoted_) lines += elsewhere[elsewhereNoted_] + "\n";
+    const bool whole = ::write(fd, lines.data(), lines.size()) == static_cast<ssize_t>(lines.size()) && ::fsync(fd) == 0;
+    ::close(fd);
+    if (!whole) fail(list);
+}
+
+void RunRecorder::replacing(const ReplacingFile& file, std::vector<Message>& messages) {
+    if (failed_ || finished_) return;
+    try {
+        if (fd_ < 0) start();
+        JournalFileRecord record;
+        record.number = files_ + 1;
+        record.path = file.path;
+        record.target = file.target;
+        record.old = file.readFrom;
+        const KeptContents::Kept old = kept_->keep(file.target, std::to_string(record.number));
+        record.kept = old.path;
+        record.keptIdentity = old.identity;
+        const AtomicFileWriter::Written& written = file.written;
+        record.written = FileIdentity{written.device, written.inode, static_cast<std::int64_t>(written.size),
+                                      written.modifiedNs};
+        record.writtenHash = written.hash;
+        record.backup = file.backup;
+        struct stat backup {}, target {};
+        // An older backup that this one replaces (not the file itself on a file system that ignores case).
+        if (!file.backup.empty() && ::lstat(file.backup.c_str(), &backup) == 0 && S_ISREG(backup.st_mode) &&
+            !(::stat(file.target.c_str(), &target) == 0 && target.st_dev == backup.st_dev &&
+              target.st_ino == backup.st_ino)) {
+            const KeptContents::Kept older = kept_->keep(file.backup, std::to_string(record.number) + ".bak");
+            record.keptBackup = older.path;
+            record.keptBackupIdentity = older.identity;
+        }
+        noteElsewhere();
+        append(fileLine(record));
+        ++files_;
+        pending_ = std::move(record);
+        if (std::chrono::steady_clock::now() - lastSync_ >= kSyncInterval) sync();
+    } catch (const std::system_error& error) {
+        giveUp(file.path, error.code().value(), messages);
+    }
+}
+
+void RunRecorder::replaced(const WriteOutcome& outcome) {
+    if (!pending_ || failed_) return;
+    const JournalFileRecord record = std::move(*pending_);
+    pending_.reset();
+    FileIdentity backupMade;
+    struct stat st {};
+    if (outcome.written() && !outcome.backup.empty() && ::lstat(outcome.backup.c_str(), &st) == 0)
+        backupMade = identityOf(st);
+    try {
+        append(outcomeLine(record.number, outcome.status, backupMade));
+    } catch (const std::system_error&) {
+        // Without its outcome the file's contents tell whether it was written.
+    }
+    if (outcome.written()) ++written_;
+    else ::unlink(record.kept.c_str());  // the file keeps them itself
+}
+
+void RunRecorder::giveUp(const std::string& path, int error, std::vector<Message>& messages) {
+    failed_ = true;
+    const std::string why = systemErrorText(error);
+    messages.push_back(Message{"Undo will not be able to take back this Replace from " + path + " on:\r\n" + why,
+                               kProgramTitle, MessageIcon::Warning, MessageKind::FileError});
+    if (fd_ < 0) return;
+    try {
+        append(gaveUpLine(path + ": " + why));
+    } catch (const std::system_error&) {
+    }
+}
+
+void RunRecorder::finished() {
+    if (finished_) return;
+    finished_ = true;
+    if (fd_ >= 0) {
+        if (written_ == 0) {
+            std::error_code ignored;  // a run that wrote nothing is not kept
+            std::filesystem::remove_all(folder_, ignored);
+            for (const std::string& elsewhere : kept_->elsewhere()) std::filesystem::remove_all(elsewhere, ignored);
+        } else {
+            try {
+                append(endLine(nowNs()));
+                sync();
+            } catch (const std::system_error&) {
+            }
+        }
+        ::close(fd_);
+        fd_ = -1;
+    }
+    if (lock_ >= 0) {
+        ::close(lock_);  // lets the journal's older runs go
+        lock_ = -1;
+        journal_.prune();
+    }
+}
+
+}  // namespace vantorel::history

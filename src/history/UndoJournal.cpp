@@ -1,0 +1,208 @@
+#include "history/UndoJournal.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <system_error>
+
+#include "core/AtomicFileWriter.h"
+#include "files/FileFunctions.h"
+#include "files/FileListBuilder.h"
+#include "history/RunRecorder.h"
+
+namespace vantorel::history {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string environment(const char* name) {
+    const char* value = std::getenv(name);
+    return value ? value : "";
+}
+
+// Makes the folder and those above it; the journal's own is private.
+void makeFolder(const std::string& folder) {
+    std::error_code ec;
+    fs::create_directories(folder, ec);
+    if (ec) throw std::system_error(ec, folder);
+    ::chmod(folder.c_str(), 0700);
+}
+
+class Descriptor {
+public:
+    explicit Descriptor(int fd) : fd_(fd) {}
+    ~Descriptor() {
+        if (fd_ >= 0) ::close(fd_);
+    }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    int get() const noexcept { return fd_; }
+
+private:
+    int fd_;
+};
+
+}  // namespace
+
+std::string UndoJournal::defaultFolder() {
+    if (const std::string own = environment("VANTOREL_CONFIG_HOME"); !own.empty()) return own + "/undo";
+    if (const std::string xdg = environment("XDG_STATE_HOME"); !xdg.empty() && fs::path(xdg).is_absolute())
+        return xdg + "/vantorel/undo";
+    if (const std::string home = environment("HOME"); !home.empty()) return home + "/.local/state/vantorel/undo";
+    return {};
+}
+
+std::string UndoJournal::runName(std::int64_t startedNs, int pid) {
+    char name[64];
+    std::snprintf(name, sizeof name, "%020lld-%d", static_cast<long long>(startedNs), pid);
+    return name;
+}
+
+UndoJournal::UndoJournal(std::string folder, unsigned keepRuns) : folder_(std::move(folder)), keepRuns_(keepRuns) {}
+
+std::unique_ptr<ReplaceRecorder> UndoJournal::startRun(const RunRequest& request) {
+    if (keepRuns_ == 0 || folder_.empty()) return nullptr;
+    RunHeader header;
+    header.folder = request.startFolder;
+    header.filter = request.filter;
+    header.regularExpression = request.regularExpression;
+    header.ignoreCase = request.ignoreCase;
+    header.wholeWords = request.wholeWords;
+    header.backups = request.makeBackups;
+    header.batch = request.batch;
+    std::vector<JournalStep> steps;
+    for (const FindReplaceJob& job : request.jobs) steps.push_back({job.findText, job.replaceText});
+    return std::make_unique<RunRecorder>(*this, std::move(header), std::move(steps));
+}
+
+int UndoJournal::lock(bool alone) const {
+    makeFolder(folder_);
+    const std::string path = folder_ + "/lock";
+    const int fd = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    if (fd < 0) throw std::system_error(errno, std::generic_category(), path);
+    while (::flock(fd, alone ? LOCK_EX | LOCK_NB : LOCK_SH) != 0) {
+        if (errno == EINTR) continue;
+        const int error = errno;
+        ::close(fd);
+        if (alone && error == EWOULDBLOCK) return -1;
+        throw std::system_error(error, std::generic_category(), path);
+    }
+    return fd;
+}
+
+std::vector<std::string> UndoJournal::runNames() const {
+    std::vector<std::string> names;
+    std::error_code ec;
+    for (const auto& entry : fs::directory_iterator(folder_, ec)) {
+        const std::string name = entry.path().filename().string();
+        if (name.size() > 21 && name[20] == '-' && entry.is_directory(ec)) names.push_back(name);
+    }
+    std::sort(names.begin(), names.end());  // oldest first: the names start with the time
+    return names;
+}
+
+std::vector<RecordedRun> UndoJournal::runs() const {
+    std::vector<RecordedRun> runs;
+    const std::vector<std::string> names = runNames();
+    for (auto name = names.rbegin(); name != names.rend(); ++name) {
+        const std::string run = folder_ + "/" + *name + "/";
+        std::optional<Journal> journal = readJournal(run + kJournalFile);
+        if (!journal) continue;
+        RecordedRun recorded{*name, std::move(journal->header), std::move(journal->steps)};
+        for (const JournalFileRecord& file : journal->files)
+            if (file.status == WriteStatus::Written || !file.status) ++recorded.filesWritten;
+        recorded.finished = journal->finishedNs.has_value();
+        struct stat st {};
+        recorded.undone = ::stat((run + kUndoneFile).c_str(), &st) == 0;
+        runs.push_back(std::move(recorded));
+    }
+    return runs;
+}
+
+std::optional<RecordedRun> UndoJournal::nextToUndo() const {
+    for (RecordedRun& run : runs())
+        if (!run.undone) return std::move(run);
+    return std::nullopt;
+}
+
+UndoJournal::Undo UndoJournal::undo(const RecordedRun& run) {
+    Undo undo;
+    const Descriptor held(lock(true));
+    if (held.get() < 0) {
+        undo.status = UndoStatus::Busy;
+        return undo;
+    }
+    const std::string folder = folder_ + "/" + run.name + "/";
+    const std::optional<Journal> journal = readJournal(folder + kJournalFile);
+    if (!journal) {
+        undo.status = UndoStatus::Unreadable;
+        return undo;
+    }
+    undo.outcome = takeBack(*journal);
+    const std::string marker = std::to_string(undo.outcome.restored()) + "\t" +
+                               std::to_string(undo.outcome.left()) + "\n";
+    AtomicFileWriter writer(folder + kUndoneFile, AtomicFileWriter::Attributes{0600, ::geteuid(), ::getegid(), {}});
+    writer.write(marker);
+    writer.commit();
+    return undo;
+}
+
+std::vector<std::string> UndoJournal::elsewhereOf(const std::string& run) const {
+    std::vector<std::string> folders;
+    std::ifstream list(folder_ + "/" + run + "/" + kElsewhereFile);
+    for (std::string line; std::getline(list, line);)
+        if (const fs::path folder(line); folder.filename() == run &&
+            isUndoFolderName(folder.parent_path().filename().string()))
+            folders.push_back(line);
+    return folders;
+}
+
+void UndoJournal::remove(const std::string& run) const {
+    std::error_code ignored;
+    for (const std::string& elsewhere : elsewhereOf(run)) fs::remove_all(elsewhere, ignored);
+    fs::remove_all(folder_ + "/" + run, ignored);
+}
+
+void UndoJournal::prune() {
+    if (runNames().size() <= keepRuns_) return;
+    try {
+        const Descriptor alone(lock(true));
+        if (alone.get() < 0) return;  // a run is being recorded: next time
+        const std::vector<std::string> names = runNames();
+        for (std::size_t i = 0; i + keepRuns_ < names.size(); ++i) remove(names[i]);
+    } catch (const std::system_error&) {
+        // The journal's folder cannot be made or locked: nothing to remove.
+    }
+}
+
+std::uint64_t UndoJournal::spaceUsed() const {
+    std::uint64_t bytes = 0;
+    std::set<std::pair<dev_t, ino_t>> counted;
+    auto add = [&](const fs::path& path) {
+        struct stat st {};
+        if (::lstat(path.c_str(), &st) == 0 && counted.insert({st.st_dev, st.st_ino}).second)
+            bytes += static_cast<std::uint64_t>(st.st_blocks) * 512;
+    };
+    auto addTree = [&](const std::string& folder) {
+        std::error_code ec;
+        add(folder);
+        for (auto it = fs::recursive_directory_iterator(folder, ec); !ec && it != fs::recursive_directory_iterator();
+             it.increment(ec))
+            add(it->path());
+    };
+    addTree(folder_);
+    for (const std::string& run : runNames())
+        for (const std::string& elsewhere : elsewhereOf(run)) addTree(elsewhere);
+    return bytes;
+}
+
+}  // namespace vantorel::history

@@ -1,0 +1,89 @@
+#pragma once
+// The undo journal: every Replace that writes at least one file is recorded
+// in a folder of its own under the journal's folder, with the old contents
+// of the files it replaced. Undo takes back the most recent run not yet
+// taken back, then the one before it, and so on. The newest runs are kept
+// (10 unless set otherwise); older ones go, with their kept contents, so
+// that the space used stays bounded.
+//
+// Layout: <folder>/<run>/journal (see JournalFile), <run>/kept/ (the old
+// contents), <run>/elsewhere (folders on other file systems holding kept
+// contents), <run>/undone (written when the run is taken back).
+// Processes share the journal: a run being recorded holds a shared lock on
+// <folder>/lock; taking a run back and removing old runs hold it alone.
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "history/JournalFile.h"
+#include "history/UndoRun.h"
+#include "search/ReplaceRecorder.h"
+
+namespace vantorel::history {
+
+struct RecordedRun {
+    std::string name;  // its folder's name
+    RunHeader header;
+    std::vector<JournalStep> steps;
+    std::uint64_t filesWritten = 0;
+    bool finished = false;  // its end was recorded (else it is being recorded, or was cut short)
+    bool undone = false;
+};
+
+class UndoJournal : public ReplaceJournal {
+public:
+    static constexpr unsigned kDefaultRuns = 10;
+    static constexpr const char* kJournalFile = "journal";
+    static constexpr const char* kKeptFolder = "kept";
+    static constexpr const char* kElsewhereFile = "elsewhere";
+    static constexpr const char* kUndoneFile = "undone";
+
+    // "$VANTOREL_CONFIG_HOME/undo" when that is set, else
+    // "$XDG_STATE_HOME/vantorel/undo" (an absolute one only), else
+    // "$HOME/.local/state/vantorel/undo".
+    static std::string defaultFolder();
+    static std::string runName(std::int64_t startedNs, int pid);
+
+    // `keepRuns` of 0 records nothing.
+    explicit UndoJournal(std::string folder, unsigned keepRuns = kDefaultRuns);
+
+    std::unique_ptr<ReplaceRecorder> startRun(const RunRequest& request) override;
+
+    std::string folder() const override { return folder_; }
+    unsigned keepRuns() const noexcept { return keepRuns_; }
+
+    // The runs, newest first.
+    std::vector<RecordedRun> runs() const;
+    // The run that Undo takes back next.
+    std::optional<RecordedRun> nextToUndo() const;
+
+    enum class UndoStatus { Done, Busy, Unreadable };
+    struct Undo {
+        UndoStatus status = UndoStatus::Done;
+        UndoOutcome outcome;
+    };
+    // Takes a run back (Busy while a Replace is being recorded).
+    Undo undo(const RecordedRun& run);
+
+    // Removes the runs beyond the newest `keepRuns`, unless a run is being recorded.
+    void prune();
+    // Bytes on disk held by the journal and its kept contents.
+    std::uint64_t spaceUsed() const;
+
+    // A descriptor holding the journal's lock, shared or alone; -1 when
+    // `alone` and another holds it. Throws std::system_error.
+    int lock(bool alone) const;
+
+private:
+    std::vector<std::string> runNames() const;
+    std::vector<std::string> elsewhereOf(const std::string& run) const;
+    void remove(const std::string& run) const;
+
+    std::string folder_;
+    unsigned keepRuns_;
+};
+
+}  // namespace vantorel::history

@@ -1,0 +1,273 @@
+// Replaces recorded in the undo journal and taken back.
+
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "core/TemporaryFiles.h"
+#include "files/FileListBuilder.h"
+#include "history/UndoJournal.h"
+#include "search/SearchRun.h"
+#include "support/RecordingHost.h"
+#include "support/SystemCallFaults.h"
+#include "support/TempTree.h"
+
+namespace vantorel::history {
+namespace {
+
+using test::RecordingHost;
+using test::SystemCallFaults;
+using test::TempTree;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+// The tree without the temporary files that a killed run leaves (the next run there clears them).
+std::map<std::string, std::string> filesIn(const TempTree& tree) {
+    std::map<std::string, std::string> files = tree.snapshot();
+    std::erase_if(files, [](const auto& file) { return TemporaryFiles::isTemporaryName(file.first); });
+    return files;
+}
+
+const std::string kUtf16Cat = std::string("\xff\xfe" "c\0a\0t\0\n\0", 10);
+
+std::vector<std::string> replace(const std::string& folder, UndoJournal& journal, const std::string& find,
+                                 const std::string& replacement, bool backups = false, unsigned threads = 0) {
+    RunRequest r;
+    r.kind = RunKind::Replace;
+    r.jobs = {{find, replacement}};
+    r.filter = "*";
+    r.startFolder = folder;
+    r.makeBackups = backups;
+    r.threads = threads;
+    r.journal = &journal;
+    SearchState state;
+    RecordingHost host;
+    host.answers = {true};
+    RunSearch(r, state, host);
+    return host.messageTexts();
+}
+
+UndoOutcome undoLast(UndoJournal& journal) {
+    const std::optional<RecordedRun> run = journal.nextToUndo();
+    if (!run) return {};
+    const UndoJournal::Undo undo = journal.undo(*run);
+    EXPECT_EQ(undo.status, UndoJournal::UndoStatus::Done);
+    return undo.outcome;
+}
+
+class UndoJournalTest : public ::testing::Test {
+protected:
+    std::vector<std::string> replace(const std::string& find, const std::string& replacement, bool backups = false) {
+        return history::replace(tree.root(), journal, find, replacement, backups);
+    }
+    UndoOutcome undoLast() { return history::undoLast(journal); }
+    std::string journalText() const {
+        std::ifstream in(journal.folder() + "/" + journal.runs().front().name + "/journal", std::ios::binary);
+        std::ostringstream text;
+        text << in.rdbuf();
+        return text.str();
+    }
+
+    TempTree tree, state;
+    UndoJournal journal{state.path("undo")};
+};
+
+TEST_F(UndoJournalTest, ReplaceThenUndoGivesBackTheWholeTreeByteForByte) {
+    for (const bool backups : {false, true}) {
+        for (const bool links : {true, false}) {
+            TempTree tree;
+            tree.write("utf8.txt", "one cat\ntwo cats\n");
+            tree.write("cp1252.txt", "caf\xe9 cat\r\n");
+            tree.write("crlf.txt", "cat\r\ncat\r\n");
+            tree.write("utf16.txt", kUtf16Cat);
+            tree.write("bom8.txt", "\xef\xbb\xbf" "cat\n");
+            tree.write("readonly.txt", "cat\n", 0444);
+            tree.write("sub/deep.txt", "a cat\n", 0640);
+            tree.write("notes.txt", "cat");
+            tree.write("notes.bak", "an older backup");
+            tree.write("none.txt", "dog\n");
+            const auto before = tree.snapshot();
+            SystemCallFaults::Scope faults;
+            SystemCallFaults::refuseLinks = !links;
+            history::replace(tree.root(), journal, "cat", "d\xc3\xb6g", backups);
+            EXPECT_EQ(tree.read("cp1252.txt"), "caf\xe9 d\xf6g\r\n");
+            EXPECT_NE(tree.snapshot(), before);
+            const UndoOutcome outcome = undoLast();
+            EXPECT_EQ(outcome.left(), 0u) << undoReport(outcome);
+            EXPECT_EQ(tree.snapshot(), before) << "backups " << backups << ", links " << links;
+            EXPECT_FALSE(journal.nextToUndo());
+        }
+    }
+}
+
+TEST_F(UndoJournalTest, FilesChangedOrDeletedSinceTheReplaceAreLeftAndListed) {
+    tree.write("a.txt", "cat");
+    tree.write("b.txt", "cat");
+    tree.write("c.txt", "cat");
+    tree.write("d.txt", "cat");
+    replace("cat", "dog");
+    tree.write("b.txt", "dog and more");
+    ::unlink(tree.path("c.txt").c_str());
+    ::chmod(tree.path("d.txt").c_str(), 0444);
+    const UndoOutcome outcome = undoLast();
+    EXPECT_EQ(tree.read("a.txt"), "cat");
+    EXPECT_EQ(tree.read("b.txt"), "dog and more");
+    EXPECT_EQ(tree.read("d.txt"), "dog");
+    EXPECT_EQ(undoReport(outcome), "1 file(s) restored.\r\n" + tree.path("d.txt") +
+                                       ": read-only: left as it is\r\n" + tree.path("c.txt") +
+                                       ": deleted since the replace\r\n" + tree.path("b.txt") +
+                                       ": changed since the replace: left as it is");
+}
+
+TEST_F(UndoJournalTest, UndoTakesBackTheNewestRunNotYetTakenBackAndARunThatWroteNothingIsNotRecorded) {
+    tree.write("f.txt", "cat");
+    tree.write("ro.txt", "owl", 0444);
+    replace("cat", "dog");
+    replace("dog", "cow");
+    replace("owl", "emu");  // read-only: nothing written
+    std::vector<RecordedRun> runs = journal.runs();
+    ASSERT_EQ(runs.size(), 2u);
+    EXPECT_EQ(runs[0].steps[0].replace, "cow");
+    EXPECT_EQ(runs[0].filesWritten, 1u);
+    EXPECT_TRUE(runs[0].finished);
+    undoLast();
+    EXPECT_EQ(tree.read("f.txt"), "dog");
+    EXPECT_EQ(journal.nextToUndo()->steps[0].replace, "dog");
+    undoLast();
+    EXPECT_EQ(tree.read("f.txt"), "cat");
+    EXPECT_FALSE(journal.nextToUndo());
+    runs = journal.runs();
+    EXPECT_TRUE(runs[0].undone && runs[1].undone);
+}
+
+TEST(UndoJournalKillTest, AJournalCutShortByAKillSaysWhichFilesWereWritten) {
+    for (const int killedAt : {1, 2, 4}) {
+        TempTree files, folder;
+        UndoJournal cut(folder.path("undo"));
+        for (const char* name : {"1.txt", "2.txt", "3.txt", "4.txt"}) files.write(name, std::string("cat ") + name);
+        const auto before = files.snapshot();
+        const pid_t child = ::fork();
+        if (child == 0) {
+            int renames = 0;
+            SystemCallFaults::beforeRename = [&](const std::string&, const std::string& to) {
+                if (to.rfind(files.root(), 0) == 0 && ++renames == killedAt) ::_exit(0);
+            };
+            RunRequest r;
+            r.kind = RunKind::Replace;
+            r.jobs = {{"cat", "dog"}};
+            r.filter = "*";
+            r.startFolder = files.root();
+            r.threads = 1;
+            r.journal = &cut;
+            SearchState state;
+            RecordingHost host;
+            host.answers = {true};
+            RunSearch(r, state, host);
+            ::_exit(1);
+        }
+        int status = 0;
+        ASSERT_EQ(::waitpid(child, &status, 0), child);
+        ASSERT_EQ(WEXITSTATUS(status), 0) << "killed before rename " << killedAt;
+        const std::optional<RecordedRun> run = cut.nextToUndo();
+        ASSERT_TRUE(run);
+        EXPECT_FALSE(run->finished);
+        const UndoJournal::Undo undo = cut.undo(*run);
+        EXPECT_EQ(undo.outcome.restored(), static_cast<std::uint64_t>(killedAt - 1));
+        EXPECT_EQ(undo.outcome.left(), 0u) << undoReport(undo.outcome);
+        EXPECT_EQ(filesIn(files), before);
+    }
+}
+
+TEST_F(UndoJournalTest, EveryCutOfAJournalReadsBackAsTheWholeRecordsBeforeTheCut) {
+    for (const char* name : {"a.txt", "b.txt", "c.txt"}) tree.write(name, "cat\tand\nnew\\line");
+    replace("cat", "dog", true);
+    const std::string text = journalText();
+    const Journal whole = parseJournal(text);
+    ASSERT_EQ(whole.files.size(), 3u);
+    ASSERT_EQ(whole.validBytes, text.size());
+    for (std::size_t cut = 0; cut <= text.size(); ++cut) {
+        const Journal part = parseJournal(std::string_view(text).substr(0, cut));
+        ASSERT_LE(part.validBytes, cut);
+        ASSERT_EQ(part.validBytes == 0 || text[part.validBytes - 1] == '\n', true);
+        ASSERT_LE(part.files.size(), whole.files.size());
+        for (std::size_t i = 0; i < part.files.size(); ++i) {
+            EXPECT_EQ(part.files[i].path, whole.files[i].path);
+            EXPECT_EQ(part.files[i].writtenHash, whole.files[i].writtenHash);
+        }
+    }
+    std::string spoilt = text;
+    spoilt[text.find("b.txt")] = 'x';  // the second file's record no longer matches its check
+    EXPECT_EQ(parseJournal(spoilt).files.size(), 1u);
+}
+
+TEST_F(UndoJournalTest, OnlyTheNewestRunsAreKeptSoTheSpaceUsedStaysBounded) {
+    UndoJournal two(state.path("two"), 2);
+    tree.write("f.txt", std::string(100000, 'a'));
+    for (const char* step : {"ab", "bc"}) history::replace(tree.root(), two, {step[0]}, {step[1]});
+    const std::uint64_t afterTwo = two.spaceUsed();
+    EXPECT_GT(afterTwo, 200000u);  // both old texts are kept
+    for (const char* step : {"cd", "de"}) history::replace(tree.root(), two, {step[0]}, {step[1]});
+    ASSERT_EQ(two.runs().size(), 2u);
+    EXPECT_EQ(two.runs().back().steps[0].find, "c");
+    EXPECT_LE(two.spaceUsed(), afterTwo);
+    history::undoLast(two);
+    history::undoLast(two);
+    EXPECT_EQ(tree.read("f.txt"), std::string(100000, 'c'));
+    EXPECT_FALSE(two.nextToUndo());
+}
+
+TEST_F(UndoJournalTest, NoRunEntersTheJournalsFolders) {
+    UndoJournal inside(tree.path("state/undo"));
+    tree.write("f.txt", "cat");
+    history::replace(tree.root(), inside, "cat", "dog");
+    history::replace(tree.root(), inside, "dog", "cat");  // would rewrite the first run's kept contents if it went in
+    history::replace(tree.root(), inside, "cat", "cow");
+    EXPECT_EQ(inside.runs().size(), 3u);
+    for (int i = 0; i < 3; ++i) EXPECT_EQ(history::undoLast(inside).left(), 0u);
+    EXPECT_EQ(tree.read("f.txt"), "cat");
+    tree.mkdir(std::string(kUndoFolderPrefix) + "0");
+    tree.write(std::string(kUndoFolderPrefix) + "0/kept.txt", "cat");
+    std::atomic<bool> stop{false};
+    EXPECT_THAT(BuildFileList(tree.root(), "*.txt", true, stop).names, ElementsAre("f.txt"));
+}
+
+TEST_F(UndoJournalTest, OldContentsOnAnotherFileSystemAreKeptAtItsTop) {
+    struct stat shm {}, here {};
+    if (::stat("/dev/shm", &shm) != 0 || ::stat(state.root().c_str(), &here) != 0 || shm.st_dev == here.st_dev ||
+        ::access("/dev/shm", W_OK) != 0)
+        GTEST_SKIP() << "no second writable file system at /dev/shm";
+    const std::string previous = std::getenv("TMPDIR") ? std::getenv("TMPDIR") : "/tmp";
+    ::setenv("TMPDIR", "/dev/shm", 1);
+    TempTree other;
+    ::setenv("TMPDIR", previous.c_str(), 1);
+    other.write("f.txt", "cat");
+    UndoJournal one(state.path("one"), 1);
+    history::replace(other.root(), one, "cat", "dog");
+    const std::string kept = "/dev/shm/" + std::string(kUndoFolderPrefix) + std::to_string(::geteuid()) + "/" +
+                             one.runs().front().name + "/1";
+    EXPECT_EQ(::access(kept.c_str(), F_OK), 0) << kept;
+    history::replace(other.root(), one, "dog", "cow");  // keeps one run: the first one's kept contents go
+    EXPECT_NE(::access(kept.c_str(), F_OK), 0);
+    history::undoLast(one);
+    EXPECT_EQ(other.read("f.txt"), "dog");
+}
+
+TEST_F(UndoJournalTest, AJournalThatCannotBeWrittenLetsTheReplaceGoOnAndSaysSo) {
+    tree.write("blocker", "not a folder");
+    UndoJournal blocked(tree.path("blocker/undo"));
+    tree.write("f.txt", "cat");
+    const std::vector<std::string> messages = history::replace(tree.root(), blocked, "cat", "dog");
+    EXPECT_EQ(tree.read("f.txt"), "dog");
+    EXPECT_THAT(messages, ::testing::Contains("Undo will not be able to take back this Replace from " +
+                                              tree.path("f.txt") + " on:\r\nNot a directory"));
+}
+
+}  // namespace
+}  // namespace vantorel::history
