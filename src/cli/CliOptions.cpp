@@ -8,6 +8,7 @@ const char* const kUsage =
     R"(Usage: vantorel-cli [OPTIONS] find FIND
        vantorel-cli [OPTIONS] replace FIND REPLACEMENT
        vantorel-cli [OPTIONS] extract FIND
+       vantorel-cli [-y] undo [--list]
 
 Finds, replaces or extracts text in every file under a folder whose name
 matches a filter. Options may stand before or after the command word.
@@ -35,6 +36,13 @@ matches a filter. Options may stand before or after the command word.
       --json              one JSON object per listed file, then one for the
                           summary; a path that is not UTF-8 is given as
                           {"bytes": "<base64>"} in place of the string
+      --dry-run           replace: show what would change as a unified diff,
+                          write nothing (see below)
+      --diff              replace: the same diff in each file's own bytes, to
+                          apply with patch -p0 from the start folder (implies
+                          --dry-run)
+      --no-undo           replace: do not record this Replace for undo
+      --list              undo: list the recorded Replaces, newest first
   -h, --help              this text
   --                      ends the options (for a FIND that starts with "-")
 
@@ -57,12 +65,35 @@ never half-written, keeping owner, mode, ACL and extended attributes; only
 files inside the start folder are written; read-only files (owner-write bit
 clear) are left alone and counted.
 
+Output of a dry run: for each file that would change, "--- path" and
+"+++ path" (relative to the start folder) and its hunks with 3 lines of
+context, lines decoded from the file's encoding (Windows-1252 and UTF-16 as
+UTF-8), with --diff as the file's bytes are; then the summary on standard
+error. Files that would be left as they are (read-only ones, ...) are named
+on standard error. Nothing is written and nothing asked.
+
+Undo: every Replace that writes files is recorded, with the old contents of
+those files, under $XDG_STATE_HOME/vantorel/undo (~/.local/state/vantorel/
+undo). "undo" takes back the most recent Replace not yet taken back, after
+asking; a file is restored only when it still holds what the Replace wrote,
+and any other is named and left as it is. "undo --list" shows the recorded
+Replaces and the space they use. The newest 10 are kept (the UndoRuns
+setting; 0 records none).
+
 Questions are asked on the terminal; with --yes the answer is Yes; without a
 terminal and without --yes the answer is No. Ctrl+C, SIGTERM and SIGHUP stop
 the run within a fraction of a second; files already written stay written.
 
+Rows of a Replace end with a fifth field: what became of the file
+(written, read-only, outside-start-folder, not-exact-text, backup-failed,
+changed-meanwhile, failed); --json gives it as "write".
+
 Exit status: 0 when something matched, 1 when nothing matched or no file was
-found, 2 when the input was refused or the run failed.
+found, 2 when the input was refused, the run failed, or a Replace left a file
+with matches unwritten for any reason but its being read-only. A dry run
+exits as a declined Replace: 0 when something would change, 1 when nothing
+would. undo: 0 when every file was restored, 1 when there was nothing to
+undo or the question was declined, 2 when a file was left as it was.
 )";
 
 namespace {
@@ -79,7 +110,8 @@ constexpr OptionInfo kOptions[] = {
     {'b', "backups", false},     {'y', "yes", false},      {'a', "show-all", false},
     {'m', "marked", true},       {'j', "threads", true},   {'q', "quiet", false},
     {0, "csv", true},            {0, "json", false},       {'h', "help", false},
-    {0, "include-vcs", false},
+    {0, "include-vcs", false},  {0, "dry-run", false},    {0, "diff", false},
+    {0, "no-undo", false},      {0, "list", false},
 };
 
 const OptionInfo* findLong(std::string_view name) {
@@ -114,6 +146,10 @@ std::string apply(CliOptions& o, const OptionInfo& option, const std::string& va
         o.csvFile = value;
     }
     else if (name == "json") o.json = true;
+    else if (name == "dry-run") o.dryRun = true;
+    else if (name == "diff") o.dryRun = o.fileBytes = true;
+    else if (name == "no-undo") o.record = false;
+    else if (name == "list") o.listRuns = true;
     else if (name == "help") o.help = true;
     else if (name == "threads") {
         unsigned n = 0;
@@ -176,18 +212,22 @@ ParseResult parseCommandLine(const std::vector<std::string>& arguments) {
         }
     }
     if (options.help) return {options, ""};
-    if (positional.empty()) return {std::nullopt, "a command is needed: find, replace or extract"};
+    if (positional.empty()) return {std::nullopt, "a command is needed: find, replace, extract or undo"};
     const std::string& command = positional[0];
     std::size_t needed = 2;
     if (command == "find") options.kind = RunKind::Find;
     else if (command == "extract") options.kind = RunKind::Extract;
     else if (command == "replace") { options.kind = RunKind::Replace; needed = 3; }
-    else return {std::nullopt, "unknown command '" + command + "' (use find, replace or extract)"};
+    else if (command == "undo") { options.undo = true; needed = 1; }
+    else return {std::nullopt, "unknown command '" + command + "' (use find, replace, extract or undo)"};
+    if (options.listRuns && !options.undo) return {std::nullopt, "--list goes with undo"};
+    if ((options.dryRun || !options.record) && options.kind != RunKind::Replace)
+        return {std::nullopt, std::string(options.dryRun ? "--dry-run and --diff go" : "--no-undo goes") + " with replace"};
     if (positional.size() < needed)
         return {std::nullopt, command + (needed == 3 ? " needs FIND and REPLACEMENT" : " needs FIND")};
     if (positional.size() > needed)
         return {std::nullopt, "unexpected argument '" + positional[needed] + "'"};
-    options.findText = positional[1];
+    if (needed >= 2) options.findText = positional[1];
     if (needed == 3) options.replaceText = positional[2];
     return {options, ""};
 }

@@ -11,6 +11,8 @@ namespace vantorel::cli {
 
 struct CliOptions {
     RunKind kind = RunKind::Find;
+    bool undo = false;       // the "undo" command: take back the last Replace
+    bool listRuns = false;   // undo --list
     std::string findText;
     std::string replaceText;
     std::optional<std::string> folder;  // not given: the current folder; given empty: refused
@@ -28,6 +30,9 @@ struct CliOptions {
     bool quiet = false;
     std::string csvFile;
     bool json = false;
+    bool dryRun = false;     // replace: show the changes, write nothing
+    bool fileBytes = false;  // --diff: the changes in the files' own bytes
+    bool record = true;      // --no-undo clears it
     bool help = false;
 };
 

@@ -8,8 +8,9 @@
 #include <cstdint>
 #include <cstring>
 
-#include "files/FileFunctions.h"
 #include "core/TextEncoding.h"
+#include "files/FileFunctions.h"
+#include "search/ChangeHunks.h"
 
 namespace vantorel::cli {
 
@@ -70,7 +71,8 @@ ConsoleHost::ConsoleHost(const CliOptions& options, bool interactive, const std:
     : options_(options),
       interactive_(interactive),
       stop_(stop),
-      report_(options.kind == RunKind::Extract ? stderr : stdout) {}
+      // A dry run's standard output is its diff alone.
+      report_(options.kind == RunKind::Extract || (options.dryRun && !options.json) ? stderr : stdout) {}
 
 void ConsoleHost::showMessage(const Message& message) {
     if (message.kind == MessageKind::Summary) {
@@ -120,13 +122,28 @@ void ConsoleHost::report(RunReport report) {
                    [this](const reports::RowsCleared&) { clearRows(); },
                    [this](const reports::Row& added) { addRow(added.row); },
                    [this](const reports::Extracted& extracted) { appendExtracted(extracted.text); },
+                   [this](const reports::Changes& changes) { showChanges(changes); },
                    [](const auto&) {},  // the terminal shows no status, progress or preview
                },
                report);
 }
 
 void ConsoleHost::passStarted(PassKind pass) {
-    holdRows_ = pass == PassKind::Counting;
+    holdRows_ = pass == PassKind::Counting && !options_.dryRun;
+}
+
+void ConsoleHost::showChanges(const reports::Changes& changes) {
+    if (changes.changes.refused) {
+        std::fprintf(stderr, "%s: %s, it would be left as it is\n", changes.path.c_str(),
+                     std::string(writeStatusName(*changes.changes.refused)).c_str());
+        return;
+    }
+    if (changes.changes.hunks.empty()) return;  // replaced by the same text
+    const std::string_view path = changes.path;
+    const std::string folder = withTrailingSeparator(startFolder_);
+    const std::string diff = unifiedDiff(path.starts_with(folder) ? path.substr(folder.size()) : path, changes.changes.hunks);
+    if (options_.json) pendingDiff_ = diff;
+    else if (!options_.quiet) std::fwrite(diff.data(), 1, diff.size(), stdout);
 }
 
 void ConsoleHost::clearRows() {
@@ -141,15 +158,23 @@ void ConsoleHost::addRow(const FileReport& row) {
 }
 
 void ConsoleHost::printRow(const FileReport& row) {
-    if (options_.quiet) return;
+    std::string diff = std::move(pendingDiff_);
+    pendingDiff_.clear();
+    if (options_.quiet || (options_.dryRun && !options_.json)) return;  // a dry run shows its diff instead
+    const std::string write = row.write ? std::string(writeStatusName(row.write->status)) : std::string();
     if (options_.json) {
-        std::fprintf(report_, "{\"path\":%s,\"matches\":%llu,\"size\":%llu,\"modified\":\"%s\"}\n",
+        std::string extra;
+        if (!write.empty()) extra += ",\"write\":\"" + write + "\"";
+        if (!diff.empty()) extra += ",\"diff\":" + jsonString(diff);
+        std::fprintf(report_, "{\"path\":%s,\"matches\":%llu,\"size\":%llu,\"modified\":\"%s\"%s}\n",
                      jsonString(row.path).c_str(), static_cast<unsigned long long>(row.matches),
-                     static_cast<unsigned long long>(row.characters), formatDateTime(row.modified).c_str());
+                     static_cast<unsigned long long>(row.characters), formatDateTime(row.modified).c_str(),
+                     extra.c_str());
     } else {
-        std::fprintf(report_, "%s\t%llu\t%llu\t%s\n", row.path.c_str(),
+        std::fprintf(report_, "%s\t%llu\t%llu\t%s%s%s\n", row.path.c_str(),
                      static_cast<unsigned long long>(row.matches),
-                     static_cast<unsigned long long>(row.characters), formatDateTime(row.modified).c_str());
+                     static_cast<unsigned long long>(row.characters), formatDateTime(row.modified).c_str(),
+                     write.empty() ? "" : "\t", write.c_str());
     }
 }
 
@@ -190,12 +215,14 @@ void ConsoleHost::finish(const RunOutcome& outcome) {
         messages += "]";
         std::fprintf(report_,
                      "{\"summary\":%s,\"filesProcessed\":%llu,\"matches\":%llu,\"filesWithMatches\":%llu,"
-                     "\"readOnlySkipped\":%llu,\"stopped\":%s,\"replaced\":%s,\"messages\":%s}\n",
+                     "\"readOnlySkipped\":%llu,\"writesRefused\":%llu,\"stopped\":%s,\"replaced\":%s,"
+                     "\"messages\":%s}\n",
                      jsonString(outcome.statusText).c_str(),
                      static_cast<unsigned long long>(outcome.filesDone),
                      static_cast<unsigned long long>(outcome.totalMatches),
                      static_cast<unsigned long long>(outcome.filesWithMatches),
                      static_cast<unsigned long long>(outcome.readOnlySkipped),
+                     static_cast<unsigned long long>(outcome.writesRefused),
                      outcome.stopped ? "true" : "false", outcome.replaced ? "true" : "false",
                      messages.c_str());
         return;

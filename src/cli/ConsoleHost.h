@@ -26,6 +26,8 @@ public:
     void finish(const RunOutcome& outcome);
     // The rows of the results list as the run left it.
     const std::vector<ResultRow>& rows() const { return rows_; }
+    // Paths in a dry run's diff are given from here.
+    void setStartFolder(std::string folder) { startFolder_ = std::move(folder); }
 
 private:
     // What the reports the terminal shows do there.
@@ -33,6 +35,7 @@ private:
     void clearRows();
     void addRow(const FileReport& row);
     void appendExtracted(std::string_view text);
+    void showChanges(const reports::Changes& changes);
     void printRow(const FileReport& row);
     void printHeldRows();
 
@@ -46,6 +49,8 @@ private:
     std::vector<FileReport> heldRows_;
     std::vector<ResultRow> rows_;
     std::vector<Message> summaries_;
+    std::string startFolder_;
+    std::string pendingDiff_;  // a dry run's diff for the row that follows (--json)
 };
 
 // The text of a message for a terminal: CR LF becomes LF.

@@ -3,13 +3,17 @@
 #include <signal.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 
 #include "cli/CliOptions.h"
 #include "cli/ConsoleHost.h"
+#include "cli/UndoCommand.h"
+#include "core/RegistryStore.h"
 #include "core/SearchState.h"
+#include "core/SettingsStore.h"
 #include "results/MatchListExport.h"
 #include "search/EngineSelfTest.h"
 #include "search/PatternConstruction.h"
@@ -61,7 +65,17 @@ bool readMarkedFiles(const std::string& listFile, std::vector<std::string>& path
 
 int exitCode(const vantorel::RunOutcome& outcome) {
     if (outcome.result != vantorel::RunResult::Completed) return 2;
+    if (outcome.writesRefused > 0) return 2;  // a file that was to be replaced was not
     return outcome.totalMatches > 0 ? 0 : 1;
+}
+
+// The undo journal, keeping as many Replaces as the UndoRuns setting says
+// (none recorded when `record` is false).
+vantorel::history::UndoJournal undoJournal(bool record) {
+    using namespace vantorel;
+    RegistryStore store(RegistryStore::defaultFile());
+    const long runs = record ? SettingsStore::readUndoRuns(store) : 0;
+    return history::UndoJournal(history::UndoJournal::defaultFolder(), static_cast<unsigned>(std::min(runs, 1000000L)));
 }
 
 }  // namespace
@@ -77,6 +91,13 @@ int main(int argc, char** argv) {
     if (options.help) {
         std::fputs(cli::kUsage, stdout);
         return 0;
+    }
+    installStopHandlers();
+    history::UndoJournal journal = undoJournal(options.record);
+    if (options.undo) {
+        if (options.listRuns) return cli::listRuns(journal);
+        cli::ConsoleHost asker(options, ::isatty(STDIN_FILENO) != 0, gState.stopRequested);
+        return cli::undoLastRun(journal, asker);
     }
     if (const auto failure = EngineSelfTest()) {
         std::fprintf(stderr, "%s\n", cli::terminalText(failure->text).c_str());
@@ -96,6 +117,9 @@ int main(int argc, char** argv) {
     request.makeBackups = options.backups;
     request.showAll = options.showAll;
     request.threads = options.threads;
+    request.journal = &journal;
+    request.dryRun = options.dryRun;
+    if (options.dryRun) request.changes = options.fileBytes ? ChangeLines::FileBytes : ChangeLines::Decoded;
     if (!options.markedFile.empty()) {
         request.markedOnly = true;
         if (!readMarkedFiles(options.markedFile, request.markedFiles)) {
@@ -104,8 +128,8 @@ int main(int argc, char** argv) {
         }
     }
 
-    installStopHandlers();
     cli::ConsoleHost host(options, ::isatty(STDIN_FILENO) != 0, gState.stopRequested);
+    host.setStartFolder(request.startFolder);
     const RunOutcome outcome = RunSearch(request, gState, host);
     if (outcome.patternError)  // the line after "Regular Expression is invalid..."
         std::fprintf(stderr, "%s\n", describePatternError(*outcome.patternError, options.regularExpression).c_str());

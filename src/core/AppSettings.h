@@ -25,6 +25,7 @@ struct AppSettings {
     long PreviewFontSize = 10;
     std::string OpenWithProgram;   // the program behind "Open with"
     std::string LastFolder = "\\"; // the folder last used
+    long UndoRuns = 10;            // replaces kept for Undo; 0 keeps none
 
     bool operator==(const AppSettings&) const = default;
 };

@@ -38,7 +38,23 @@ constexpr OptionValue kOptions[] = {
 
 std::string flag(bool on) { return on ? "1" : "0"; }
 
+// Missing or unreadable: the default; never below 0.
+long undoRunsFrom(CRegistry& reg) {
+    const std::string text = reg.ReadString("UndoRuns");
+    if (text.empty() || text == kLoneNul) return AppSettings{}.UndoRuns;
+    return std::max(0L, numericValue(text));
+}
+
 }  // namespace
+
+long SettingsStore::readUndoRuns(RegistryStore& store) {
+    try {
+        CRegistry reg(store);
+        return reg.OpenKey(kKeyPath) ? undoRunsFrom(reg) : AppSettings{}.UndoRuns;
+    } catch (const std::exception&) {
+        return AppSettings{}.UndoRuns;
+    }
+}
 
 SettingsStore::SettingsStore(RegistryStore& store, MessageHost& host, std::string version)
     : store_(store), host_(host), version_(std::move(version)) {}
@@ -122,6 +138,7 @@ void SettingsStore::loadFromKey(CRegistry& reg, AppSettings& settings, MainWindo
 
     if (std::string program = reg.ReadString("OpenWithFile"); !program.empty())
         settings.OpenWithProgram = std::move(program);
+    settings.UndoRuns = undoRunsFrom(reg);
 
     // Without WinTop the key has never held a geometry: keep the designed one.
     const std::string top = reg.ReadString("WinTop");
@@ -205,6 +222,7 @@ void SettingsStore::writeAll(CRegistry& reg, const AppSettings& settings, const 
     reg.WriteString(std::to_string(settings.PreviewFontSize), "Fsize");
     reg.WriteString(settings.PreviewFontName, "Fname");
     reg.WriteString(settings.OpenWithProgram, "OpenWithFile");
+    reg.WriteString(std::to_string(settings.UndoRuns), "UndoRuns");
 
     // A minimised or maximised window keeps the last normal geometry.
     const WindowShowState state = window.showState();

@@ -39,6 +39,9 @@ public:
     void SaveSettings(const AppSettings& settings, const MainWindowState& window);
 
     static std::string defaultVersion();
+    // The UndoRuns setting alone, read without changing anything (the
+    // command line has no other setting).
+    static long readUndoRuns(RegistryStore& store);
 
 private:
     CRegistry& registry();

@@ -174,8 +174,14 @@ std::string undoReason(const UndoFile& file) {
     return {};
 }
 
-std::string undoReport(const UndoOutcome& outcome) {
+std::string undoSummary(const UndoOutcome& outcome) {
     std::string text = std::to_string(outcome.restored()) + " file(s) restored.";
+    if (outcome.left() > 0) text += " " + std::to_string(outcome.left()) + " file(s) left as they were.";
+    return text;
+}
+
+std::string undoReport(const UndoOutcome& outcome) {
+    std::string text = undoSummary(outcome);
     for (const UndoFile& file : outcome.files)
         if (file.result != Result::Restored) text += "\r\n" + file.path + ": " + undoReason(file);
     return text;

@@ -34,7 +34,9 @@ UndoOutcome takeBack(const Journal& journal);
 
 // "changed since the replace: left as it is" and the like.
 std::string undoReason(const UndoFile& file);
-// "N file(s) restored." then, one a line, "path: reason" for each file left.
+// "N file(s) restored.", and " M file(s) left as they were." when some were.
+std::string undoSummary(const UndoOutcome& outcome);
+// The summary then, one a line, "path: reason" for each file left.
 std::string undoReport(const UndoOutcome& outcome);
 
 }  // namespace vantorel::history

@@ -28,9 +28,10 @@ bool setImmutable(const std::string& folder, bool on) {
 
 }  // namespace
 
-TempTree::TempTree() {
-    const char* base = std::getenv("TMPDIR");
-    std::string pattern = std::string(base && *base ? base : "/tmp") + "/vantorel-test-XXXXXX";
+TempTree::TempTree() : TempTree(std::getenv("TMPDIR") && *std::getenv("TMPDIR") ? std::getenv("TMPDIR") : "/tmp") {}
+
+TempTree::TempTree(const std::string& base) {
+    std::string pattern = base + "/vantorel-test-XXXXXX";
     if (!::mkdtemp(pattern.data())) throw std::runtime_error("mkdtemp failed");
     root_ = pattern;
 }

@@ -10,6 +10,8 @@ namespace vantorel::test {
 class TempTree {
 public:
     TempTree();
+    // Under `base` rather than $TMPDIR (for example a RAM file system).
+    explicit TempTree(const std::string& base);
     ~TempTree();
     TempTree(const TempTree&) = delete;
     TempTree& operator=(const TempTree&) = delete;

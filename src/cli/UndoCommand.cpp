@@ -1,0 +1,55 @@
+#include "cli/UndoCommand.h"
+
+#include <cstdio>
+
+#include "history/UndoTexts.h"
+
+namespace vantorel::cli {
+
+using namespace history;
+
+namespace {
+
+std::string steps(const RecordedRun& run) {
+    std::string text;
+    for (const JournalStep& step : run.steps)
+        text += (text.empty() ? "\"" : "; \"") + step.find + "\" -> \"" + step.replace + "\"";
+    return text;
+}
+
+}  // namespace
+
+int listRuns(const UndoJournal& journal) {
+    const std::vector<RecordedRun> runs = journal.runs();
+    bool next = true;
+    for (const RecordedRun& run : runs) {
+        const char* state = run.undone ? "undone" : next ? "next to undo" : "can be undone";
+        if (!run.undone) next = false;
+        std::printf("%s\t%llu file(s)\t%s\t%s\t%s\t%s%s\n", runTime(run).c_str(),
+                    static_cast<unsigned long long>(run.filesWritten), run.header.folder.c_str(),
+                    run.header.filter.c_str(), steps(run).c_str(), state, run.finished ? "" : " (cut short)");
+    }
+    std::printf("%zu replace(s) kept in %s, using %llu KB\n", runs.size(), journal.folder().c_str(),
+                static_cast<unsigned long long>((journal.spaceUsed() + 1023) / 1024));
+    return runs.empty() ? 1 : 0;
+}
+
+int undoLastRun(UndoJournal& journal, MessageHost& asker) {
+    const std::optional<RecordedRun> run = journal.nextToUndo();
+    if (!run) {
+        std::fprintf(stderr, "%s\n", kNothingToUndo);
+        return 1;
+    }
+    if (!asker.askYesNo(Message{undoQuestion(*run), kUndoTitle, MessageIcon::Question, MessageKind::Notice})) return 1;
+    const UndoJournal::Undo undo = journal.undo(*run);
+    if (undo.status != UndoJournal::UndoStatus::Done) {
+        std::fprintf(stderr, "%s\n", undo.status == UndoJournal::UndoStatus::Busy ? kUndoBusy : kUndoUnreadable);
+        return 2;
+    }
+    for (const UndoFile& file : undo.outcome.files)
+        std::printf("%s\t%s\n", file.path.c_str(), undoReason(file).c_str());
+    std::printf("%s\n", undoSummary(undo.outcome).c_str());
+    return undo.outcome.left() == 0 ? 0 : 2;
+}
+
+}  // namespace vantorel::cli

@@ -1,0 +1,22 @@
+#pragma once
+// The words in which a recorded Replace is described and its Undo asked for.
+
+#include <string>
+
+#include "history/UndoJournal.h"
+
+namespace vantorel::history {
+
+// "2026-11-23 21:40:12" in local time.
+std::string runTime(const RecordedRun& run);
+// "3 file(s) in /data (*.txt)" then, one a line, each step: "cat" -> "dog".
+std::string runSummary(const RecordedRun& run);
+// "Undo the Replace of <time>?", a blank line, the summary.
+std::string undoQuestion(const RecordedRun& run);
+
+inline constexpr const char* kNothingToUndo = "There is no Replace to undo.";
+inline constexpr const char* kUndoBusy = "A Replace is being written; undo it once it has finished.";
+inline constexpr const char* kUndoUnreadable = "The record of this Replace cannot be read; it cannot be undone.";
+inline constexpr const char* kUndoTitle = "Undo Last Replace";
+
+}  // namespace vantorel::history
