@@ -136,7 +136,14 @@ std::optional<RecordedRun> UndoJournal::nextToUndo() const {
 
 UndoJournal::Undo UndoJournal::undo(const RecordedRun& run) {
     Undo undo;
-    const Descriptor held(lock(true));
+    int fd = -1;
+    try {
+        fd = lock(true);
+    } catch (const std::system_error&) {
+        undo.status = UndoStatus::Unreadable;
+        return undo;
+    }
+    const Descriptor held(fd);
     if (held.get() < 0) {
         undo.status = UndoStatus::Busy;
         return undo;
@@ -148,11 +155,13 @@ UndoJournal::Undo UndoJournal::undo(const RecordedRun& run) {
         return undo;
     }
     undo.outcome = takeBack(*journal);
-    const std::string marker = std::to_string(undo.outcome.restored()) + "\t" +
-                               std::to_string(undo.outcome.left()) + "\n";
-    AtomicFileWriter writer(folder + kUndoneFile, AtomicFileWriter::Attributes{0600, ::geteuid(), ::getegid(), {}});
-    writer.write(marker);
-    writer.commit();
+    try {
+        AtomicFileWriter writer(folder + kUndoneFile, AtomicFileWriter::Attributes{0600, ::geteuid(), ::getegid(), {}});
+        writer.write(std::to_string(undo.outcome.restored()) + "\t" + std::to_string(undo.outcome.left()) + "\n");
+        writer.commit();
+    } catch (const std::system_error&) {
+        // Taken back all the same; another Undo of it would find its files changed and leave them.
+    }
     return undo;
 }
 

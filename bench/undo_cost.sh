@@ -1,0 +1,63 @@
+#!/usr/bin/env bash
+# What the undo journal costs a Replace: the same Replace over a fresh copy of
+# the benchmark corpus's tree, recorded (as always by default) and not
+# (--no-undo), in turn; the median times, and the disk the journal holds
+# afterwards (its records, and the old contents that it keeps as second names
+# of the replaced files, which no longer free their blocks). Then the time to
+# remove one such recorded run, which the journal does once it holds more
+# runs than it keeps.
+#
+# Environment: BUILD_DIR (default build), CORPUS (default bench/corpus-undo),
+# FILES (default 30000), RUNS (default 5), THREADS.
+set -euo pipefail
+
+here=$(cd "$(dirname "$0")" && pwd)
+root=$(dirname "$here")
+build=${BUILD_DIR:-$root/build}
+corpus=${CORPUS:-$here/corpus-undo}
+runs=${RUNS:-5}
+cli="$build/vantorel-cli"
+threads=${THREADS:+-j $THREADS}
+[ -x "$cli" ] || { echo "bench: build first (make)" >&2; exit 2; }
+if [ ! -d "$corpus/tree" ]; then
+  echo "Writing the corpus to $corpus ..."
+  "$build/bench/vantorel-make-corpus" "$corpus" "${FILES:-30000}" 0
+fi
+work=$(mktemp -d "${TMPDIR:-/tmp}/vantorel-undo-bench-XXXXXX")
+trap 'rm -rf "$work"' EXIT
+export VANTOREL_CONFIG_HOME="$work/state"
+
+now() { date +%s%N; }
+median() { printf '%s\n' "$@" | sort -n | awk '{a[NR]=$1} END {printf "%.3f", a[int((NR+1)/2)]/1000}'; }
+
+on=() off=() journal_kb=0 kept_kb=0 written=0 remove_ms=()
+for ((i = 0; i < runs; i++)); do
+  for mode in on off; do
+    rm -rf "$work/tree" "$work/state"; cp -a "$corpus/tree" "$work/tree"; sync
+    flag=(); [ "$mode" = off ] && flag=(--no-undo)
+    start=$(now)
+    "$cli" -q $threads -y "${flag[@]}" -d "$work/tree" replace ERROR FAULT > "$work/out" 2>&1 || true
+    end=$(now)
+    ms=$(( (end - start) / 1000000 ))
+    if [ "$mode" = on ]; then
+      on+=("$ms")
+      run=$(ls -d "$work/state/undo"/*/ | head -1)
+      journal_kb=$(du -k "$run/journal" | cut -f1)
+      kept_kb=$(du -sk "$run/kept" | cut -f1)
+      written=$(ls "$run/kept" | wc -l)
+      sync
+      start=$(now); rm -rf "$run"; end=$(now)
+      remove_ms+=($(( (end - start) / 1000000 )))
+    else
+      off+=("$ms")
+    fi
+  done
+done
+t_on=$(median "${on[@]}")
+t_off=$(median "${off[@]}")
+echo "files replaced: $written of $(find "$corpus/tree" -type f | wc -l)"
+echo "replace, recorded for undo:   ${t_on} s   (runs: ${on[*]} ms)"
+echo "replace, not recorded:        ${t_off} s   (runs: ${off[*]} ms)"
+awk -v a="$t_on" -v b="$t_off" 'BEGIN { printf "cost of the journal: %+.3f s (%+.1f%%)\n", a - b, (a - b) * 100 / b }'
+echo "disk held by one recorded run: journal ${journal_kb} KB, kept old contents ${kept_kb} KB"
+echo "removing one recorded run:    $(median "${remove_ms[@]}") s"
