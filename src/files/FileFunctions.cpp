@@ -4,7 +4,9 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
+#include <memory>
 
 namespace vantorel {
 
@@ -36,6 +38,11 @@ std::string FolderOf(std::string_view path) {
 std::string withTrailingSeparator(std::string folder) {
     if (folder.empty() || folder.back() != kPathSeparator) folder += kPathSeparator;
     return folder;
+}
+
+std::string realFolderOf(const std::string& folder) {
+    std::unique_ptr<char, decltype(&std::free)> real(::realpath(folder.c_str(), nullptr), &std::free);
+    return withTrailingSeparator(real ? std::string(real.get()) : folder);
 }
 
 std::string backupNameFor(const std::string& path) {

@@ -23,6 +23,9 @@ std::string FileNameOf(std::string_view path);
 std::string FolderOf(std::string_view path);
 // The folder with exactly one separator at its end.
 std::string withTrailingSeparator(std::string folder);
+// The folder with links resolved, ending in the separator; the folder as
+// given when it cannot be resolved.
+std::string realFolderOf(const std::string& folder);
 
 // Where a file's ".bak" copy goes, always beside the file: when the fourth
 // character from the end of the file's name is "." the name's last four

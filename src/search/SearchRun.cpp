@@ -52,13 +52,6 @@ struct FileKeyHash {
     }
 };
 
-// The folder with links resolved, ending in the separator; the folder as
-// given when it cannot be resolved.
-std::string realFolder(const std::string& folder) {
-    std::unique_ptr<char, decltype(&std::free)> real(::realpath(folder.c_str(), nullptr), &std::free);
-    return withTrailingSeparator(real ? std::string(real.get()) : folder);
-}
-
 unsigned threadCount(unsigned requested) {
     if (requested > 0) return requested;
     return std::max(1u, std::thread::hardware_concurrency());
@@ -233,7 +226,7 @@ private:
         WriteSettings write;
         if (writing || (pass == PassKind::Counting && request_.changes)) {
             write.makeBackups = request_.makeBackups;
-            write.realStartFolder = realFolder(request_.startFolder);
+            write.realStartFolder = realFolderOf(request_.startFolder);
             if (!request_.markedOnly) write.walkedFolder = withTrailingSeparator(request_.startFolder);
         }
         if (writing) {

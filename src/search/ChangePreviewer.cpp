@@ -1,0 +1,31 @@
+#include "search/ChangePreviewer.h"
+
+#include "files/FileFunctions.h"
+#include "search/FileText.h"
+#include "search/PatternConstruction.h"
+
+namespace vantorel {
+
+ChangePreviewer::ChangePreviewer(const RunRequest& request) {
+    const PatternOptions options{request.regularExpression, request.wholeWords};
+    for (const FindReplaceJob& typed : request.jobs) {
+        const JobPattern job = buildJobPattern(typed.findText, typed.replaceText, options);
+        jobs_.emplace_back(job.findPattern, job.replaceText, request.ignoreCase);
+    }
+    settings_.makeBackups = request.makeBackups;
+    settings_.realStartFolder = realFolderOf(request.startFolder);
+}
+
+ChangePreviewer::Result ChangePreviewer::preview(const std::string& path, ChangeLines lines) const {
+    Result result;
+    FileText::Result read = FileText::read(path);
+    if (read.status != FileText::Status::Ok) {
+        result.error = read.status == FileText::Status::Vanished ? "" : read.error;
+        return result;
+    }
+    result.read = true;
+    result.changes = previewChanges(path, read.text, jobs_, settings_, lines);
+    return result;
+}
+
+}  // namespace vantorel
