@@ -1,0 +1,95 @@
+#include "ui/ChangeLineDelegate.h"
+
+#include <QFontDatabase>
+#include <QPainter>
+
+#include "results/ChangeListing.h"
+#include "ui/FileChangesModel.h"
+
+namespace vantorel::ui {
+namespace {
+
+constexpr int kNumberWidth = 6;  // characters for each line number
+constexpr int kTabWidth = 4;
+
+const ChangeRow* rowOf(const QModelIndex& index) {
+    return static_cast<const ChangeRow*>(index.data(FileChangesModel::kRowRole).value<const void*>());
+}
+
+QFont fixedFont() { return QFontDatabase::systemFont(QFontDatabase::FixedFont); }
+
+}  // namespace
+
+ChangeLineDelegate::Shown ChangeLineDelegate::shown(const ChangeRow& row) {
+    Shown out;
+    std::vector<int> at;  // the shown position of each byte boundary's character
+    at.reserve(row.text.size() + 1);
+    const std::string& text = row.text;
+    for (std::size_t i = 0; i < text.size();) {
+        const unsigned char c = static_cast<unsigned char>(text[i]);
+        const std::size_t length = c < 0x80 ? 1 : c < 0xE0 ? 2 : c < 0xF0 ? 3 : 4;
+        for (std::size_t k = 0; k < length && i + k < text.size(); ++k) at.push_back(static_cast<int>(out.text.size()));
+        if (c == '\t') out.text += QString(kTabWidth - out.text.size() % kTabWidth, QLatin1Char(' '));
+        else out.text += QString::fromUtf8(text.data() + i, static_cast<qsizetype>(std::min(length, text.size() - i)));
+        i += length;
+    }
+    at.push_back(static_cast<int>(out.text.size()));
+    for (const auto& [begin, end] : row.marks)
+        out.marks.emplace_back(at[std::min<std::size_t>(begin, at.size() - 1)], at[std::min<std::size_t>(end, at.size() - 1)]);
+    return out;
+}
+
+QSize ChangeLineDelegate::sizeHint(const QStyleOptionViewItem&, const QModelIndex& index) const {
+    const QFontMetrics metrics(fixedFont());
+    const ChangeRow* row = rowOf(index);
+    const int characters = 2 * kNumberWidth + 4 + (row ? static_cast<int>(row->text.size()) : 0);
+    return {metrics.horizontalAdvance(QLatin1Char('M')) * characters, metrics.lineSpacing() + 2};
+}
+
+void ChangeLineDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
+    const ChangeRow* row = rowOf(index);
+    if (!row) return;
+    painter->save();
+    const QFont font = fixedFont();
+    painter->setFont(font);
+    const QFontMetrics metrics(font);
+    const int charWidth = metrics.horizontalAdvance(QLatin1Char('M'));
+    QColor page(0xff, 0xff, 0xff), mark;
+    switch (row->kind) {
+        case ChangeRow::Kind::Hunk: page = QColor(0xdd, 0xee, 0xff); break;
+        case ChangeRow::Kind::Removed: page = QColor(0xff, 0xe8, 0xe8), mark = QColor(0xf5, 0xa8, 0xa8); break;
+        case ChangeRow::Kind::Added: page = QColor(0xe4, 0xfa, 0xe4), mark = QColor(0x9c, 0xe6, 0x9c); break;
+        case ChangeRow::Kind::Context: break;
+    }
+    QRect rect = option.rect;
+    painter->fillRect(rect, page);
+    if (option.state & QStyle::State_Selected) painter->fillRect(rect.left(), rect.top(), 3, rect.height(), QColor(0x33, 0x66, 0xcc));
+    painter->setPen(QColor(0x60, 0x60, 0x60));
+    const int baseline = rect.top() + 1 + metrics.ascent();
+    int x = rect.left() + 4;
+    if (row->kind == ChangeRow::Kind::Hunk) {
+        painter->setPen(QColor(0x20, 0x40, 0x90));
+        painter->drawText(x, baseline, QString::fromStdString(row->text));
+        painter->restore();
+        return;
+    }
+    auto number = [&](std::uint64_t line) {
+        const QString text = line ? QString::number(line) : QString();
+        painter->drawText(x + charWidth * kNumberWidth - metrics.horizontalAdvance(text), baseline, text);
+        x += charWidth * (kNumberWidth + 1);
+    };
+    number(row->oldLine);
+    number(row->newLine);
+    painter->setPen(QColor(0x20, 0x20, 0x20));
+    painter->drawText(x, baseline,
+                      QLatin1String(row->kind == ChangeRow::Kind::Removed ? "-" : row->kind == ChangeRow::Kind::Added ? "+" : " "));
+    x += charWidth * 2;
+    const Shown line = shown(*row);
+    for (const auto& [begin, end] : line.marks)
+        painter->fillRect(x + metrics.horizontalAdvance(line.text.left(begin)), rect.top(),
+                          metrics.horizontalAdvance(line.text.mid(begin, end - begin)), rect.height(), mark);
+    painter->drawText(x, baseline, line.text);
+    painter->restore();
+}
+
+}  // namespace vantorel::ui

@@ -1,0 +1,34 @@
+#pragma once
+// Draws one row of a file's changes: the old and the new line number, the
+// sign, and the line with the replaced (removed lines) or inserted (added
+// lines) text marked; removed lines on red, added lines on green, hunk heads
+// on blue. The text is dark on those light colours whatever the palette.
+
+#include <QStyledItemDelegate>
+#include <utility>
+#include <vector>
+
+namespace vantorel {
+struct ChangeRow;
+}
+
+namespace vantorel::ui {
+
+class ChangeLineDelegate : public QStyledItemDelegate {
+    Q_OBJECT
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+
+    // The line as drawn (a tab as spaces to the next multiple of 4) and
+    // where its marks fall in that text.
+    struct Shown {
+        QString text;
+        std::vector<std::pair<int, int>> marks;
+    };
+    static Shown shown(const ChangeRow& row);
+};
+
+}  // namespace vantorel::ui
