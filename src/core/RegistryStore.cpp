@@ -13,6 +13,7 @@
 #include <thread>
 
 #include "core/AtomicFileWriter.h"
+#include "core/FileDescriptor.h"
 #include "core/RegistryFile.h"
 
 namespace vantorel {
@@ -31,27 +32,6 @@ std::string environment(const char* name) {
 std::string systemError(int error) { return std::error_code(error, std::system_category()).message(); }
 
 std::string inQuotes(const fs::path& path) { return "\"" + path.string() + "\""; }
-
-// Closes a descriptor when it goes out of scope; closing a lock file's
-// descriptor releases its lock.
-class FileDescriptor {
-public:
-    explicit FileDescriptor(int fd) : fd_(fd) {}
-    ~FileDescriptor() {
-        if (fd_ >= 0) ::close(fd_);
-    }
-    FileDescriptor(const FileDescriptor&) = delete;
-    FileDescriptor& operator=(const FileDescriptor&) = delete;
-    int get() const { return fd_; }
-    int release() {
-        const int fd = fd_;
-        fd_ = -1;
-        return fd;
-    }
-
-private:
-    int fd_;
-};
 
 bool validName(std::string_view name) {
     return name.find_first_of(std::string_view("\0\r\n", 3)) == std::string_view::npos;

@@ -10,6 +10,7 @@
 #include <system_error>
 
 #include "core/AtomicFileWriter.h"
+#include "core/FileDescriptor.h"
 #include "files/FileFunctions.h"
 #include "files/FileListBuilder.h"
 
@@ -64,21 +65,17 @@ KeptContents::Kept KeptContents::keep(const std::string& file, const std::string
 }
 
 KeptContents::Kept KeptContents::copy(const std::string& file, const std::string& name) {
-    const int fd = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
-    if (fd < 0) fail(file);
-    struct Closer {
-        int fd;
-        ~Closer() { ::close(fd); }
-    } closer{fd};
+    const FileDescriptor fd(::open(file.c_str(), O_RDONLY | O_CLOEXEC));
+    if (!fd) fail(file);
     struct stat st {};
-    if (::fstat(fd, &st) != 0) fail(file);
+    if (::fstat(fd.get(), &st) != 0) fail(file);
     // The copy keeps the file's attributes, to give them back with it; the
     // run's folder keeps it private.
     const std::string kept = folder_ + name;
     AtomicFileWriter writer(kept, AtomicFileWriter::Attributes{st.st_mode, st.st_uid, st.st_gid, file});
     std::string buffer(1 << 20, '\0');
     while (true) {
-        const ssize_t n = ::read(fd, buffer.data(), buffer.size());
+        const ssize_t n = ::read(fd.get(), buffer.data(), buffer.size());
         if (n < 0 && errno == EINTR) continue;
         if (n < 0) fail(file);
         if (n == 0) break;

@@ -45,15 +45,15 @@ RunRecorder::~RunRecorder() {
 }
 
 void RunRecorder::start() {
-    lock_ = journal_.lock(false);
+    lock_.reset(journal_.lock(false));
     header_.startedNs = nowNs();
     const std::string name = UndoJournal::runName(header_.startedNs, ::getpid());
     folder_ = withTrailingSeparator(journal_.folder()) + name + "/";
     if (::mkdir(folder_.c_str(), 0700) != 0 || ::mkdir((folder_ + UndoJournal::kKeptFolder).c_str(), 0700) != 0)
         fail(folder_);
     kept_.emplace(folder_ + UndoJournal::kKeptFolder, name);
-    fd_ = ::open((folder_ + UndoJournal::kJournalFile).c_str(), O_WRONLY | O_CREAT | O_EXCL | O_APPEND | O_CLOEXEC, 0600);
-    if (fd_ < 0) fail(folder_ + UndoJournal::kJournalFile);
+    fd_.reset(::open((folder_ + UndoJournal::kJournalFile).c_str(), O_WRONLY | O_CREAT | O_EXCL | O_APPEND | O_CLOEXEC, 0600));
+    if (!fd_) fail(folder_ + UndoJournal::kJournalFile);
     std::string head = runLine(header_);
     for (const JournalStep& step : steps_) head += stepLine(step);
     append(head);
@@ -65,7 +65,7 @@ void RunRecorder::start() {
 void RunRecorder::append(const std::string& line) {
     std::string_view rest = line;
     while (!rest.empty()) {
-        const ssize_t n = ::write(fd_, rest.data(), rest.size());
+        const ssize_t n = ::write(fd_.get(), rest.data(), rest.size());
         if (n < 0 && errno == EINTR) continue;
         if (n < 0) fail(folder_ + UndoJournal::kJournalFile);
         rest.remove_prefix(static_cast<std::size_t>(n));
@@ -75,7 +75,7 @@ void RunRecorder::append(const std::string& line) {
 // The kept names first, then the records that name them.
 void RunRecorder::sync() {
     kept_->sync();
-    if (::fdatasync(fd_) != 0) fail(folder_ + UndoJournal::kJournalFile);
+    if (::fdatasync(fd_.get()) != 0) fail(folder_ + UndoJournal::kJournalFile);
     lastSync_ = std::chrono::steady_clock::now();
 }
 
@@ -84,19 +84,18 @@ void RunRecorder::noteElsewhere() {
     const std::vector<std::string>& elsewhere = kept_->elsewhere();
     if (elsewhere.size() == elsewhereNoted_) return;
     const std::string list = folder_ + UndoJournal::kElsewhereFile;
-    const int fd = ::open(list.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
-    if (fd < 0) fail(list);
+    const FileDescriptor fd(::open(list.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600));
+    if (!fd) fail(list);
     std::string lines;
     for (; elsewhereNoted_ < elsewhere.size(); ++elsewhereNoted_) lines += elsewhere[elsewhereNoted_] + "\n";
-    const bool whole = ::write(fd, lines.data(), lines.size()) == static_cast<ssize_t>(lines.size()) && ::fsync(fd) == 0;
-    ::close(fd);
-    if (!whole) fail(list);
+    if (::write(fd.get(), lines.data(), lines.size()) != static_cast<ssize_t>(lines.size()) || ::fsync(fd.get()) != 0)
+        fail(list);
 }
 
 void RunRecorder::replacing(const ReplacingFile& file, std::vector<Message>& messages) {
     if (failed_ || finished_) return;
     try {
-        if (fd_ < 0) start();
+        if (!fd_) start();
         JournalFileRecord record;
         record.number = files_ + 1;
         record.path = file.path;
@@ -151,7 +150,7 @@ void RunRecorder::giveUp(const std::string& path, int error, std::vector<Message
     const std::string why = systemErrorText(error);
     messages.push_back(Message{"Undo will not be able to take back this Replace from " + path + " on:\r\n" + why,
                                kProgramTitle, MessageIcon::Warning, MessageKind::FileError});
-    if (fd_ < 0) return;
+    if (!fd_) return;
     try {
         append(gaveUpLine(path + ": " + why));
     } catch (const std::system_error&) {
@@ -161,7 +160,7 @@ void RunRecorder::giveUp(const std::string& path, int error, std::vector<Message
 void RunRecorder::finished() {
     if (finished_) return;
     finished_ = true;
-    if (fd_ >= 0) {
+    if (fd_) {
         if (written_ == 0) {
             std::error_code ignored;  // a run that wrote nothing is not kept
             std::filesystem::remove_all(folder_, ignored);
@@ -173,12 +172,10 @@ void RunRecorder::finished() {
             } catch (const std::system_error&) {
             }
         }
-        ::close(fd_);
-        fd_ = -1;
+        fd_.reset();
     }
-    if (lock_ >= 0) {
-        ::close(lock_);  // lets the journal's older runs go
-        lock_ = -1;
+    if (lock_) {
+        lock_.reset();  // lets the journal's older runs go
         journal_.prune();
     }
 }

@@ -16,6 +16,7 @@
 #include <string>
 #include <vector>
 
+#include "core/FileDescriptor.h"
 #include "history/JournalFile.h"
 #include "history/KeptContents.h"
 #include "search/ReplaceRecorder.h"
@@ -43,8 +44,8 @@ private:
     UndoJournal& journal_;
     RunHeader header_;
     std::vector<JournalStep> steps_;
-    int lock_ = -1;
-    int fd_ = -1;
+    FileDescriptor lock_;
+    FileDescriptor fd_;
     std::string folder_;
     std::optional<KeptContents> kept_;
     std::size_t elsewhereNoted_ = 0;

@@ -15,6 +15,7 @@
 #include <system_error>
 
 #include "core/AtomicFileWriter.h"
+#include "core/FileDescriptor.h"
 #include "files/FileFunctions.h"
 #include "files/FileListBuilder.h"
 #include "history/RunRecorder.h"
@@ -36,20 +37,6 @@ void makeFolder(const std::string& folder) {
     if (ec) throw std::system_error(ec, folder);
     ::chmod(folder.c_str(), 0700);
 }
-
-class Descriptor {
-public:
-    explicit Descriptor(int fd) : fd_(fd) {}
-    ~Descriptor() {
-        if (fd_ >= 0) ::close(fd_);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    int get() const noexcept { return fd_; }
-
-private:
-    int fd_;
-};
 
 }  // namespace
 
@@ -143,7 +130,7 @@ UndoJournal::Undo UndoJournal::undo(const RecordedRun& run) {
         undo.status = UndoStatus::Unreadable;
         return undo;
     }
-    const Descriptor held(fd);
+    const FileDescriptor held(fd);
     if (held.get() < 0) {
         undo.status = UndoStatus::Busy;
         return undo;
@@ -184,7 +171,7 @@ void UndoJournal::remove(const std::string& run) const {
 void UndoJournal::prune() {
     if (runNames().size() <= keepRuns_) return;
     try {
-        const Descriptor alone(lock(true));
+        const FileDescriptor alone(lock(true));
         if (alone.get() < 0) return;  // a run is being recorded: next time
         const std::vector<std::string> names = runNames();
         for (std::size_t i = 0; i + keepRuns_ < names.size(); ++i) remove(names[i]);

@@ -11,6 +11,7 @@
 
 #include "core/AtomicFileWriter.h"
 #include "core/ContentHash.h"
+#include "core/FileDescriptor.h"
 #include "core/FolderSync.h"
 #include "files/FileFunctions.h"
 
@@ -33,21 +34,15 @@ std::optional<FileIdentity> identityAt(const std::string& path) {
 // Reads a whole file in pieces; false when it cannot be read.
 template <class Piece>
 bool readPieces(const std::string& path, Piece piece) {
-    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
-    if (fd < 0) return false;
+    const FileDescriptor fd(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
+    if (!fd) return false;
     std::string buffer(1 << 20, '\0');
-    bool ok = true;
     while (true) {
-        const ssize_t n = ::read(fd, buffer.data(), buffer.size());
+        const ssize_t n = ::read(fd.get(), buffer.data(), buffer.size());
         if (n < 0 && errno == EINTR) continue;
-        if (n <= 0) {
-            ok = n == 0;
-            break;
-        }
+        if (n <= 0) return n == 0;
         piece(std::string_view(buffer.data(), static_cast<std::size_t>(n)));
     }
-    ::close(fd);
-    return ok;
 }
 
 std::optional<std::uint64_t> hashOf(const std::string& path) {
