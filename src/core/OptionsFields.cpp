@@ -18,6 +18,7 @@ OptionsFields OptionsFields::from(const AppSettings& settings) {
     fields.showLineNumbers = settings.ShowLineNumbers;
     fields.fontName = settings.PreviewFontName;
     fields.fontSize = std::to_string(settings.PreviewFontSize);
+    fields.undoRuns = std::to_string(settings.UndoRuns);
     return fields;
 }
 
@@ -33,6 +34,7 @@ bool OptionsFields::applyTo(AppSettings& settings) {
     settings.MakeBackups = makeBackups;
     settings.ClearExtractText = clearExtractText;
     settings.ShowLineNumbers = showLineNumbers;
+    settings.UndoRuns = std::max(numericValue(undoRuns), 0L);
     return !settings.PreviewAll;
 }
 

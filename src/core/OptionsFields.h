@@ -23,6 +23,7 @@ struct OptionsFields {
     bool showLineNumbers = true;
     std::string fontName;  // Combo1
     std::string fontSize;  // Combo2
+    std::string undoRuns;  // UndoRunsTxt
 
     // What the dialog shows when it opens.
     static OptionsFields from(const AppSettings& settings);

@@ -72,8 +72,18 @@ frmOptions::frmOptions(AppSettings& settings, MessageHost& messages, QWidget* pa
 
     auto* replacing = group("Replacing", this);
     makeBackups_ = checkBox("createBakChk", "Create .bak (backup) files when replacing.", shown.makeBackups);
+    undoRuns_ = numberBox("UndoRunsTxt", 0);
+    undoRuns_->setText(qs(shown.undoRuns));
+    undoRuns_->setToolTip(QStringLiteral("0 keeps none: a Replace can then not be undone"));
+    auto* undoLabel = new QLabel(QStringLiteral("Replaces kept for Undo"), replacing);
+    undoLabel->setBuddy(undoRuns_);
+    auto* undoRow = new QHBoxLayout;
+    undoRow->addWidget(undoLabel);
+    undoRow->addWidget(undoRuns_);
+    undoRow->addStretch(1);
     auto* replacingLayout = new QVBoxLayout(replacing);
     replacingLayout->addWidget(makeBackups_);
+    replacingLayout->addLayout(undoRow);
     replacingLayout->addStretch(1);
 
     auto* preview = group("Text Preview", this);
@@ -155,7 +165,7 @@ frmOptions::frmOptions(AppSettings& settings, MessageHost& messages, QWidget* pa
     page->addLayout(body);
 
     // Any change from here on can be applied.
-    for (QLineEdit* edit : {hitsPerPage_, charsAround_, charsBetween_})
+    for (QLineEdit* edit : {hitsPerPage_, charsAround_, charsBetween_, undoRuns_})
         connect(edit, &QLineEdit::textChanged, this, &frmOptions::changed);
     for (QCheckBox* box : {scanSubfolders_, skipVersionControl_, makeBackups_, clearExtractText_, showLineNumbers_})
         connect(box, &QCheckBox::toggled, this, &frmOptions::changed);
@@ -226,6 +236,7 @@ OptionsFields frmOptions::fields() const {
     out.showLineNumbers = showLineNumbers_->isChecked();
     out.fontName = fontName_->currentText().toStdString();
     out.fontSize = fontSize_->currentText().toStdString();
+    out.undoRuns = undoRuns_->text().toStdString();
     return out;
 }
 

@@ -52,6 +52,7 @@ private:
     QLineEdit* hitsPerPage_ = nullptr;
     QLineEdit* charsAround_ = nullptr;
     QLineEdit* charsBetween_ = nullptr;
+    QLineEdit* undoRuns_ = nullptr;
     QCheckBox* scanSubfolders_ = nullptr;
     QCheckBox* skipVersionControl_ = nullptr;
     QCheckBox* makeBackups_ = nullptr;

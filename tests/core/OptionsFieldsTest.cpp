@@ -39,6 +39,7 @@ TEST(OptionsFields, ApplyTakesEveryFieldAndFillsAnEmptyFontBox) {
     fields.makeBackups = true;
     fields.clearExtractText = false;
     fields.showLineNumbers = false;
+    fields.undoRuns = "3";
     EXPECT_FALSE(fields.applyTo(settings));  // the combined preview is built by the next run
     EXPECT_EQ(fields.fontName, "Arial");
     EXPECT_EQ(OptionsFields::from(settings), fields);

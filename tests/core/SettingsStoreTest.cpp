@@ -308,6 +308,7 @@ TEST_F(SettingsStoreTest, SaveWritesEveryValueAndLoadRestoresIt) {
     settings.PreviewFontSize = 12;
     settings.OpenWithProgram = "/usr/bin/kate";
     settings.LastFolder = "/srv/data";
+    settings.UndoRuns = 3;
     FakeWindow window;
     window.lists[HistoryBox::Find] = {"f0", "f1"};
     window.lists[HistoryBox::Replace] = {"r0"};
@@ -330,7 +331,7 @@ TEST_F(SettingsStoreTest, SaveWritesEveryValueAndLoadRestoresIt) {
         {"ScanSub", "0"}, {"Baks", "1"}, {"ClrTxt", "0"}, {"SkipVCS", "0"}, {"REMode", "1"}, {"CaseSens", "0"},
         {"WholeWord", "1"},
         {"PreviewAll", "0"}, {"ShowAll", "1"}, {"ShowLineNos", "0"}, {"Fsize", "12"},
-        {"Fname", "DejaVu Sans Mono"}, {"OpenWithFile", "/usr/bin/kate"}, {"WinMax", "0"}, {"WinTop", "100"},
+        {"Fname", "DejaVu Sans Mono"}, {"OpenWithFile", "/usr/bin/kate"}, {"UndoRuns", "3"}, {"WinMax", "0"}, {"WinTop", "100"},
         {"WinLeft", "200"}, {"WinWidth", "12345"}, {"WinHeight", "6789"}, {"WinDragline", "3100"}};
     for (const auto& [name, value] : expected) EXPECT_EQ(stored(name), value) << name;
 
