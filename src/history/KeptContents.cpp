@@ -49,15 +49,14 @@ KeptContents::KeptContents(std::string folder, std::string runName)
     device_ = st.st_dev;
 }
 
-KeptContents::Kept KeptContents::keep(const std::string& file, const std::string& name) {
-    struct stat st {};
-    if (::stat(file.c_str(), &st) != 0) fail(file);
-    std::optional<std::string> folder = st.st_dev == device_ ? std::optional(folder_) : folderOn(st.st_dev, file);
+KeptContents::Kept KeptContents::keep(const std::string& file, const FileIdentity& identity, const std::string& name) {
+    std::optional<std::string> folder =
+        identity.device == device_ ? std::optional(folder_) : folderOn(identity.device, file);
     if (folder) {
         const std::string kept = *folder + name;
         if (::linkat(AT_FDCWD, file.c_str(), AT_FDCWD, kept.c_str(), 0) == 0) {
             unsynced_.insert(*folder);
-            return Kept{kept, identityOf(kept)};
+            return Kept{kept, identity};  // a second name of the same file
         }
         if (errno == ENOENT) fail(file);
     }

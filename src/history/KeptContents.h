@@ -31,9 +31,9 @@ public:
         std::string path;
         FileIdentity identity;
     };
-    // Keeps what `file` (a regular file, no link) holds now, as `name`.
-    // Throws std::system_error.
-    Kept keep(const std::string& file, const std::string& name);
+    // Keeps what `file` (a regular file, no link, `identity` as it is now)
+    // holds, as `name`. Throws std::system_error.
+    Kept keep(const std::string& file, const FileIdentity& identity, const std::string& name);
     // Flushes the folders that got new names since the last call.
     void sync();
     // The run's folders elsewhere, in the order they were made.

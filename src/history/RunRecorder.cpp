@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 #include "core/FolderSync.h"
 #include "files/FileFunctions.h"
@@ -74,6 +75,8 @@ void RunRecorder::append(const std::string& line) {
 
 // The kept names first, then the records that name them.
 void RunRecorder::sync() {
+    if (!outcomes_.empty()) append(outcomes_);
+    outcomes_.clear();
     kept_->sync();
     if (::fdatasync(fd_.get()) != 0) fail(folder_ + UndoJournal::kJournalFile);
     lastSync_ = std::chrono::steady_clock::now();
@@ -101,7 +104,7 @@ void RunRecorder::replacing(const ReplacingFile& file, std::vector<Message>& mes
         record.path = file.path;
         record.target = file.target;
         record.old = file.readFrom;
-        const KeptContents::Kept old = kept_->keep(file.target, std::to_string(record.number));
+        const KeptContents::Kept old = kept_->keep(file.target, file.readFrom, std::to_string(record.number));
         record.kept = old.path;
         record.keptIdentity = old.identity;
         const AtomicFileWriter::Written& written = file.written;
@@ -109,17 +112,18 @@ void RunRecorder::replacing(const ReplacingFile& file, std::vector<Message>& mes
                                       written.modifiedNs};
         record.writtenHash = written.hash;
         record.backup = file.backup;
-        struct stat backup {}, target {};
+        struct stat backup {};
         // An older backup that this one replaces (not the file itself on a file system that ignores case).
         if (!file.backup.empty() && ::lstat(file.backup.c_str(), &backup) == 0 && S_ISREG(backup.st_mode) &&
-            !(::stat(file.target.c_str(), &target) == 0 && target.st_dev == backup.st_dev &&
-              target.st_ino == backup.st_ino)) {
-            const KeptContents::Kept older = kept_->keep(file.backup, std::to_string(record.number) + ".bak");
+            !(file.readFrom.device == backup.st_dev && file.readFrom.inode == backup.st_ino)) {
+            const KeptContents::Kept older =
+                kept_->keep(file.backup, identityOf(backup), std::to_string(record.number) + ".bak");
             record.keptBackup = older.path;
             record.keptBackupIdentity = older.identity;
         }
         noteElsewhere();
-        append(fileLine(record));
+        append(outcomes_ + fileLine(record));  // the outcome before it comes along: one write a file
+        outcomes_.clear();
         ++files_;
         pending_ = std::move(record);
         if (std::chrono::steady_clock::now() - lastSync_ >= kSyncInterval) sync();
@@ -136,11 +140,9 @@ void RunRecorder::replaced(const WriteOutcome& outcome) {
     struct stat st {};
     if (outcome.written() && !outcome.backup.empty() && ::lstat(outcome.backup.c_str(), &st) == 0)
         backupMade = identityOf(st);
-    try {
-        append(outcomeLine(record.number, outcome.status, backupMade));
-    } catch (const std::system_error&) {
-        // Without its outcome the file's contents tell whether it was written.
-    }
+    // Written with the next record, or at the next flush: without its
+    // outcome, the file's contents tell whether it was written.
+    outcomes_ += outcomeLine(record.number, outcome.status, backupMade);
     if (outcome.written()) ++written_;
     else ::unlink(record.kept.c_str());  // the file keeps them itself
 }
@@ -167,7 +169,7 @@ void RunRecorder::finished() {
             for (const std::string& elsewhere : kept_->elsewhere()) std::filesystem::remove_all(elsewhere, ignored);
         } else {
             try {
-                append(endLine(nowNs()));
+                append(std::exchange(outcomes_, {}) + endLine(nowNs()));
                 sync();
             } catch (const std::system_error&) {
             }

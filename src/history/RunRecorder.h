@@ -50,6 +50,7 @@ private:
     std::optional<KeptContents> kept_;
     std::size_t elsewhereNoted_ = 0;
     std::optional<JournalFileRecord> pending_;
+    std::string outcomes_;  // outcome records not yet written
     std::uint64_t files_ = 0;
     std::uint64_t written_ = 0;
     bool failed_ = false;

@@ -121,6 +121,16 @@ std::optional<RecordedRun> UndoJournal::nextToUndo() const {
     return std::nullopt;
 }
 
+bool UndoJournal::canUndo() const {
+    struct stat st {};
+    for (const std::string& name : runNames()) {
+        const std::string run = folder_ + "/" + name + "/";
+        if (::stat((run + kJournalFile).c_str(), &st) == 0 && ::stat((run + kUndoneFile).c_str(), &st) != 0)
+            return true;
+    }
+    return false;
+}
+
 UndoJournal::Undo UndoJournal::undo(const RecordedRun& run) {
     Undo undo;
     int fd = -1;

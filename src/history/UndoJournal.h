@@ -59,6 +59,8 @@ public:
     std::vector<RecordedRun> runs() const;
     // The run that Undo takes back next.
     std::optional<RecordedRun> nextToUndo() const;
+    // Whether there is one, without reading the journals.
+    bool canUndo() const;
 
     enum class UndoStatus { Done, Busy, Unreadable };
     struct Undo {

@@ -175,10 +175,17 @@ std::string undoSummary(const UndoOutcome& outcome) {
     return text;
 }
 
-std::string undoReport(const UndoOutcome& outcome) {
+std::string undoReport(const UndoOutcome& outcome, std::size_t listed) {
     std::string text = undoSummary(outcome);
-    for (const UndoFile& file : outcome.files)
-        if (file.result != Result::Restored) text += "\r\n" + file.path + ": " + undoReason(file);
+    std::size_t shown = 0;
+    for (const UndoFile& file : outcome.files) {
+        if (file.result == Result::Restored) continue;
+        if (shown++ == listed) {
+            text += "\r\n... and " + std::to_string(outcome.left() - listed) + " more";
+            break;
+        }
+        text += "\r\n" + file.path + ": " + undoReason(file);
+    }
     return text;
 }
 

@@ -7,6 +7,7 @@
 // attributes kept. The backup a Replace made is removed with it, and an older
 // backup that it replaced comes back.
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -36,7 +37,8 @@ UndoOutcome takeBack(const Journal& journal);
 std::string undoReason(const UndoFile& file);
 // "N file(s) restored.", and " M file(s) left as they were." when some were.
 std::string undoSummary(const UndoOutcome& outcome);
-// The summary then, one a line, "path: reason" for each file left.
-std::string undoReport(const UndoOutcome& outcome);
+// The summary then, one a line, "path: reason" for each file left; past
+// `listed` of them, "... and N more".
+std::string undoReport(const UndoOutcome& outcome, std::size_t listed = SIZE_MAX);
 
 }  // namespace vantorel::history
