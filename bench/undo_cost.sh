@@ -8,7 +8,9 @@
 # runs than it keeps.
 #
 # Environment: BUILD_DIR (default build), CORPUS (default bench/corpus-undo),
-# FILES (default 30000), RUNS (default 5), THREADS.
+# FILES (default 30000), RUNS (default 5), THREADS, WORK (where the copies
+# go, default $TMPDIR: /dev/shm takes the disk out and leaves the processor's
+# share).
 set -euo pipefail
 
 here=$(cd "$(dirname "$0")" && pwd)
@@ -23,24 +25,27 @@ if [ ! -d "$corpus/tree" ]; then
   echo "Writing the corpus to $corpus ..."
   "$build/bench/vantorel-make-corpus" "$corpus" "${FILES:-30000}" 0
 fi
-work=$(mktemp -d "${TMPDIR:-/tmp}/vantorel-undo-bench-XXXXXX")
+work=$(mktemp -d "${WORK:-${TMPDIR:-/tmp}}/vantorel-undo-bench-XXXXXX")
 trap 'rm -rf "$work"' EXIT
 export VANTOREL_CONFIG_HOME="$work/state"
 
 now() { date +%s%N; }
 median() { printf '%s\n' "$@" | sort -n | awk '{a[NR]=$1} END {printf "%.3f", a[int((NR+1)/2)]/1000}'; }
 
-on=() off=() journal_kb=0 kept_kb=0 written=0 remove_ms=()
+on=() off=() on_cpu=() off_cpu=() journal_kb=0 kept_kb=0 written=0 remove_ms=()
 for ((i = 0; i < runs; i++)); do
   for mode in on off; do
     rm -rf "$work/tree" "$work/state"; cp -a "$corpus/tree" "$work/tree"; sync
     flag=(); [ "$mode" = off ] && flag=(--no-undo)
     start=$(now)
-    "$cli" -q $threads -y "${flag[@]}" -d "$work/tree" replace ERROR FAULT > "$work/out" 2>&1 || true
+    /usr/bin/time -f '%U %S' -o "$work/cpu" "$cli" -q $threads -y "${flag[@]}" -d "$work/tree" replace ERROR FAULT \
+      > "$work/out" 2>&1 || true
     end=$(now)
     ms=$(( (end - start) / 1000000 ))
+    cpu=$(awk '{ printf "%d", ($1 + $2) * 1000 }' "$work/cpu")
     if [ "$mode" = on ]; then
       on+=("$ms")
+      on_cpu+=("$cpu")
       run=$(ls -d "$work/state/undo"/*/ | head -1)
       journal_kb=$(du -k "$run/journal" | cut -f1)
       kept_kb=$(du -sk "$run/kept" | cut -f1)
@@ -50,14 +55,15 @@ for ((i = 0; i < runs; i++)); do
       remove_ms+=($(( (end - start) / 1000000 )))
     else
       off+=("$ms")
+      off_cpu+=("$cpu")
     fi
   done
 done
 t_on=$(median "${on[@]}")
 t_off=$(median "${off[@]}")
 echo "files replaced: $written of $(find "$corpus/tree" -type f | wc -l)"
-echo "replace, recorded for undo:   ${t_on} s   (runs: ${on[*]} ms)"
-echo "replace, not recorded:        ${t_off} s   (runs: ${off[*]} ms)"
+echo "replace, recorded for undo:   ${t_on} s, processor $(median "${on_cpu[@]}") s   (runs: ${on[*]} ms)"
+echo "replace, not recorded:        ${t_off} s, processor $(median "${off_cpu[@]}") s   (runs: ${off[*]} ms)"
 awk -v a="$t_on" -v b="$t_off" 'BEGIN { printf "cost of the journal: %+.3f s (%+.1f%%)\n", a - b, (a - b) * 100 / b }'
 echo "disk held by one recorded run: journal ${journal_kb} KB, kept old contents ${kept_kb} KB"
 echo "removing one recorded run:    $(median "${remove_ms[@]}") s"

@@ -1,5 +1,6 @@
 // vantorel-cli: Find, Replace and Extract over a folder tree from the terminal.
 
+#include <fcntl.h>
 #include <signal.h>
 #include <unistd.h>
 
@@ -61,6 +62,19 @@ bool readMarkedFiles(const std::string& listFile, std::vector<std::string>& path
         if (!line.empty()) paths.push_back(absolute(line));
     }
     return !in.bad();
+}
+
+// Old runs that the undo journal set aside are removed by a process of
+// their own, which the terminal need not wait for.
+void removeOldRunsInBackground(const vantorel::history::UndoJournal& journal) {
+    if (!journal.hasSetAside()) return;
+    std::fflush(nullptr);
+    if (::fork() != 0) return;
+    ::setsid();
+    const int nothing = ::open("/dev/null", O_RDWR);
+    for (const int fd : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) ::dup2(nothing, fd);
+    journal.removeSetAside();
+    ::_exit(0);
 }
 
 int exitCode(const vantorel::RunOutcome& outcome) {
@@ -136,8 +150,8 @@ int main(int argc, char** argv) {
     host.finish(outcome);
     std::fflush(stdout);
 
-    if (!options.csvFile.empty() && outcome.result == RunResult::Completed &&
-        exportMatchList(host.rows(), [&] { return options.csvFile; }, host) == ExportResult::Failed)
-        return 2;
-    return exitCode(outcome);
+    const bool exported = options.csvFile.empty() || outcome.result != RunResult::Completed ||
+                          exportMatchList(host.rows(), [&] { return options.csvFile; }, host) != ExportResult::Failed;
+    removeOldRunsInBackground(journal);
+    return exported ? exitCode(outcome) : 2;
 }

@@ -25,6 +25,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
+const std::string kSetAsidePrefix = "old-";
+
 std::string environment(const char* name) {
     const char* value = std::getenv(name);
     return value ? value : "";
@@ -162,20 +164,16 @@ UndoJournal::Undo UndoJournal::undo(const RecordedRun& run) {
     return undo;
 }
 
-std::vector<std::string> UndoJournal::elsewhereOf(const std::string& run) const {
+std::vector<std::string> UndoJournal::elsewhereOf(const std::string& folder) const {
     std::vector<std::string> folders;
-    std::ifstream list(folder_ + "/" + run + "/" + kElsewhereFile);
+    std::string run = fs::path(folder).filename().string();
+    if (run.starts_with(kSetAsidePrefix)) run.erase(0, kSetAsidePrefix.size());
+    std::ifstream list(folder + "/" + kElsewhereFile);
     for (std::string line; std::getline(list, line);)
-        if (const fs::path folder(line); folder.filename() == run &&
-            isUndoFolderName(folder.parent_path().filename().string()))
+        if (const fs::path elsewhere(line); elsewhere.filename() == run &&
+            isUndoFolderName(elsewhere.parent_path().filename().string()))
             folders.push_back(line);
     return folders;
-}
-
-void UndoJournal::remove(const std::string& run) const {
-    std::error_code ignored;
-    for (const std::string& elsewhere : elsewhereOf(run)) fs::remove_all(elsewhere, ignored);
-    fs::remove_all(folder_ + "/" + run, ignored);
 }
 
 void UndoJournal::prune() {
@@ -184,9 +182,28 @@ void UndoJournal::prune() {
         const FileDescriptor alone(lock(true));
         if (alone.get() < 0) return;  // a run is being recorded: next time
         const std::vector<std::string> names = runNames();
-        for (std::size_t i = 0; i + keepRuns_ < names.size(); ++i) remove(names[i]);
+        for (std::size_t i = 0; i + keepRuns_ < names.size(); ++i)
+            ::rename((folder_ + "/" + names[i]).c_str(), (folder_ + "/" + kSetAsidePrefix + names[i]).c_str());
     } catch (const std::system_error&) {
-        // The journal's folder cannot be made or locked: nothing to remove.
+        // The journal's folder cannot be made or locked: nothing to set aside.
+    }
+}
+
+std::vector<std::string> UndoJournal::setAside() const {
+    std::vector<std::string> folders;
+    std::error_code ec;
+    for (const auto& entry : fs::directory_iterator(folder_, ec))
+        if (entry.path().filename().string().starts_with(kSetAsidePrefix)) folders.push_back(entry.path().string());
+    return folders;
+}
+
+bool UndoJournal::hasSetAside() const { return !setAside().empty(); }
+
+void UndoJournal::removeSetAside() const {
+    std::error_code ignored;
+    for (const std::string& folder : setAside()) {
+        for (const std::string& elsewhere : elsewhereOf(folder)) fs::remove_all(elsewhere, ignored);
+        fs::remove_all(folder, ignored);
     }
 }
 
@@ -206,8 +223,10 @@ std::uint64_t UndoJournal::spaceUsed() const {
             add(it->path());
     };
     addTree(folder_);
-    for (const std::string& run : runNames())
-        for (const std::string& elsewhere : elsewhereOf(run)) addTree(elsewhere);
+    std::vector<std::string> folders = setAside();
+    for (const std::string& run : runNames()) folders.push_back(folder_ + "/" + run);
+    for (const std::string& folder : folders)
+        for (const std::string& elsewhere : elsewhereOf(folder)) addTree(elsewhere);
     return bytes;
 }
 

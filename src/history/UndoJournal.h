@@ -8,7 +8,8 @@
 //
 // Layout: <folder>/<run>/journal (see JournalFile), <run>/kept/ (the old
 // contents), <run>/elsewhere (folders on other file systems holding kept
-// contents), <run>/undone (written when the run is taken back).
+// contents), <run>/undone (written when the run is taken back); an old run
+// is renamed to <folder>/old-<run> before it is removed.
 // Processes share the journal: a run being recorded holds a shared lock on
 // <folder>/lock; taking a run back and removing old runs hold it alone.
 
@@ -70,8 +71,13 @@ public:
     // Takes a run back (Busy while a Replace is being recorded).
     Undo undo(const RecordedRun& run);
 
-    // Removes the runs beyond the newest `keepRuns`, unless a run is being recorded.
+    // Sets aside the runs beyond the newest `keepRuns` (unless a run is being
+    // recorded): at once, they are no longer runs.
     void prune();
+    // Removes what was set aside, with its kept contents: this takes a while
+    // for a large run, and may be done in the background.
+    void removeSetAside() const;
+    bool hasSetAside() const;
     // Bytes on disk held by the journal and its kept contents.
     std::uint64_t spaceUsed() const;
 
@@ -81,8 +87,9 @@ public:
 
 private:
     std::vector<std::string> runNames() const;
-    std::vector<std::string> elsewhereOf(const std::string& run) const;
-    void remove(const std::string& run) const;
+    // The folders elsewhere of the run in `folder`.
+    std::vector<std::string> elsewhereOf(const std::string& folder) const;
+    std::vector<std::string> setAside() const;
 
     std::string folder_;
     unsigned keepRuns_;

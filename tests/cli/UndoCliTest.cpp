@@ -11,6 +11,8 @@
 #include <gtest/gtest.h>
 
 #include "cli/CliProcess.h"
+#include "core/CRegistry.h"
+#include "core/SettingsStore.h"
 #include "support/TempTree.h"
 
 namespace vantorel {
@@ -107,6 +109,25 @@ TEST_F(UndoCliTest, UndoTakesBackTheNewestReplaceAfterAskingAndListsWhatItKeeps)
     undo = runCli({"-y", "undo"});
     EXPECT_EQ(undo.exitCode, 1);
     EXPECT_EQ(undo.err, "There is no Replace to undo.\n");
+}
+
+TEST_F(UndoCliTest, TheUndoRunsSettingBoundsTheReplacesKept) {
+    {
+        RegistryStore store(RegistryStore::defaultFile());
+        CRegistry registry(store);
+        ASSERT_TRUE(registry.CreateKey(SettingsStore::kKeyPath));
+        ASSERT_TRUE(registry.OpenKey(SettingsStore::kKeyPath));
+        registry.WriteString("1", "UndoRuns");
+    }
+    ASSERT_EQ(cli({"-y", "replace", "cat", "dog"}).exitCode, 0);
+    ASSERT_EQ(cli({"-y", "replace", "dog", "cow"}).exitCode, 0);
+    const auto listed = lines(runCli({"undo", "--list"}).out);
+    ASSERT_EQ(listed.size(), 2u);
+    EXPECT_THAT(listed[0], HasSubstr("\"dog\" -> \"cow\""));
+    // The older run's kept contents go in the background.
+    const auto entries = [&] { return std::distance(std::filesystem::directory_iterator(state.path("undo")), {}); };
+    for (int wait = 0; wait < 100 && entries() > 2; ++wait) ::usleep(50000);
+    EXPECT_EQ(entries(), 2);  // the lock and one run
 }
 
 TEST_F(UndoCliTest, AReplaceWhoseWritesWereRefusedExitsWithTwoAndSaysWhatBecameOfEachFile) {

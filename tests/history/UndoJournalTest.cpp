@@ -216,6 +216,7 @@ TEST_F(UndoJournalTest, OnlyTheNewestRunsAreKeptSoTheSpaceUsedStaysBounded) {
     for (const char* step : {"cd", "de"}) history::replace(tree.root(), two, {step[0]}, {step[1]});
     ASSERT_EQ(two.runs().size(), 2u);
     EXPECT_EQ(two.runs().back().steps[0].find, "c");
+    two.removeSetAside();
     EXPECT_LE(two.spaceUsed(), afterTwo);
     history::undoLast(two);
     history::undoLast(two);
@@ -251,6 +252,7 @@ TEST_F(UndoJournalTest, OldContentsOnAnotherFileSystemAreKeptAtItsTop) {
                              one.runs().front().name + "/1";
     EXPECT_EQ(::access(kept.c_str(), F_OK), 0) << kept;
     history::replace(other.root(), one, "dog", "cow");  // keeps one run: the first one's kept contents go
+    one.removeSetAside();
     EXPECT_NE(::access(kept.c_str(), F_OK), 0);
     history::undoLast(one);
     EXPECT_EQ(other.read("f.txt"), "dog");
