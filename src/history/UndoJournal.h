@@ -55,6 +55,7 @@ public:
 
     std::string folder() const override { return folder_; }
     unsigned keepRuns() const noexcept { return keepRuns_; }
+    void setKeepRuns(unsigned runs) noexcept { keepRuns_ = runs; }
 
     // The runs, newest first.
     std::vector<RecordedRun> runs() const;

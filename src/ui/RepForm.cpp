@@ -17,6 +17,7 @@
 #include <QStatusBar>
 #include <QTimer>
 #include <QVBoxLayout>
+#include <QtConcurrent/QtConcurrentRun>
 #include <fstream>
 #include <sstream>
 
@@ -24,6 +25,7 @@
 #include "core/ProgramFolder.h"
 #include "core/RegistryStore.h"
 #include "core/SettingsStore.h"
+#include "history/UndoJournal.h"
 #include "results/RtfReader.h"
 #include "ui/ColourProgressBar.h"
 #include "ui/CommandButton.h"
@@ -43,6 +45,7 @@
 #include "ui/RegExLibFrm.h"
 #include "ui/RegExTestFrm.h"
 #include "ui/RepFormState.h"
+#include "ui/ReplacePreviewForm.h"
 #include "ui/ResultExport.h"
 #include "ui/ResultsModel.h"
 #include "ui/ResultsView.h"
@@ -51,6 +54,7 @@
 #include "ui/RunRequestBuilder.h"
 #include "ui/ScreenFit.h"
 #include "ui/Twips.h"
+#include "ui/UndoReplace.h"
 #include "ui/frmAbout.h"
 #include "ui/frmOptions.h"
 
@@ -106,6 +110,16 @@ RepForm::RepForm(RepFormOptions options, QWidget* parent) : QMainWindow(parent),
     settingsStore_ = std::make_unique<SettingsStore>(*store_, *messages_);
     windowState_ = std::make_unique<RepFormState>(*this, *inputs_, *preview_->pane(), [this] { firstRun_ = true; });
     settingsStore_->LoadSettings(settings_, *windowState_);
+    journal_ = std::make_unique<history::UndoJournal>(history::UndoJournal::defaultFolder(),
+                                                      static_cast<unsigned>(settings_.UndoRuns));
+    undo_ = new UndoReplace(*journal_, *messages_, this);
+    connect(undo_, &UndoReplace::finished, this, [this](const QString& summary) {
+        setBusy(false);
+        undoAction_->setEnabled(undo_->available());
+        statusPanel_->setText(summary);
+        emit undoEnded();
+    });
+    undoAction_->setEnabled(undo_->available());
 
     for (int column = 0; column < 5; ++column)
         view_->header()->resizeSection(column, twipsToPixelsX(kColumnWidths[column], this));
@@ -140,6 +154,8 @@ void RepForm::buildWidgets() {
     // Access keys that no menu, label or box of the window uses.
     findButton_ = button("FindBtn", QStringLiteral("F&ind"), true);
     replaceButton_ = button("RepBtn", QStringLiteral("Re&place"));
+    previewButton_ = button("PreviewBtn", QStringLiteral("Preview"));
+    previewButton_->setToolTip(QStringLiteral("Preview Replace: every change it would make, nothing written"));
     extractButton_ = button("ExtrBtn", QStringLiteral("&Extract"));
     stopButton_ = button("StopBtn", QStringLiteral("Stop"));
     optionsButton_ = button("OptBtn", QStringLiteral("Optio&ns"));
@@ -149,6 +165,7 @@ void RepForm::buildWidgets() {
     progress_ = new ColourProgressBar(mid_);
     versionLabel_ = new QLabel(mid_);
     versionLabel_->setObjectName(QStringLiteral("VLabel"));
+    versionLabel_->setMinimumWidth(1);  // the first to give way in a narrow window
     logo_ = new QLabel(mid_);
     logo_->setObjectName(QStringLiteral("Picture2"));
     logo_->setPixmap(makerLogo(28));
@@ -157,7 +174,8 @@ void RepForm::buildWidgets() {
     logo_->installEventFilter(this);
     auto* buttons = new QHBoxLayout(mid_);
     buttons->setContentsMargins(8, 4, 8, 6);
-    for (QAbstractButton* b : {findButton_, replaceButton_, extractButton_, stopButton_}) buttons->addWidget(b);
+    for (QAbstractButton* b : {findButton_, replaceButton_, previewButton_, extractButton_, stopButton_})
+        buttons->addWidget(b);
     buttons->addSpacing(12);
     buttons->addWidget(progress_, 1);
     buttons->addSpacing(12);
@@ -194,6 +212,7 @@ void RepForm::buildWidgets() {
 
     connect(findButton_, &QAbstractButton::clicked, this, &RepForm::startFind);
     connect(replaceButton_, &QAbstractButton::clicked, this, &RepForm::startReplace);
+    connect(previewButton_, &QAbstractButton::clicked, this, &RepForm::startPreview);
     connect(extractButton_, &QAbstractButton::clicked, this, &RepForm::startExtract);
     connect(stopButton_, &QAbstractButton::clicked, this, &RepForm::stopRun);
     connect(optionsButton_, &QAbstractButton::clicked, this, &RepForm::showOptions);
@@ -238,6 +257,15 @@ void RepForm::buildMenus() {
     exportDetails->setObjectName(QStringLiteral("mExportDetail"));
     connect(exportDetails, &QAction::triggered, this,
             [this] { exportMatchDetails(this, *desktop_, *messages_, *preview_->pane()); });
+    fileMenu_->addSeparator();
+    previewAction_ = fileMenu_->addAction(QStringLiteral("Pre&view Replace"));
+    previewAction_->setObjectName(QStringLiteral("mPreviewReplace"));
+    connect(previewAction_, &QAction::triggered, this, &RepForm::startPreview);
+    undoAction_ = fileMenu_->addAction(QStringLiteral("&Undo Last Replace..."));
+    undoAction_->setObjectName(QStringLiteral("mUndoReplace"));
+    connect(undoAction_, &QAction::triggered, this, &RepForm::undoLastReplace);
+    connect(fileMenu_, &QMenu::aboutToShow, this, [this] { undoAction_->setEnabled(undo_->available()); });
+    fileMenu_->addSeparator();
     optionsAction_ = fileMenu_->addAction(QStringLiteral("Options..."));
     optionsAction_->setObjectName(QStringLiteral("mOpts"));
     QList<QKeySequence> preferences{QKeySequence(Qt::CTRL | Qt::Key_Comma)};
@@ -329,17 +357,62 @@ void RepForm::stopRun() { runs_->stop(); }
 JobSource RepForm::jobSource() const { return requests_->typedPair(); }
 
 void RepForm::startRun(RunKind kind) {
-    if (isRunning()) return;
+    if (isRunning() || undo_->busy()) return;
     RunRequest request = requests_->build(kind, jobSource());
     if (kind == RunKind::Extract && settings_.ClearExtractText) extractWindow()->clearText();
+    startRequest(std::move(request));
+}
+
+void RepForm::startRequest(RunRequest request) {
+    journal_->setKeepRuns(static_cast<unsigned>(settings_.UndoRuns));
+    request.journal = journal_.get();
     inputs_->markedBox()->setEnabled(false);
     runs_->start(std::move(request));
+}
+
+void RepForm::startPreview() {
+    if (isRunning() || undo_->busy()) return;
+    RunRequest request = requests_->build(RunKind::Replace, jobSource());
+    request.dryRun = true;
+    previewing_ = std::make_unique<RunRequest>(request);
+    startRequest(std::move(request));
+}
+
+void RepForm::openPreview(const RunRequest& request) {
+    std::vector<ChangedFilesModel::File> files;
+    for (int row = 0; row < model_->rowCount(); ++row)
+        if (const std::uint64_t matches = model_->rowAt(row).matches; matches > 0)
+            files.push_back({model_->pathAt(row), matches, true});
+    if (files.empty()) return;
+    delete previewForm_;
+    previewForm_ = new ReplacePreviewForm(request, std::move(files), this);
+    previewForm_->setAttribute(Qt::WA_DeleteOnClose);
+    connect(previewForm_, &QObject::destroyed, this, [this] { previewForm_ = nullptr; });
+    connect(previewForm_, &ReplacePreviewForm::replaceRequested, this, [this](const RunRequest& ticked) {
+        if (isRunning() || undo_->busy()) return;
+        previewForm_->close();
+        startRequest(ticked);
+    });
+    previewForm_->show();
+}
+
+void RepForm::undoLastReplace() {
+    if (isRunning() || undo_->busy()) return;
+    if (undo_->start()) setBusy(true);
+    else undoAction_->setEnabled(undo_->available());
+}
+
+// The runs the journal no longer keeps go with their kept contents, away from the window's thread.
+void RepForm::removeOldRuns() {
+    if (!journal_->hasSetAside()) return;
+    (void)QtConcurrent::run([folder = journal_->folder()] { history::UndoJournal(folder).removeSetAside(); });
 }
 
 void RepForm::setBusy(bool busy) {
     stopButton_->setEnabled(busy);
     findButton_->setEnabled(!busy);
     replaceButton_->setEnabled(!busy);
+    previewButton_->setEnabled(!busy);
     optionsButton_->setEnabled(!busy);
     optionsAction_->setEnabled(!busy);  // its shortcut too
     inputs_->libraryButton()->setEnabled(!busy);
@@ -382,6 +455,8 @@ const std::string& RepForm::previewPattern() const { return display_->previewPat
 
 void RepForm::onRunFinished(const RunOutcome& outcome) {
     setBusy(false);
+    undoAction_->setEnabled(undo_->available());
+    removeOldRuns();
     inputs_->applyMarkedBox(markedBoxFor(model_->anyChecked()));
     if (outcome.patternError) pointAtPatternError(outcome.patternError->offset(), outcome.patternError->what());
     if (outcome.result == RunResult::Completed) {
@@ -389,6 +464,7 @@ void RepForm::onRunFinished(const RunOutcome& outcome) {
         for (HistoryBox box : {HistoryBox::Find, HistoryBox::Replace, HistoryBox::Folder, HistoryBox::Filter})
             if (box != HistoryBox::Replace || kind == RunKind::Replace) inputs_->box(box)->rememberText();
         if (kind == RunKind::Extract && outcome.totalMatches > 0) showExtractWindow();
+        if (previewing_ && !outcome.stopped) openPreview(*previewing_);
         // One file at a time: show the first file's matches straight away.
         if (!settings_.PreviewAll && model_->rowCount() > 0) {
             view_->setCurrentIndex(model_->index(0, 0));
@@ -397,6 +473,7 @@ void RepForm::onRunFinished(const RunOutcome& outcome) {
             preview_->pane()->moveCursor(QTextCursor::Start);
         }
     }
+    previewing_.reset();
     emit runEnded();
 }
 

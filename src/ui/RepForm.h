@@ -26,6 +26,10 @@ class QTimer;
 namespace vantorel {
 class RegistryStore;
 class SettingsStore;
+struct RunRequest;
+namespace history {
+class UndoJournal;
+}
 }  // namespace vantorel
 
 namespace vantorel::ui {
@@ -39,6 +43,8 @@ class InputFrame;
 class PopUpForm;
 class PreviewFrame;
 class RegExTestFrm;
+class ReplacePreviewForm;
+class UndoReplace;
 class RepFormState;
 class ResultsModel;
 class ResultsView;
@@ -89,11 +95,18 @@ public:
     // After the window has closed: waits for a run that is still stopping;
     // false when it has not ended by the deadline.
     bool waitForRunToEnd(QDeadlineTimer deadline);
+    // The preview of the last Preview Replace, while it is open.
+    ReplacePreviewForm* previewWindow() const noexcept { return previewForm_; }
 
 public slots:
     void startFind();
     void startReplace();
     void startExtract();
+    // PreviewBtn and File > Preview Replace: the counting pass of a Replace,
+    // then the files it would change and their changes, nothing written.
+    void startPreview();
+    // File > Undo Last Replace...
+    void undoLastReplace();
     void stopRun();
     // ShowLibBtn: the library with the find and replace texts; a chosen pair
     // takes their place.
@@ -111,6 +124,8 @@ public slots:
 signals:
     // A run has ended and the window is idle again.
     void runEnded();
+    // Undo Last Replace has ended and the window is idle again.
+    void undoEnded();
     // The preview shows what was asked of it (a page, a section, a message).
     void previewShown();
 
@@ -124,6 +139,9 @@ private:
     void buildMenus();
     void loadIntroduction();
     void startRun(RunKind kind);
+    void startRequest(RunRequest request);
+    void openPreview(const RunRequest& request);
+    void removeOldRuns();
     // The pair typed in the window (the batch queue's steps while one is queued).
     JobSource jobSource() const;
     void setBusy(bool busy);
@@ -164,6 +182,12 @@ private:
     LibraryState library_;
     RunDisplay* display_ = nullptr;
     RunController* runs_ = nullptr;
+    // Every Replace is recorded there; Undo takes the last one back.
+    std::unique_ptr<history::UndoJournal> journal_;
+    UndoReplace* undo_ = nullptr;
+    // The preview run going on, and the window showing the last one.
+    std::unique_ptr<RunRequest> previewing_;
+    ReplacePreviewForm* previewForm_ = nullptr;
 
     InputFrame* inputs_ = nullptr;
     QWidget* mid_ = nullptr;
@@ -174,6 +198,7 @@ private:
     ResultsModel* model_ = nullptr;
     QAbstractButton* findButton_ = nullptr;
     QAbstractButton* replaceButton_ = nullptr;
+    QAbstractButton* previewButton_ = nullptr;
     QAbstractButton* extractButton_ = nullptr;
     QAbstractButton* stopButton_ = nullptr;
     QAbstractButton* optionsButton_ = nullptr;
@@ -189,6 +214,8 @@ private:
     QAction* showAllAction_ = nullptr;
     QAction* previewAllAction_ = nullptr;
     QAction* optionsAction_ = nullptr;
+    QAction* previewAction_ = nullptr;
+    QAction* undoAction_ = nullptr;
     QAction* aboutAction_ = nullptr;
     QTimer* splashTimer_ = nullptr;
     bool firstRun_ = false;

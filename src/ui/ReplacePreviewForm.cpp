@@ -89,6 +89,7 @@ ReplacePreviewForm::ReplacePreviewForm(const RunRequest& request, std::vector<Ch
     connect(close, &QAbstractButton::clicked, this, &QDialog::close);
     connect(replaceButton_, &QAbstractButton::clicked, this, [this] {
         RunRequest limited = request_;
+        limited.dryRun = false;  // written this time
         limited.markedOnly = true;
         limited.markedFiles = files_->tickedPaths();
         emit replaceRequested(limited);
