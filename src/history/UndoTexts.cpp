@@ -9,7 +9,7 @@ std::string runTime(const RecordedRun& run) {
 }
 
 std::string runSummary(const RecordedRun& run) {
-    std::string text = std::to_string(run.filesWritten) + " file(s) in " + run.header.folder + " (" +
+    std::string text = std::to_string(run.filesWritten) + " file(s) changed in " + run.header.folder + " (" +
                        run.header.filter + ")";
     for (const JournalStep& step : run.steps) text += "\r\n\"" + step.find + "\" -> \"" + step.replace + "\"";
     return text;

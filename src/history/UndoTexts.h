@@ -9,7 +9,7 @@ namespace vantorel::history {
 
 // "2026-11-23 21:40:12" in local time.
 std::string runTime(const RecordedRun& run);
-// "3 file(s) in /data (*.txt)" then, one a line, each step: "cat" -> "dog".
+// "3 file(s) changed in /data (*.txt)" then, one a line, each step: "cat" -> "dog".
 std::string runSummary(const RecordedRun& run);
 // "Undo the Replace of <time>?", a blank line, the summary.
 std::string undoQuestion(const RecordedRun& run);

@@ -398,8 +398,12 @@ void RepForm::openPreview(const RunRequest& request) {
 
 void RepForm::undoLastReplace() {
     if (isRunning() || undo_->busy()) return;
-    if (undo_->start()) setBusy(true);
-    else undoAction_->setEnabled(undo_->available());
+    if (undo_->start()) {
+        setBusy(true);
+        stopButton_->setEnabled(false);  // an Undo goes to its end
+    } else {
+        undoAction_->setEnabled(undo_->available());
+    }
 }
 
 // The runs the journal no longer keeps go with their kept contents, away from the window's thread.

@@ -92,7 +92,7 @@ TEST_F(UndoCliTest, UndoTakesBackTheNewestReplaceAfterAskingAndListsWhatItKeeps)
     CliResult undo = runCli({"undo"});  // no terminal, no --yes: declined
     EXPECT_EQ(undo.exitCode, 1);
     EXPECT_THAT(undo.err, HasSubstr("Undo the Replace of "));
-    EXPECT_THAT(undo.err, HasSubstr("5 file(s) in " + tree.root() + " (*.txt)\n\"dog\" -> \"cow\" no"));
+    EXPECT_THAT(undo.err, HasSubstr("5 file(s) changed in " + tree.root() + " (*.txt)\n\"dog\" -> \"cow\" no"));
     undo = runCli({"-y", "undo"});
     EXPECT_EQ(undo.exitCode, 0) << undo.err;
     EXPECT_EQ(lines(undo.out).back(), "5 file(s) restored.");

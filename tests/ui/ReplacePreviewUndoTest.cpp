@@ -85,7 +85,7 @@ private slots:
         QVERIFY(ended.wait(20000));
         const std::string question = f.messages.questions.back().text;
         QVERIFY2(question.starts_with("Undo the Replace of "), question.c_str());
-        QVERIFY(question.ends_with("?\r\n\r\n2 file(s) in " + tree.root() + " (*.txt)\r\n\"cat\" -> \"dog\""));
+        QVERIFY(question.ends_with("?\r\n\r\n2 file(s) changed in " + tree.root() + " (*.txt)\r\n\"cat\" -> \"dog\""));
         QCOMPARE(f.messages.messages.back().title, std::string("Undo Last Replace"));
         QCOMPARE(f.messages.texts().back(), "1 file(s) restored. 1 file(s) left as they were.\r\n" +
                                                 tree.path("b.txt") + ": changed since the replace: left as it is");
