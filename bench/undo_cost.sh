@@ -35,7 +35,10 @@ median() { printf '%s\n' "$@" | sort -n | awk '{a[NR]=$1} END {printf "%.3f", a[
 on=() off=() on_cpu=() off_cpu=() journal_kb=0 kept_kb=0 written=0 remove_ms=()
 for ((i = 0; i < runs; i++)); do
   for mode in on off; do
-    rm -rf "$work/tree" "$work/state"; cp -a "$corpus/tree" "$work/tree"; sync
+    # Files deleted a moment ago slow down ext4's choice of new inodes
+    # (recently_deleted()): each run starts once the last deletion is older
+    # than that.
+    rm -rf "$work/tree" "$work/state"; sync; sleep 6; cp -a "$corpus/tree" "$work/tree"; sync
     flag=(); [ "$mode" = off ] && flag=(--no-undo)
     start=$(now)
     /usr/bin/time -f '%U %S' -o "$work/cpu" "$cli" -q $threads -y "${flag[@]}" -d "$work/tree" replace ERROR FAULT \
@@ -51,7 +54,7 @@ for ((i = 0; i < runs; i++)); do
       kept_kb=$(du -sk "$run/kept" | cut -f1)
       written=$(ls "$run/kept" | wc -l)
       sync
-      start=$(now); rm -rf "$run"; end=$(now)
+      start=$(now); rm -rf "$run"; sync; end=$(now)
       remove_ms+=($(( (end - start) / 1000000 )))
     else
       off+=("$ms")
