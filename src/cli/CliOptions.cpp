@@ -222,7 +222,8 @@ ParseResult parseCommandLine(const std::vector<std::string>& arguments) {
     else return {std::nullopt, "unknown command '" + command + "' (use find, replace, extract or undo)"};
     if (options.listRuns && !options.undo) return {std::nullopt, "--list goes with undo"};
     if ((options.dryRun || !options.record) && options.kind != RunKind::Replace)
-        return {std::nullopt, std::string(options.dryRun ? "--dry-run and --diff go" : "--no-undo goes") + " with replace"};
+        return {std::nullopt,
+                std::string(options.dryRun ? "--dry-run and --diff go" : "--no-undo goes") + " with replace"};
     if (positional.size() < needed)
         return {std::nullopt, command + (needed == 3 ? " needs FIND and REPLACEMENT" : " needs FIND")};
     if (positional.size() > needed)

@@ -141,7 +141,8 @@ void ConsoleHost::showChanges(const reports::Changes& changes) {
     if (changes.changes.hunks.empty()) return;  // replaced by the same text
     const std::string_view path = changes.path;
     const std::string folder = withTrailingSeparator(startFolder_);
-    const std::string diff = unifiedDiff(path.starts_with(folder) ? path.substr(folder.size()) : path, changes.changes.hunks);
+    const std::string_view label = path.starts_with(folder) ? path.substr(folder.size()) : path;
+    const std::string diff = unifiedDiff(label, changes.changes.hunks);
     if (options_.json) pendingDiff_ = diff;
     else if (!options_.quiet) std::fwrite(diff.data(), 1, diff.size(), stdout);
 }

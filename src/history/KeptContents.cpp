@@ -5,8 +5,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdlib>
-#include <memory>
 #include <system_error>
 
 #include "core/AtomicFileWriter.h"
@@ -22,8 +20,7 @@ namespace {
 FileIdentity identityOf(const std::string& path) {
     struct stat st {};
     if (::lstat(path.c_str(), &st) != 0) fail(path);
-    return FileIdentity{st.st_dev, st.st_ino, static_cast<std::int64_t>(st.st_size),
-                        static_cast<std::int64_t>(st.st_mtim.tv_sec) * 1000000000 + st.st_mtim.tv_nsec};
+    return FileIdentity::of(st);
 }
 
 std::string parentOf(const std::string& folder) {
@@ -87,17 +84,16 @@ KeptContents::Kept KeptContents::copy(const std::string& file, const std::string
 std::optional<std::string> KeptContents::folderOn(dev_t device, const std::string& file) {
     if (const auto known = elsewhereByDevice_.find(device); known != elsewhereByDevice_.end()) return known->second;
     std::optional<std::string>& found = elsewhereByDevice_[device];
-    std::unique_ptr<char, decltype(&std::free)> real(::realpath(FolderOf(file).empty() ? "." : FolderOf(file).c_str(), nullptr),
-                                                     &std::free);
-    if (!real) return found;
     // The top of the file system: the last folder up the tree on the same device.
-    std::string top = real.get();
+    std::string top = realFolderOf(FolderOf(file).empty() ? "." : FolderOf(file));
+    if (top.size() > 1) top.pop_back();
     for (struct stat st {}; top != "/";) {
         const std::string parent = parentOf(top);
         if (::stat(parent.c_str(), &st) != 0 || st.st_dev != device) break;
         top = parent;
     }
-    const std::string hidden = withTrailingSeparator(top) + std::string(kUndoFolderPrefix) + std::to_string(::geteuid());
+    const std::string hidden =
+        withTrailingSeparator(top) + std::string(kUndoFolderPrefix) + std::to_string(::geteuid());
     const std::string run = hidden + "/" + runName_;
     struct stat st {};
     if (!privateFolder(hidden) || !privateFolder(run) || ::stat(run.c_str(), &st) != 0 || st.st_dev != device)

@@ -27,11 +27,6 @@ std::int64_t nowNs() {
         .count();
 }
 
-FileIdentity identityOf(const struct stat& st) {
-    return FileIdentity{st.st_dev, st.st_ino, static_cast<std::int64_t>(st.st_size),
-                        static_cast<std::int64_t>(st.st_mtim.tv_sec) * 1000000000 + st.st_mtim.tv_nsec};
-}
-
 }  // namespace
 
 RunRecorder::RunRecorder(UndoJournal& journal, RunHeader header, std::vector<JournalStep> steps)
@@ -53,7 +48,8 @@ void RunRecorder::start() {
     if (::mkdir(folder_.c_str(), 0700) != 0 || ::mkdir((folder_ + UndoJournal::kKeptFolder).c_str(), 0700) != 0)
         fail(folder_);
     kept_.emplace(folder_ + UndoJournal::kKeptFolder, name);
-    fd_.reset(::open((folder_ + UndoJournal::kJournalFile).c_str(), O_WRONLY | O_CREAT | O_EXCL | O_APPEND | O_CLOEXEC, 0600));
+    const std::string journal = folder_ + UndoJournal::kJournalFile;
+    fd_.reset(::open(journal.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_APPEND | O_CLOEXEC, 0600));
     if (!fd_) fail(folder_ + UndoJournal::kJournalFile);
     std::string head = runLine(header_);
     for (const JournalStep& step : steps_) head += stepLine(step);
@@ -117,7 +113,7 @@ void RunRecorder::replacing(const ReplacingFile& file, std::vector<Message>& mes
         if (!file.backup.empty() && ::lstat(file.backup.c_str(), &backup) == 0 && S_ISREG(backup.st_mode) &&
             !(file.readFrom.device == backup.st_dev && file.readFrom.inode == backup.st_ino)) {
             const KeptContents::Kept older =
-                kept_->keep(file.backup, identityOf(backup), std::to_string(record.number) + ".bak");
+                kept_->keep(file.backup, FileIdentity::of(backup), std::to_string(record.number) + ".bak");
             record.keptBackup = older.path;
             record.keptBackupIdentity = older.identity;
         }
@@ -139,7 +135,7 @@ void RunRecorder::replaced(const WriteOutcome& outcome) {
     FileIdentity backupMade;
     struct stat st {};
     if (outcome.written() && !outcome.backup.empty() && ::lstat(outcome.backup.c_str(), &st) == 0)
-        backupMade = identityOf(st);
+        backupMade = FileIdentity::of(st);
     // Written with the next record, or at the next flush: without its
     // outcome, the file's contents tell whether it was written.
     outcomes_ += outcomeLine(record.number, outcome.status, backupMade);

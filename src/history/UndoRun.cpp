@@ -20,15 +20,10 @@ namespace {
 
 using Result = UndoFile::Result;
 
-FileIdentity identityOf(const struct stat& st) {
-    return FileIdentity{st.st_dev, st.st_ino, static_cast<std::int64_t>(st.st_size),
-                        static_cast<std::int64_t>(st.st_mtim.tv_sec) * 1000000000 + st.st_mtim.tv_nsec};
-}
-
 std::optional<FileIdentity> identityAt(const std::string& path) {
     struct stat st {};
     if (::lstat(path.c_str(), &st) != 0 || !S_ISREG(st.st_mode)) return std::nullopt;
-    return identityOf(st);
+    return FileIdentity::of(st);
 }
 
 // Reads a whole file in pieces; false when it cannot be read.
@@ -51,10 +46,6 @@ std::optional<std::uint64_t> hashOf(const std::string& path) {
     return hash.value();
 }
 
-bool sameContents(const FileIdentity& a, const FileIdentity& b) {
-    return a.device == b.device && a.inode == b.inode && a.size == b.size && a.modifiedNs == b.modifiedNs;
-}
-
 // Writes `from`'s contents over `target` through a temporary file, unless
 // `target` is no longer `expected`. Attributes as given.
 Result restore(const std::string& from, const std::string& target, const FileIdentity& expected,
@@ -65,7 +56,7 @@ Result restore(const std::string& from, const std::string& target, const FileIde
         if (!read) return Result::NotKept;
         writer.finish();
         const std::optional<FileIdentity> now = identityAt(target);
-        if (!now || !sameContents(*now, expected)) return Result::ChangedSince;
+        if (!now || *now != expected) return Result::ChangedSince;
         writer.commit(&folders);
         return Result::Restored;
     } catch (const std::system_error& failure) {
@@ -83,7 +74,7 @@ void takeBackBackup(const JournalFileRecord& file, FolderSync& folders, std::vec
     if (file.backup.empty() || file.backupMade.inode == 0) return;
     const std::optional<FileIdentity> now = identityAt(file.backup);
     if (!now) return;  // deleted since: nothing to take back
-    if (!sameContents(*now, file.backupMade)) {
+    if (*now != file.backupMade) {
         out.push_back({file.backup, Result::ChangedSince, {}});
         return;
     }
@@ -92,12 +83,13 @@ void takeBackBackup(const JournalFileRecord& file, FolderSync& folders, std::vec
         return;
     }
     struct stat kept {};
-    if (::lstat(file.keptBackup.c_str(), &kept) != 0 || !sameContents(identityOf(kept), file.keptBackupIdentity)) {
+    if (::lstat(file.keptBackup.c_str(), &kept) != 0 || FileIdentity::of(kept) != file.keptBackupIdentity) {
         out.push_back({file.backup, Result::NotKept, {}});
         return;
     }
     std::string error;
-    const Result result = restore(file.keptBackup, file.backup, *now, attributesOf(kept, file.keptBackup), folders, error);
+    const Result result =
+        restore(file.keptBackup, file.backup, *now, attributesOf(kept, file.keptBackup), folders, error);
     if (result == Result::Restored) ::unlink(file.keptBackup.c_str());
     else out.push_back({file.backup, result, error});
 }
@@ -112,12 +104,12 @@ std::optional<UndoFile> takeBackFile(const JournalFileRecord& file, FolderSync& 
         out.error = systemErrorText(errno);
         return out;
     }
-    const FileIdentity now = identityOf(st);
+    const FileIdentity now = FileIdentity::of(st);
     const bool holdsWritten = S_ISREG(st.st_mode) && now.size == file.written.size &&
                               hashOf(file.target) == std::optional(file.writtenHash);
     if (!holdsWritten) {
         // A journal cut short between a file's record and its replacement.
-        if (!file.status && sameContents(now, file.old)) return std::nullopt;
+        if (!file.status && now == file.old) return std::nullopt;
         out.result = Result::ChangedSince;
         return out;
     }
@@ -126,7 +118,7 @@ std::optional<UndoFile> takeBackFile(const JournalFileRecord& file, FolderSync& 
         return out;
     }
     const std::optional<FileIdentity> kept = identityAt(file.kept);
-    if (!kept || !sameContents(*kept, file.keptIdentity)) {
+    if (!kept || *kept != file.keptIdentity) {
         out.result = Result::NotKept;
         return out;
     }

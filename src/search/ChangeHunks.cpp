@@ -67,10 +67,6 @@ struct Block {
     std::size_t firstEdit = 0, endEdit = 0;
 };
 
-std::int64_t growth(const TextEdit& edit) {
-    return static_cast<std::int64_t>(edit.newEnd - edit.newBegin) - static_cast<std::int64_t>(edit.oldEnd - edit.oldBegin);
-}
-
 std::vector<Block> changedBlocks(std::string_view oldText, std::string_view newText, const TextEdits& edits) {
     const std::uint64_t lineCount = static_cast<std::uint64_t>(std::count(oldText.begin(), oldText.end(), '\n')) +
                                     (oldText.empty() || oldText.back() == '\n' ? 0 : 1);
@@ -115,7 +111,7 @@ std::vector<Block> changedBlocks(std::string_view oldText, std::string_view newT
             blocks.push_back(block);
         }
         blocks.back().endEdit = e + 1;
-        blockGrowth += growth(edit);
+        blockGrowth += edit.growth();
     }
     if (!blocks.empty()) {
         Block& done = blocks.back();

@@ -11,8 +11,9 @@ namespace {
 void decodeLines(std::vector<ChangeHunk>& hunks) {
     for (ChangeHunk& hunk : hunks) {
         for (ChangedLine& line : hunk.lines) {
-            auto decodedLength = [&](std::uint32_t bytes) {
-                return static_cast<std::uint32_t>(windows1252ToUtf8(std::string_view(line.text).substr(0, bytes)).size());
+            const std::string_view bytes = line.text;
+            auto decodedLength = [bytes](std::uint32_t length) {
+                return static_cast<std::uint32_t>(windows1252ToUtf8(bytes.substr(0, length)).size());
             };
             for (auto& [begin, end] : line.marks) {
                 begin = decodedLength(begin);

@@ -25,19 +25,19 @@ struct FileHandle {
 // Files from this size on are mapped rather than read.
 constexpr std::size_t kMapFrom = std::size_t{4} << 20;
 
-FileIdentity identityOf(const struct stat& st) {
-    return FileIdentity{st.st_dev, st.st_ino, static_cast<std::int64_t>(st.st_size),
-                        static_cast<std::int64_t>(st.st_mtim.tv_sec) * 1000000000 + st.st_mtim.tv_nsec};
-}
-
 }  // namespace
 
 const char* const kChangedWhileRead = "The file changed while it was being read.";
 
+FileIdentity FileIdentity::of(const struct stat& st) noexcept {
+    return FileIdentity{st.st_dev, st.st_ino, static_cast<std::int64_t>(st.st_size),
+                        static_cast<std::int64_t>(st.st_mtim.tv_sec) * 1000000000 + st.st_mtim.tv_nsec};
+}
+
 std::optional<FileIdentity> FileIdentity::of(const std::string& path) {
     struct stat st {};
     if (::stat(path.c_str(), &st) != 0) return std::nullopt;
-    return identityOf(st);
+    return of(st);
 }
 
 std::string tooLargeMessage(const std::string& path) {
@@ -129,7 +129,7 @@ FileText::Result FileText::read(const std::string& path) {
     FileText& text = result.text;
     text.path_ = path;
     text.modified_ = st.st_mtime;
-    text.identity_ = identityOf(st);
+    text.identity_ = FileIdentity::of(st);
     text.mode_ = st.st_mode;
     text.owner_ = st.st_uid;
     text.group_ = st.st_gid;

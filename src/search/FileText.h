@@ -5,6 +5,7 @@
 // file that starts with a UTF-16 byte-order mark is decoded: its text is
 // then UTF-8, and utf16() says how to encode it back.
 
+#include <sys/stat.h>
 #include <sys/types.h>
 
 #include <cstdint>
@@ -30,6 +31,7 @@ struct FileIdentity {
     bool operator==(const FileIdentity&) const = default;
 
     static std::optional<FileIdentity> of(const std::string& path);
+    static FileIdentity of(const struct stat& st) noexcept;
 };
 
 class FileText {

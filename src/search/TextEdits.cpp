@@ -6,10 +6,6 @@
 namespace vantorel {
 namespace {
 
-std::int64_t growth(const TextEdit& edit) {
-    return static_cast<std::int64_t>(edit.newEnd - edit.newBegin) - static_cast<std::int64_t>(edit.oldEnd - edit.oldBegin);
-}
-
 std::size_t shifted(std::size_t position, std::int64_t by) {
     return static_cast<std::size_t>(static_cast<std::int64_t>(position) + by);
 }
@@ -34,10 +30,10 @@ TextEdits composeEdits(const TextEdits& first, const TextEdits& second) {
         while (true) {
             if (i < first.size() && first[i].newBegin <= end) {
                 end = std::max(end, first[i].newEnd);
-                groupFirst += growth(first[i++]);
+                groupFirst += first[i++].growth();
             } else if (j < second.size() && second[j].oldBegin <= end) {
                 end = std::max(end, second[j].oldEnd);
-                groupSecond += growth(second[j++]);
+                groupSecond += second[j++].growth();
             } else {
                 break;
             }

@@ -4,6 +4,7 @@
 // between two edits is the same in the old text and the new.
 
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 namespace vantorel {
@@ -14,6 +15,11 @@ struct TextEdit {
     std::size_t newBegin = 0;
     std::size_t newEnd = 0;
     bool operator==(const TextEdit&) const = default;
+
+    // How much longer the new text is than the old.
+    std::int64_t growth() const noexcept {
+        return static_cast<std::int64_t>(newEnd - newBegin) - static_cast<std::int64_t>(oldEnd - oldBegin);
+    }
 };
 
 using TextEdits = std::vector<TextEdit>;

@@ -220,7 +220,8 @@ std::uint64_t applyJobs(const FileText& text, const std::vector<CompiledJob>& jo
     TextEdits jobEdits;
     auto replace = [&](const CompiledJob& job, TextSink& sink) {
         jobEdits.clear();
-        total += replaceAll(job.pattern(encoding), current, *job.replacement(encoding), sink, edits ? &jobEdits : nullptr);
+        total += replaceAll(job.pattern(encoding), current, *job.replacement(encoding), sink,
+                            edits ? &jobEdits : nullptr);
         if (edits) *edits = composeEdits(*edits, jobEdits);
     };
     for (std::size_t i = 0; i < last; ++i) {
@@ -346,7 +347,8 @@ PreparedWrite prepareWriteBack(const std::string& path, const FileText& text,
         result.matches = applyJobs(text, jobs, discard);
         if (result.matches == 0) return result;
         if (*check.refused == WriteStatus::Failed) {
-            result.refused = failure(path, std::system_error(check.error, std::generic_category(), path), result.messages);
+            const std::system_error error(check.error, std::generic_category(), path);
+            result.refused = failure(path, error, result.messages);
         } else {
             result.refused = refusal(*check.refused, target.path);
             if (check.why) result.messages.push_back(fileMessage(path + check.why, MessageIcon::Warning));

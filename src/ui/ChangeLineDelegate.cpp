@@ -34,8 +34,8 @@ ChangeLineDelegate::Shown ChangeLineDelegate::shown(const ChangeRow& row) {
         i += length;
     }
     at.push_back(static_cast<int>(out.text.size()));
-    for (const auto& [begin, end] : row.marks)
-        out.marks.emplace_back(at[std::min<std::size_t>(begin, at.size() - 1)], at[std::min<std::size_t>(end, at.size() - 1)]);
+    auto shownAt = [&at](std::size_t byte) { return at[std::min(byte, at.size() - 1)]; };
+    for (const auto& [begin, end] : row.marks) out.marks.emplace_back(shownAt(begin), shownAt(end));
     return out;
 }
 
@@ -63,7 +63,8 @@ void ChangeLineDelegate::paint(QPainter* painter, const QStyleOptionViewItem& op
     }
     QRect rect = option.rect;
     painter->fillRect(rect, page);
-    if (option.state & QStyle::State_Selected) painter->fillRect(rect.left(), rect.top(), 3, rect.height(), QColor(0x33, 0x66, 0xcc));
+    if (option.state & QStyle::State_Selected)
+        painter->fillRect(rect.left(), rect.top(), 3, rect.height(), QColor(0x33, 0x66, 0xcc));
     painter->setPen(QColor(0x60, 0x60, 0x60));
     const int baseline = rect.top() + 1 + metrics.ascent();
     int x = rect.left() + 4;
@@ -81,8 +82,8 @@ void ChangeLineDelegate::paint(QPainter* painter, const QStyleOptionViewItem& op
     number(row->oldLine);
     number(row->newLine);
     painter->setPen(QColor(0x20, 0x20, 0x20));
-    painter->drawText(x, baseline,
-                      QLatin1String(row->kind == ChangeRow::Kind::Removed ? "-" : row->kind == ChangeRow::Kind::Added ? "+" : " "));
+    const char* sign = row->kind == ChangeRow::Kind::Removed ? "-" : row->kind == ChangeRow::Kind::Added ? "+" : " ";
+    painter->drawText(x, baseline, QLatin1String(sign));
     x += charWidth * 2;
     const Shown line = shown(*row);
     for (const auto& [begin, end] : line.marks)

@@ -127,7 +127,8 @@ void ReplacePreviewForm::showChanges(const ChangePreviewer::Result& result) {
     const ChangedFilesModel::File& file = files_->file(pendingRow_);
     QString label = displayText(file.path);
     if (!result.read) {
-        label += result.error.empty() ? QStringLiteral(": no longer there") : QStringLiteral(": ") + displayText(result.error);
+        label += result.error.empty() ? QStringLiteral(": no longer there")
+                                      : QStringLiteral(": ") + displayText(result.error);
     } else if (result.changes.refused) {
         label += QStringLiteral(": %1, it would be left as it is")
                      .arg(QString::fromUtf8(writeStatusName(*result.changes.refused)));
