@@ -133,6 +133,8 @@ RepForm::~RepForm() {
     // The worker uses the run state: it ends before the state goes.
     runs_->abandon();
     runs_->waitForEnd();
+    delete undo_;  // waits for an Undo going on, which uses the journal
+    undo_ = nullptr;
 }
 
 void RepForm::buildWidgets() {
