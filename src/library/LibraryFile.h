@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "library/LibraryEntry.h"
+#include "library/RecordFile.h"
 
 namespace vantorel {
 
@@ -33,12 +34,14 @@ public:
     // `programFolder` holds the program file: the library lives there when
     // that folder is writable, else in the user's data folder.
     explicit LibraryFile(std::filesystem::path programFolder);
+    // The library in a file of its own choosing.
+    explicit LibraryFile(RecordFile file);
 
     // The file to read (the data folder's, else the one beside the program),
     // or empty when there is none.
-    std::filesystem::path readPath() const;
+    std::filesystem::path readPath() const { return file_.readPath(); }
     // The file that changes are written to.
-    std::filesystem::path writePath() const;
+    std::filesystem::path writePath() const { return file_.writePath(); }
 
     // The entries; none when there is no file. Throws std::runtime_error with
     // the system's description when the file cannot be read.
@@ -50,10 +53,7 @@ public:
     void rewrite(const std::vector<LibraryEntry>& entries) const;
 
 private:
-    std::string currentText() const;
-    void replaceWith(const std::string& bytes) const;
-
-    std::filesystem::path programFolder_;
+    RecordFile file_;
 };
 
 }  // namespace vantorel

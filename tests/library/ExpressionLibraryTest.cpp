@@ -3,35 +3,15 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <deque>
 #include <filesystem>
 
-#include "core/MessageHost.h"
+#include "support/ScriptedMessages.h"
 #include "support/TempTree.h"
 
 namespace vantorel {
 namespace {
 
-// Records messages and questions; answers questions from a script (No when it runs out).
-struct ScriptedMessages : MessageHost {
-    std::vector<Message> shown;
-    std::vector<std::string> asked;
-    std::deque<bool> answers;
-    void showMessage(const Message& message) override { shown.push_back(message); }
-    bool askYesNo(const Message& question) override {
-        asked.push_back(question.text);
-        EXPECT_EQ(question.icon, MessageIcon::Question);
-        const bool yes = !answers.empty() && answers.front();
-        if (!answers.empty()) answers.pop_front();
-        return yes;
-    }
-    std::vector<std::string> texts() const {
-        std::vector<std::string> out;
-        for (const Message& m : shown) out.push_back(m.text);
-        return out;
-    }
-};
-
+using test::ScriptedMessages;
 using Texts = std::vector<std::string>;
 
 class ExpressionLibraryTest : public ::testing::Test {

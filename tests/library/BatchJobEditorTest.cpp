@@ -1,0 +1,200 @@
+#include "library/BatchJobEditor.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "support/ScriptedMessages.h"
+#include "support/TempTree.h"
+
+namespace vantorel {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+class BatchJobEditorTest : public ::testing::Test {
+protected:
+    BatchJobEditorTest() { tree.write("RegEx.txt", "tags\t<[^>]+>\t\r\nspaces\t {2,}\t \r\ndigits\t\\d+\t#\r\n"); }
+    void open(const std::string& jobs) {
+        tree.write("BatchJobs.txt", jobs);
+        editor.start();
+    }
+    std::string file() const { return tree.read("BatchJobs.txt"); }
+    void setEntries(const Texts& names) {
+        for (const std::string& name : names) editor.addEntry(name);
+    }
+
+    test::TempTree tree;
+    test::ScriptedMessages messages;
+    LibraryState state;
+    BatchJobEditor editor{BatchJobFile(tree.root()), LibraryFile(tree.root()), messages, state};
+};
+
+TEST_F(BatchJobEditorTest, TheLibraryIsReadAgainOnActivationOnlyWhileItHasChanged) {
+    open("Tidy\ttags\r\n");
+    EXPECT_EQ(editor.library().size(), 3u);
+    EXPECT_EQ(editor.jobNames(), Texts{"Tidy"});
+    EXPECT_FALSE(state.changed);
+    // A removal leaves the flag alone: the list stays as it was read.
+    tree.write("RegEx.txt", "tags\t<[^>]+>\t\r\n");
+    EXPECT_FALSE(editor.activate());
+    EXPECT_EQ(editor.library().size(), 3u);
+    state.changed = true;
+    EXPECT_TRUE(editor.activate());
+    EXPECT_EQ(editor.library().size(), 1u);
+    EXPECT_FALSE(state.changed);
+}
+
+TEST_F(BatchJobEditorTest, ButtonsFollowTheEntriesTheirSelectionAndTheJob) {
+    open("Tidy\ttags\tspaces\r\n");
+    const auto buttons = [](bool entries, bool up, bool down, bool remove, bool del) {
+        return BatchButtons{entries, entries, entries, up, down, remove, true, del};
+    };
+    EXPECT_EQ(editor.buttons(), buttons(false, false, false, false, false));
+    editor.selectJob(0);
+    EXPECT_EQ(editor.buttons(), buttons(true, false, false, false, true));
+    editor.addEntry("digits");
+    const struct {
+        std::optional<std::size_t> selected;
+        BatchButtons expected;
+    } cases[] = {
+        {0, buttons(true, false, true, true, true)},
+        {1, buttons(true, true, true, true, true)},
+        {2, buttons(true, true, false, true, true)},
+        {std::nullopt, buttons(true, false, false, false, true)},
+    };
+    for (const auto& c : cases) {
+        editor.selectEntry(c.selected);
+        EXPECT_EQ(editor.buttons(), c.expected) << c.selected.value_or(99);
+    }
+    tree.write("RegEx.txt", "");
+    state.changed = true;
+    editor.activate();
+    EXPECT_FALSE(editor.buttons().addEntry);
+    EXPECT_FALSE(editor.buttons().deleteJob);  // no job is current after a start
+}
+
+TEST_F(BatchJobEditorTest, MovingKeepsTheMovedEntrySelectedAndEveryEditCounts) {
+    open("");
+    setEntries({"tags", "spaces", "digits"});
+    editor.selectEntry(0);
+    editor.moveDown();
+    editor.moveDown();
+    EXPECT_EQ(editor.entries(), (Texts{"spaces", "digits", "tags"}));
+    EXPECT_EQ(editor.selectedEntry(), 2u);
+    editor.moveDown();  // already last
+    editor.moveUp();
+    EXPECT_EQ(editor.entries(), (Texts{"spaces", "tags", "digits"}));
+    editor.removeEntry();
+    EXPECT_EQ(editor.entries(), (Texts{"spaces", "digits"}));
+    EXPECT_EQ(editor.selectedEntry(), std::nullopt);
+    EXPECT_TRUE(editor.changed());
+}
+
+TEST_F(BatchJobEditorTest, TheFirstJobSavedIsListedButNotSelectedLaterOnesAre) {
+    editor.start();
+    setEntries({"tags", "spaces"});
+    EXPECT_TRUE(editor.save("Tidy"));
+    EXPECT_EQ(file(), "Tidy\ttags\tspaces\r\n");
+    EXPECT_EQ(editor.jobNames(), Texts{"Tidy"});
+    EXPECT_EQ(editor.currentJob(), -1);
+    EXPECT_FALSE(editor.changed());
+    ASSERT_EQ(messages.texts(), Texts{"Tidy saved."});
+    EXPECT_EQ(messages.shown[0].icon, MessageIcon::Information);
+    // A line of spaces is kept, and is no job: the new one is at position 1.
+    tree.write("BatchJobs.txt", "Tidy\ttags\r\n   \r\n\r\n", 0640);
+    editor.start();
+    EXPECT_TRUE(editor.save("Digits"));
+    EXPECT_EQ(file(), "Tidy\ttags\r\n   \r\nDigits\ttags\tspaces\r\n");
+    EXPECT_EQ(editor.currentJob(), 1);
+    EXPECT_EQ(editor.currentName(), "Digits");
+    EXPECT_EQ(tree.mode("BatchJobs.txt"), 0640);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(tree.root()), {}), 2);  // no temporary file left
+}
+
+TEST_F(BatchJobEditorTest, SavingUnderAnExistingNameAsksForEveryLineOfThatName) {
+    const std::string before = "Tidy\ttags\r\nother\tdigits\r\nTIDY\tspaces\r\n";
+    open(before);
+    editor.selectJob(1);
+    editor.addEntry("tags");
+    // One No leaves the file as it was and says nothing more.
+    messages.answers = {true, false};
+    EXPECT_FALSE(editor.save("tidy"));
+    EXPECT_EQ(messages.asked, (Texts{"Update 'tidy' ?", "Update 'tidy' ?"}));
+    EXPECT_EQ(file(), before);
+    EXPECT_TRUE(editor.changed());
+    EXPECT_TRUE(messages.shown.empty());
+    // Yes to each: every line keeps its place and takes the name as typed.
+    messages.answers = {true, true};
+    EXPECT_TRUE(editor.save("tidy"));
+    EXPECT_EQ(file(), "tidy\tdigits\ttags\r\nother\tdigits\r\ntidy\tdigits\ttags\r\n");
+    EXPECT_EQ(editor.currentJob(), 1);
+    EXPECT_EQ(messages.texts(), Texts{"tidy saved."});
+}
+
+TEST_F(BatchJobEditorTest, DeletingAsksAndTheOnlyJobLeavesAnEmptyFile) {
+    open("Only\ttags\r\n");
+    editor.selectJob(0);
+    EXPECT_FALSE(editor.deleteJob());
+    EXPECT_EQ(messages.asked, Texts{"Delete 'Only' ?"});
+    EXPECT_EQ(file(), "Only\ttags\r\n");
+    messages.answers = {true};
+    EXPECT_TRUE(editor.deleteJob());
+    EXPECT_TRUE(tree.exists("BatchJobs.txt"));
+    EXPECT_EQ(file(), "");
+    EXPECT_TRUE(editor.entries().empty());
+    EXPECT_TRUE(editor.jobNames().empty());
+    EXPECT_EQ(editor.currentJob(), -1);
+    // The next job saved is selected: the file exists.
+    editor.addEntry("tags");
+    editor.save("Next");
+    EXPECT_EQ(editor.currentJob(), 0);
+}
+
+TEST_F(BatchJobEditorTest, AJobWithoutEntriesLeavesTheListAndChangesAreConfirmed) {
+    open("Full\ttags\tspaces\r\nBare\r\n");
+    editor.selectJob(0);
+    editor.selectJob(1);
+    EXPECT_EQ(editor.entries(), (Texts{"tags", "spaces"}));
+    EXPECT_EQ(editor.currentName(), "Bare");
+    editor.addEntry("digits");
+    editor.selectJob(0);  // No: the edited entries stay
+    EXPECT_EQ(messages.asked,
+              Texts{"Current batch job has been updated. Selecting another will lose changes. continue?"});
+    EXPECT_EQ(editor.currentJob(), 1);
+    EXPECT_EQ(editor.entries().size(), 3u);
+    EXPECT_FALSE(editor.newJob());
+    EXPECT_EQ(messages.asked.back(), "Current batch job has been updated. Creating a new one will lose changes. Sure?");
+    messages.answers = {true};
+    EXPECT_TRUE(editor.newJob());
+    EXPECT_TRUE(editor.entries().empty());
+    EXPECT_EQ(editor.currentJob(), -1);
+    EXPECT_FALSE(editor.changed());
+}
+
+TEST_F(BatchJobEditorTest, FailuresSayWhatFailedWithTheSystemsReason) {
+    open("Tidy\ttags\r\n");
+    editor.selectJob(0);
+    EXPECT_FALSE(editor.save("tab\there"));
+    // The file turns into a folder behind the window's back.
+    std::filesystem::remove(tree.path("BatchJobs.txt"));
+    tree.write("BatchJobs.txt/inside", "");
+    EXPECT_FALSE(editor.save("Tidy"));
+    EXPECT_EQ(messages.texts(), (Texts{"The name of a batch job cannot hold tabs or line breaks.",
+                                       "Error saving file: Is a directory"}));
+    // A file that cannot be read: the loopback device has no speed, even for root.
+    const char* unreadable = "/sys/class/net/lo/speed";
+    if (!std::filesystem::exists(unreadable)) GTEST_SKIP() << "no " << unreadable;
+    std::filesystem::remove_all(tree.path("BatchJobs.txt"));
+    std::filesystem::create_symlink(unreadable, tree.path("BatchJobs.txt"));
+    messages.shown.clear();
+    messages.answers = {true};
+    EXPECT_FALSE(editor.deleteJob());
+    editor.start();
+    EXPECT_EQ(messages.texts(), (Texts{"Error Deleting record: Invalid argument",
+                                       "Error loading batch jobs list: Invalid argument"}));
+    EXPECT_EQ(editor.entries(), Texts{"tags"});
+}
+
+}  // namespace
+}  // namespace vantorel
