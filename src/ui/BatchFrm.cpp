@@ -1,0 +1,196 @@
+#include "ui/BatchFrm.h"
+
+#include <QComboBox>
+#include <QEvent>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QInputDialog>
+#include <QLabel>
+#include <QListWidget>
+#include <QVBoxLayout>
+#include <type_traits>
+
+#include "ui/CommandButton.h"
+#include "ui/GuiMessageHost.h"
+
+namespace vantorel::ui {
+
+BatchFrm::BatchFrm(LibraryState& state, const std::filesystem::path& programFolder, MessageHost* messages,
+                   QWidget* parent)
+    : QDialog(parent) {
+    setObjectName(QStringLiteral("BatchFrm"));
+    setWindowTitle(QStringLiteral("Batch Commands"));
+    if (!messages) {
+        ownMessages_ = std::make_unique<GuiMessageHost>(this);
+        messages = ownMessages_.get();
+    }
+    editor_ = std::make_unique<BatchJobEditor>(BatchJobFile(programFolder), LibraryFile(programFolder), *messages,
+                                               state);
+
+    jobs_ = new QComboBox(this);
+    jobs_->setObjectName(QStringLiteral("BatchJobsCombo"));
+    library_ = new QComboBox(this);
+    library_->setObjectName(QStringLiteral("LibraryCombo"));
+    entries_ = new QListWidget(this);
+    entries_->setObjectName(QStringLiteral("RegExList"));
+    entries_->setSelectionMode(QAbstractItemView::SingleSelection);
+    for (QComboBox* combo : {jobs_, library_}) {
+        combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+        combo->setMinimumContentsLength(28);
+    }
+
+    add_ = makeCommandButton("AddREBtn", QStringLiteral("&Add"), this);
+    remove_ = makeCommandButton("RemRXbtn", QStringLiteral("&Remove"), this);
+    up_ = makeCommandButton("MoveUpBtn", QStringLiteral("Move &Up"), this);
+    down_ = makeCommandButton("MoveDnBtn", QStringLiteral("Move &Down"), this);
+    newJob_ = makeCommandButton("New_btn", QStringLiteral("&New"), this);
+    save_ = makeCommandButton("SaveBtn", QStringLiteral("&Save"), this);
+    delete_ = makeCommandButton("DelBtn", QStringLiteral("De&lete"), this);
+    use_ = makeCommandButton("usebtn", QStringLiteral("U&se"), this);
+    QAbstractButton* close = makeCommandButton("CloseBtn", QStringLiteral("Close"), this);
+    add_->setToolTip(QStringLiteral("Add the library entry to the end of the job"));
+    newJob_->setToolTip(QStringLiteral("Start a new, empty job"));
+    delete_->setToolTip(QStringLiteral("Delete the chosen job from the saved jobs"));
+    use_->setToolTip(QStringLiteral("Queue these steps in the main window: its runs take them in order"));
+
+    auto label = [this](const QString& text, QWidget* buddy) {
+        auto* l = new QLabel(text, this);
+        l->setBuddy(buddy);
+        return l;
+    };
+    auto* grid = new QGridLayout;
+    grid->addWidget(label(QStringLiteral("Batch &job:"), jobs_), 0, 0);
+    grid->addWidget(jobs_, 0, 1);
+    grid->addWidget(label(QStringLiteral("L&ibrary:"), library_), 1, 0);
+    grid->addWidget(library_, 1, 1);
+    grid->addWidget(add_, 1, 2);
+    grid->addWidget(label(QStringLiteral("S&teps:"), entries_), 2, 0, Qt::AlignTop);
+    grid->addWidget(entries_, 2, 1);
+    auto* moves = new QVBoxLayout;
+    for (QAbstractButton* b : {up_, down_, remove_}) moves->addWidget(b);
+    moves->addStretch();
+    grid->addLayout(moves, 2, 2);
+    grid->setColumnStretch(1, 1);
+    grid->setRowStretch(2, 1);
+    auto* buttons = new QHBoxLayout;
+    for (QAbstractButton* b : {newJob_, save_, delete_}) buttons->addWidget(b);
+    buttons->addStretch();
+    buttons->addWidget(use_);
+    buttons->addWidget(close);
+    auto* layout = new QVBoxLayout(this);
+    layout->addLayout(grid);
+    layout->addLayout(buttons);
+    resize(560, 360);
+    QWidget* order[] = {jobs_, library_, add_, entries_, up_, down_, remove_, newJob_, save_, delete_, use_, close};
+    for (std::size_t i = 1; i < std::size(order); ++i) setTabOrder(order[i - 1], order[i]);
+
+    connect(jobs_, &QComboBox::activated, this, &BatchFrm::chooseJob);
+    connect(entries_, &QListWidget::itemSelectionChanged, this, [this] {
+        if (showing_) return;
+        const QList<QListWidgetItem*> selected = entries_->selectedItems();
+        editor_->selectEntry(selected.isEmpty() ? std::nullopt
+                                                : std::optional<std::size_t>(entries_->row(selected.front())));
+        showState();
+    });
+    auto edit = [this](QAbstractButton* button, auto action) {
+        connect(button, &QAbstractButton::clicked, this, [this, action] {
+            action();
+            showState();
+        });
+    };
+    edit(add_, [this] { editor_->addEntry(library_->currentText().toStdString()); });
+    edit(remove_, [this] { editor_->removeEntry(); });
+    edit(up_, [this] { editor_->moveUp(); });
+    edit(down_, [this] { editor_->moveDown(); });
+    edit(newJob_, [this] { editor_->newJob(); });
+    edit(delete_, [this] { editor_->deleteJob(); });
+    connect(save_, &QAbstractButton::clicked, this, &BatchFrm::save);
+    connect(use_, &QAbstractButton::clicked, this, &BatchFrm::use);
+    connect(close, &QAbstractButton::clicked, this, &QDialog::reject);
+
+    editor_->start();
+    showState(true);
+}
+
+BatchFrm::~BatchFrm() = default;
+
+bool BatchFrm::event(QEvent* event) {
+    if (event->type() == QEvent::WindowActivate && editor_->activate()) showState(true);
+    return QDialog::event(event);
+}
+
+namespace {
+
+// Puts `names` into a combo box or list, unless it holds them already (so
+// that a click being handled does not lose its item).
+template <class Box>
+void fill(Box* box, const std::vector<std::string>& names) {
+    bool same = box->count() == static_cast<int>(names.size());
+    for (int i = 0; same && i < box->count(); ++i) {
+        if constexpr (std::is_same_v<Box, QComboBox>) same = box->itemText(i).toStdString() == names[i];
+        else same = box->item(i)->text().toStdString() == names[i];
+    }
+    if (same) return;
+    box->clear();
+    for (const std::string& name : names) box->addItem(QString::fromStdString(name));
+}
+
+}  // namespace
+
+void BatchFrm::showState(bool library) {
+    showing_ = true;
+    if (library) {
+        std::vector<std::string> names;
+        for (const LibraryEntry& entry : editor_->library()) names.push_back(entry.name);
+        fill(library_, names);
+    }
+    fill(jobs_, editor_->jobNames());
+    jobs_->setCurrentIndex(editor_->currentJob());
+    fill(entries_, editor_->entries());
+    if (const auto selected = editor_->selectedEntry()) {
+        entries_->setCurrentRow(static_cast<int>(*selected));
+    } else {
+        entries_->clearSelection();
+        entries_->setCurrentRow(-1);
+    }
+    const BatchButtons enabled = editor_->buttons();
+    use_->setEnabled(enabled.use);
+    save_->setEnabled(enabled.save);
+    newJob_->setEnabled(enabled.newJob);
+    up_->setEnabled(enabled.moveUp);
+    down_->setEnabled(enabled.moveDown);
+    remove_->setEnabled(enabled.removeEntry);
+    add_->setEnabled(enabled.addEntry);
+    delete_->setEnabled(enabled.deleteJob);
+    showing_ = false;
+}
+
+void BatchFrm::chooseJob(int position) {
+    editor_->selectJob(position);
+    showState();  // back on the current job when the user kept the changes
+}
+
+void BatchFrm::save() {
+    QInputDialog ask(this);
+    ask.setObjectName(QStringLiteral("SaveName"));
+    ask.setWindowTitle(QStringLiteral("Save"));
+    ask.setLabelText(QStringLiteral("Please enter a name for the batch process"));
+    ask.setTextValue(jobs_->currentText());
+    if (ask.exec() != QDialog::Accepted) return;
+    editor_->save(ask.textValue().toStdString());
+    showState();
+}
+
+void BatchFrm::use() {
+    queue_ = editor_->queue();
+    if (queue_) accept();
+}
+
+std::optional<BatchQueue> openBatchJobs(QWidget* opener, LibraryState& state,
+                                        const std::filesystem::path& programFolder, MessageHost* messages) {
+    BatchFrm window(state, programFolder, messages, opener);
+    if (window.exec() != QDialog::Accepted) return std::nullopt;
+    return window.queue();
+}
+
+}  // namespace vantorel::ui

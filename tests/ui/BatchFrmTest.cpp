@@ -1,0 +1,190 @@
+// The batch jobs window driven through its controls: a job built from the
+// library, reordered, saved, updated and deleted; the questions about changed
+// entries; the library read again on activation; and using a job.
+
+#include <QComboBox>
+#include <QInputDialog>
+#include <QListWidget>
+#include <QTimer>
+
+#include "UiTestSupport.h"
+#include "ui/BatchFrm.h"
+
+using namespace vantorel;
+using namespace vantorel::test;
+
+namespace {
+
+struct BatchFixture {
+    QTemporaryDir folder;
+    RecordingMessages messages;
+    LibraryState state;
+    std::unique_ptr<ui::BatchFrm> window;
+
+    explicit BatchFixture(const QByteArray& jobs = {}) {
+        write("RegEx.txt", "tags\t<[^>]+>\t\r\nspaces\t {2,}\t \r\ndigits\t\\d+\t#\r\n");
+        if (!jobs.isEmpty()) write("BatchJobs.txt", jobs);
+        window = std::make_unique<ui::BatchFrm>(state, folder.path().toStdString(), &messages);
+    }
+    void write(const char* name, const QByteArray& bytes) const {
+        QFile out(folder.filePath(QString::fromLatin1(name)));
+        out.open(QIODevice::WriteOnly);
+        out.write(bytes);
+    }
+    QByteArray jobsFile() const {
+        QFile in(folder.filePath(QStringLiteral("BatchJobs.txt")));
+        in.open(QIODevice::ReadOnly);
+        return in.readAll();
+    }
+    template <class T = QWidget>
+    T* child(const char* name) const {
+        T* found = window->findChild<T*>(QString::fromLatin1(name));
+        if (!found) qFatal("no child named %s", name);
+        return found;
+    }
+    QComboBox* combo(const char* name) const { return child<QComboBox>(name); }
+    QListWidget* list() const { return child<QListWidget>("RegExList"); }
+    void click(const char* button) const { QTest::mouseClick(child<QAbstractButton>(button), Qt::LeftButton); }
+    bool enabled(const char* button) const { return child<QAbstractButton>(button)->isEnabled(); }
+    void clickEntry(int row) const {
+        QTest::mouseClick(list()->viewport(), Qt::LeftButton, {}, list()->visualItemRect(list()->item(row)).center());
+    }
+    // Chooses the next item of a combo box with the keyboard, as a user would.
+    void chooseNext(const char* name) const { QTest::keyClick(combo(name), Qt::Key_Down); }
+    void addFromLibrary(int index) const {
+        combo("LibraryCombo")->setCurrentIndex(index);
+        click("AddREBtn");
+    }
+    QStringList entries() const {
+        QStringList out;
+        for (int i = 0; i < list()->count(); ++i) out << list()->item(i)->text();
+        return out;
+    }
+    QStringList jobs() const {
+        QStringList out;
+        for (int i = 0; i < combo("BatchJobsCombo")->count(); ++i) out << combo("BatchJobsCombo")->itemText(i);
+        return out;
+    }
+    // Saves, answering the name question with `name`; returns the name offered.
+    QString saveAs(const QString& name) {
+        QString offered;
+        QTimer::singleShot(0, [&] {
+            auto* ask = qobject_cast<QInputDialog*>(QApplication::activeModalWidget());
+            QVERIFY(ask);
+            QCOMPARE(ask->windowTitle(), QString("Save"));
+            QCOMPARE(ask->labelText(), QString("Please enter a name for the batch process"));
+            offered = ask->textValue();
+            ask->setTextValue(name);
+            ask->accept();
+        });
+        click("SaveBtn");
+        return offered;
+    }
+};
+
+}  // namespace
+
+class BatchFrmTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void aJobIsBuiltReorderedSavedUpdatedAndDeleted() {
+        BatchFixture f;
+        QCOMPARE(f.combo("LibraryCombo")->count(), 3);
+        for (const char* off : {"usebtn", "SaveBtn", "New_btn", "MoveUpBtn", "MoveDnBtn", "RemRXbtn", "DelBtn"})
+            QVERIFY2(!f.enabled(off), off);
+        f.addFromLibrary(0);
+        f.addFromLibrary(2);
+        f.addFromLibrary(1);
+        QVERIFY(f.enabled("SaveBtn") && f.enabled("usebtn") && f.enabled("New_btn"));
+        f.clickEntry(2);
+        QVERIFY(f.enabled("MoveUpBtn") && !f.enabled("MoveDnBtn") && f.enabled("RemRXbtn"));
+        f.click("MoveUpBtn");
+        f.click("MoveUpBtn");
+        QCOMPARE(f.entries(), QStringList({"spaces", "tags", "digits"}));
+        QCOMPARE(f.list()->currentRow(), 0);
+        QVERIFY(!f.enabled("MoveUpBtn") && f.enabled("MoveDnBtn"));
+
+        // The first job of all is listed, not selected.
+        QCOMPARE(f.saveAs("Tidy"), QString());
+        QCOMPARE(f.jobsFile(), QByteArray("Tidy\tspaces\ttags\tdigits\r\n"));
+        QCOMPARE(f.jobs(), QStringList({"Tidy"}));
+        QCOMPARE(f.combo("BatchJobsCombo")->currentIndex(), -1);
+        QCOMPARE(f.messages.texts(), std::vector<std::string>{"Tidy saved."});
+        QVERIFY(!f.enabled("DelBtn"));
+
+        // Chosen, edited and saved under a name of other letter case: an update in place.
+        f.chooseNext("BatchJobsCombo");
+        QCOMPARE(f.combo("BatchJobsCombo")->currentText(), QString("Tidy"));
+        f.clickEntry(1);
+        f.click("RemRXbtn");
+        f.messages.answers = {true};
+        QCOMPARE(f.saveAs("TIDY"), QString("Tidy"));
+        QCOMPARE(f.messages.questions.back().text, std::string("Update 'TIDY' ?"));
+        QCOMPARE(f.jobsFile(), QByteArray("TIDY\tspaces\tdigits\r\n"));
+        QCOMPARE(f.jobs(), QStringList({"TIDY"}));
+        QCOMPARE(f.combo("BatchJobsCombo")->currentText(), QString("TIDY"));
+
+        f.messages.answers = {true};
+        f.click("DelBtn");
+        QCOMPARE(f.messages.questions.back().text, std::string("Delete 'TIDY' ?"));
+        QCOMPARE(f.jobsFile(), QByteArray());
+        QVERIFY(f.jobs().isEmpty() && f.entries().isEmpty());
+        QVERIFY(!f.enabled("DelBtn") && !f.enabled("SaveBtn"));
+    }
+
+    void changedEntriesAreConfirmedBeforeTheyAreLost() {
+        BatchFixture f("One\ttags\r\nBare\r\nTwo\tdigits\r\n");
+        f.chooseNext("BatchJobsCombo");
+        QCOMPARE(f.entries(), QStringList({"tags"}));
+        // A job without entries leaves the list as it was.
+        f.chooseNext("BatchJobsCombo");
+        QCOMPARE(f.combo("BatchJobsCombo")->currentText(), QString("Bare"));
+        QCOMPARE(f.entries(), QStringList({"tags"}));
+        f.addFromLibrary(1);
+        f.chooseNext("BatchJobsCombo");
+        QCOMPARE(f.messages.questions.back().text,
+                 std::string("Current batch job has been updated. Selecting another will lose changes. continue?"));
+        QCOMPARE(f.combo("BatchJobsCombo")->currentText(), QString("Bare"));
+        QCOMPARE(f.entries(), QStringList({"tags", "spaces"}));
+        f.click("New_btn");
+        QCOMPARE(f.messages.questions.back().text,
+                 std::string("Current batch job has been updated. Creating a new one will lose changes. Sure?"));
+        QCOMPARE(f.entries().size(), 2);
+        f.messages.answers = {true};
+        f.click("New_btn");
+        QVERIFY(f.entries().isEmpty());
+        QCOMPARE(f.combo("BatchJobsCombo")->currentIndex(), -1);
+    }
+
+    void theLibraryIsReadAgainOnActivationOnlyAfterItChanged() {
+        BatchFixture f;
+        f.write("RegEx.txt", "only\tx\t\r\n");
+        QEvent activate(QEvent::WindowActivate);
+        QApplication::sendEvent(f.window.get(), &activate);
+        QCOMPARE(f.combo("LibraryCombo")->count(), 3);
+        f.state.changed = true;
+        QApplication::sendEvent(f.window.get(), &activate);
+        QCOMPARE(f.combo("LibraryCombo")->count(), 1);
+        QVERIFY(!f.state.changed);
+    }
+
+    void usingAJobHandsItsStepsOverUnlessAnEntryIsMissing() {
+        BatchFixture f("Tidy\tspaces\tDigits\r\nFine\tdigits\ttags\r\n");
+        f.chooseNext("BatchJobsCombo");
+        f.click("usebtn");
+        QCOMPARE(f.messages.texts(), std::vector<std::string>{"Saved expression 'Digits' does not exist in library"});
+        QVERIFY(!f.window->queue());
+        QCOMPARE(f.window->result(), int(QDialog::Rejected));
+        f.chooseNext("BatchJobsCombo");
+        f.click("usebtn");
+        QCOMPARE(f.window->result(), int(QDialog::Accepted));
+        QVERIFY(f.window->queue());
+        QCOMPARE(f.window->queue()->label, std::string("Batch Commands Queued (Fine)"));
+        QCOMPARE(f.window->queue()->steps.size(), std::size_t{2});
+        QCOMPARE(f.window->queue()->steps[1].findText, std::string("<[^>]+>"));
+    }
+};
+
+QTEST_MAIN(BatchFrmTest)
+#include "BatchFrmTest.moc"
