@@ -9,6 +9,10 @@ const char* const kUsage =
        vantorel-cli [OPTIONS] replace FIND REPLACEMENT
        vantorel-cli [OPTIONS] extract FIND
        vantorel-cli [-y] undo [--list]
+       vantorel-cli [OPTIONS] --job NAME find|replace|extract
+       vantorel-cli [OPTIONS] --entry NAME find|replace|extract
+       vantorel-cli [OPTIONS] library
+       vantorel-cli [OPTIONS] jobs
 
 Finds, replaces or extracts text in every file under a folder whose name
 matches a filter. Options may stand before or after the command word.
@@ -43,6 +47,16 @@ matches a filter. Options may stand before or after the command word.
                           --dry-run)
       --no-undo           replace: do not record this Replace for undo
       --list              undo: list the recorded Replaces, newest first
+      --job NAME          run the saved batch job NAME (the first whose name
+                          matches without regard to case): its steps, in
+                          order, take the place of FIND and REPLACEMENT
+      --entry NAME        use the library entry NAME (letter case counts) as
+                          FIND and REPLACEMENT
+      --data-dir FOLDER   the folder of RegEx.txt (the library) and
+                          BatchJobs.txt (the jobs); by default where the
+                          window finds them: beside the program when its
+                          folder is writable, else ~/.local/share/vantorel,
+                          else the installed share/vantorel
   -h, --help              this text
   --                      ends the options (for a FIND that starts with "-")
 
@@ -79,6 +93,16 @@ asking; a file is restored only when it still holds what the Replace wrote,
 and any other is named and left as it is. "undo --list" shows the recorded
 Replaces and the space they use. The newest 10 are kept (the UndoRuns
 setting; 0 records none).
+"library" lists the library, one entry a line: name, TAB, pattern, TAB,
+replacement. "jobs" lists the batch jobs, one a line: the name, then TAB and
+each entry's name. Both list in file order, nothing when there is no file.
+A job's steps are its entries looked up in the library, in order; each file
+is read once, each step works on the text the one before it left, and a
+Replace writes each file once, after one confirmation for the whole job.
+Every step is checked before any file is read; -e decides for every step
+whether its pattern is a regular expression; each step that replaces with
+nothing asks first. An entry missing from the library stops the job before
+it starts.
 
 Questions are asked on the terminal; with --yes the answer is Yes; without a
 terminal and without --yes the answer is No. Ctrl+C, SIGTERM and SIGHUP stop
@@ -111,7 +135,8 @@ constexpr OptionInfo kOptions[] = {
     {'m', "marked", true},       {'j', "threads", true},   {'q', "quiet", false},
     {0, "csv", true},            {0, "json", false},       {'h', "help", false},
     {0, "include-vcs", false},  {0, "dry-run", false},    {0, "diff", false},
-    {0, "no-undo", false},      {0, "list", false},
+    {0, "no-undo", false},      {0, "list", false},       {0, "job", true},
+    {0, "entry", true},         {0, "data-dir", true},
 };
 
 const OptionInfo* findLong(std::string_view name) {
@@ -151,6 +176,9 @@ std::string apply(CliOptions& o, const OptionInfo& option, const std::string& va
     else if (name == "no-undo") o.record = false;
     else if (name == "list") o.listRuns = true;
     else if (name == "help") o.help = true;
+    else if (name == "job") o.job = value;
+    else if (name == "entry") o.entry = value;
+    else if (name == "data-dir") o.dataFolder = value;
     else if (name == "threads") {
         unsigned n = 0;
         const auto [end, ec] = std::from_chars(value.data(), value.data() + value.size(), n);
@@ -212,23 +240,32 @@ ParseResult parseCommandLine(const std::vector<std::string>& arguments) {
         }
     }
     if (options.help) return {options, ""};
-    if (positional.empty()) return {std::nullopt, "a command is needed: find, replace, extract or undo"};
+    if (positional.empty())
+        return {std::nullopt, "a command is needed: find, replace, extract, undo, library or jobs"};
+    if (options.job && options.entry) return {std::nullopt, "--job and --entry cannot be used together"};
+    const bool saved = options.job || options.entry;
     const std::string& command = positional[0];
     std::size_t needed = 2;
     if (command == "find") options.kind = RunKind::Find;
     else if (command == "extract") options.kind = RunKind::Extract;
     else if (command == "replace") { options.kind = RunKind::Replace; needed = 3; }
-    else if (command == "undo") { options.undo = true; needed = 1; }
-    else return {std::nullopt, "unknown command '" + command + "' (use find, replace, extract or undo)"};
-    if (options.listRuns && !options.undo) return {std::nullopt, "--list goes with undo"};
-    if ((options.dryRun || !options.record) && options.kind != RunKind::Replace)
+    else if (command == "undo") { options.command = CliCommand::Undo; needed = 1; }
+    else if (command == "library" || command == "jobs") {
+        options.command = command == "library" ? CliCommand::ListLibrary : CliCommand::ListJobs;
+        needed = 1;
+    }
+    else return {std::nullopt, "unknown command '" + command + "' (use find, replace, extract, undo, library or jobs)"};
+    if (options.listRuns && options.command != CliCommand::Undo) return {std::nullopt, "--list goes with undo"};
+    if ((options.dryRun || !options.record) && (options.command != CliCommand::Run || options.kind != RunKind::Replace))
         return {std::nullopt,
                 std::string(options.dryRun ? "--dry-run and --diff go" : "--no-undo goes") + " with replace"};
+    if (saved && options.command == CliCommand::Run) needed = 1;  // the saved work gives FIND and REPLACEMENT
     if (positional.size() < needed)
         return {std::nullopt, command + (needed == 3 ? " needs FIND and REPLACEMENT" : " needs FIND")};
     if (positional.size() > needed)
-        return {std::nullopt, "unexpected argument '" + positional[needed] + "'"};
-    if (needed >= 2) options.findText = positional[1];
+        return {std::nullopt, "unexpected argument '" + positional[needed] + "'" +
+                                  (saved ? " (--job and --entry take the place of FIND and REPLACEMENT)" : "")};
+    if (needed > 1) options.findText = positional[1];
     if (needed == 3) options.replaceText = positional[2];
     return {options, ""};
 }

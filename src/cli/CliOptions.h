@@ -9,9 +9,16 @@
 
 namespace vantorel::cli {
 
+enum class CliCommand {
+    Run,          // find, replace or extract
+    ListLibrary,  // library
+    ListJobs,     // jobs
+    Undo          // undo: take back the last Replace
+};
+
 struct CliOptions {
+    CliCommand command = CliCommand::Run;
     RunKind kind = RunKind::Find;
-    bool undo = false;       // the "undo" command: take back the last Replace
     bool listRuns = false;   // undo --list
     std::string findText;
     std::string replaceText;
@@ -34,6 +41,11 @@ struct CliOptions {
     bool fileBytes = false;  // --diff: the changes in the files' own bytes
     bool record = true;      // --no-undo clears it
     bool help = false;
+    // Saved work: the steps of a batch job, or a library entry's pair, in
+    // place of FIND and REPLACEMENT; the folder of the files that hold them.
+    std::optional<std::string> job;
+    std::optional<std::string> entry;
+    std::optional<std::string> dataFolder;
 };
 
 struct ParseResult {

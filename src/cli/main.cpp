@@ -11,6 +11,7 @@
 
 #include "cli/CliOptions.h"
 #include "cli/ConsoleHost.h"
+#include "cli/SavedWork.h"
 #include "cli/UndoCommand.h"
 #include "core/RegistryStore.h"
 #include "core/SearchState.h"
@@ -106,9 +107,11 @@ int main(int argc, char** argv) {
         std::fputs(cli::kUsage, stdout);
         return 0;
     }
+    if (options.command == cli::CliCommand::ListLibrary || options.command == cli::CliCommand::ListJobs)
+        return cli::listSavedWork(options);
     installStopHandlers();
     history::UndoJournal journal = undoJournal(options.record);
-    if (options.undo) {
+    if (options.command == cli::CliCommand::Undo) {
         if (options.listRuns) return cli::listRuns(journal);
         cli::ConsoleHost asker(options, ::isatty(STDIN_FILENO) != 0, gState.stopRequested);
         return cli::undoLastRun(journal, asker);
@@ -118,9 +121,12 @@ int main(int argc, char** argv) {
         return 2;
     }
 
+    cli::ConsoleHost host(options, ::isatty(STDIN_FILENO) != 0, gState.stopRequested);
     RunRequest request;
     request.kind = options.kind;
-    request.jobs.push_back({options.findText, options.replaceText});
+    if (auto steps = cli::runSteps(options, host)) request.jobs = std::move(*steps);
+    else return 2;
+    request.batch = options.job.has_value();
     request.startFolder = absolute(options.folder.value_or("."));
     request.filter = options.filter;
     request.regularExpression = options.regularExpression;
@@ -142,11 +148,12 @@ int main(int argc, char** argv) {
         }
     }
 
-    cli::ConsoleHost host(options, ::isatty(STDIN_FILENO) != 0, gState.stopRequested);
     host.setStartFolder(request.startFolder);
     const RunOutcome outcome = RunSearch(request, gState, host);
-    if (outcome.patternError)  // the line after "Regular Expression is invalid..."
+    if (outcome.patternError) {  // the line after "Regular Expression is invalid..."
+        if (request.jobs.size() > 1) std::fprintf(stderr, "Step %zu: ", outcome.invalidJob + 1);
         std::fprintf(stderr, "%s\n", describePatternError(*outcome.patternError, options.regularExpression).c_str());
+    }
     host.finish(outcome);
     std::fflush(stdout);
 

@@ -15,6 +15,12 @@ std::filesystem::path userDataFolder() {
     return {};
 }
 
+std::filesystem::path executableFolder() {
+    std::error_code ec;
+    const std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe", ec);
+    return ec ? std::filesystem::path() : self.parent_path();
+}
+
 std::filesystem::path programDataFolder(const std::filesystem::path& executableFolder) {
     if (!executableFolder.empty() && ::access(executableFolder.c_str(), W_OK) == 0) return executableFolder;
     const std::filesystem::path user = userDataFolder();

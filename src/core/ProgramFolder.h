@@ -15,6 +15,9 @@ namespace vantorel {
 // folder can be found.
 std::filesystem::path userDataFolder();
 
+// The folder of the running program's executable; empty when unknown.
+std::filesystem::path executableFolder();
+
 // The folder in which the program keeps its data files.
 std::filesystem::path programDataFolder(const std::filesystem::path& executableFolder);
 

@@ -112,7 +112,7 @@ TEST_F(CliTest, RefusedInputGoesToStandardErrorAndExitsWithTwo) {
         {{"find", "x", "-d"}, "vantorel-cli: option '-d' needs a value\nTry 'vantorel-cli --help'.\n"},
         {{"replace", "x"}, "vantorel-cli: replace needs FIND and REPLACEMENT\nTry 'vantorel-cli --help'.\n"},
         {{"-j", "0", "find", "x"}, "vantorel-cli: --threads needs a whole number from 1 to 1024, not '0'\nTry 'vantorel-cli --help'.\n"},
-        {{"search", "x"}, "vantorel-cli: unknown command 'search' (use find, replace, extract or undo)\nTry 'vantorel-cli --help'.\n"},
+        {{"search", "x"}, "vantorel-cli: unknown command 'search' (use find, replace, extract, undo, library or jobs)\nTry 'vantorel-cli --help'.\n"},
         {{"--diff", "find", "x"}, "vantorel-cli: --dry-run and --diff go with replace\nTry 'vantorel-cli --help'.\n"},
         {{"find", "x", "--list"}, "vantorel-cli: --list goes with undo\nTry 'vantorel-cli --help'.\n"},
     };

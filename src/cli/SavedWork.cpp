@@ -1,0 +1,105 @@
+#include "cli/SavedWork.h"
+
+#include <cstdio>
+#include <stdexcept>
+
+#include "core/ProgramFolder.h"
+#include "library/BatchJobFile.h"
+#include "library/BatchQueue.h"
+#include "library/LibraryFile.h"
+
+namespace vantorel::cli {
+namespace {
+
+// The file `name` in --data-dir, or where the window finds it.
+RecordFile savedFile(const CliOptions& options, const char* name) {
+    if (options.dataFolder) return RecordFile::inFolder(*options.dataFolder, name);
+    return RecordFile(executableFolder(), name);
+}
+
+std::string shownPath(const RecordFile& file) {
+    const std::filesystem::path read = file.readPath();
+    return (read.empty() ? file.writePath() : read).string();
+}
+
+void fail(const std::string& text) { std::fprintf(stderr, "vantorel-cli: %s\n", text.c_str()); }
+
+// Reads a file's records; nothing when it cannot be read, said as the
+// window says it, with the system's reason after it.
+template <class Read>
+auto readOrSay(Read read, const char* failure) -> std::optional<decltype(read())> {
+    try {
+        return read();
+    } catch (const std::exception& error) {
+        const std::string text = failure;
+        fail(text + (text.ends_with(": ") ? "" : "\n") + error.what());
+        return std::nullopt;
+    }
+}
+
+std::optional<std::vector<LibraryEntry>> readLibrary(const CliOptions& options) {
+    const LibraryFile file(savedFile(options, kLibraryFileName));
+    return readOrSay([&] { return file.read(); }, "Error loading regular expression library.");
+}
+
+std::optional<std::vector<std::string>> readJobLines(const CliOptions& options) {
+    const BatchJobFile file(savedFile(options, kBatchJobsFileName));
+    return readOrSay([&] { return file.jobLines(); }, "Error loading batch jobs list: ");
+}
+
+bool dataFolderExists(const CliOptions& options) {
+    std::error_code ec;
+    if (!options.dataFolder || std::filesystem::is_directory(*options.dataFolder, ec)) return true;
+    fail("--data-dir: no folder '" + *options.dataFolder + "'");
+    return false;
+}
+
+}  // namespace
+
+int listSavedWork(const CliOptions& options) {
+    if (!dataFolderExists(options)) return 2;
+    if (options.command == CliCommand::ListLibrary) {
+        const auto library = readLibrary(options);
+        if (!library) return 2;
+        for (const LibraryEntry& entry : *library)
+            std::printf("%s\t%s\t%s\n", entry.name.c_str(), entry.pattern.c_str(), entry.replacement.c_str());
+        return 0;
+    }
+    const auto lines = readJobLines(options);
+    if (!lines) return 2;
+    for (const std::string& line : *lines) std::printf("%s\n", jobRecord(parseJob(line)).c_str());
+    return 0;
+}
+
+std::optional<std::vector<FindReplaceJob>> runSteps(const CliOptions& options, MessageHost& messages) {
+    if (!options.job && !options.entry)
+        return std::vector<FindReplaceJob>{{options.findText, options.replaceText}};
+    if (!dataFolderExists(options)) return std::nullopt;
+    const auto library = readLibrary(options);
+    if (!library) return std::nullopt;
+    if (options.entry) {
+        const LibraryEntry* entry = findEntry(*library, *options.entry);
+        if (!entry) {
+            messages.showMessage(missingEntry(*options.entry));
+            return std::nullopt;
+        }
+        return std::vector<FindReplaceJob>{{entry->pattern, entry->replacement}};
+    }
+    const auto lines = readJobLines(options);
+    if (!lines) return std::nullopt;
+    const std::optional<BatchJob> job = findJob(*lines, *options.job);
+    if (!job) {
+        fail("there is no batch job named '" + *options.job + "' in " +
+             shownPath(savedFile(options, kBatchJobsFileName)) + " ('vantorel-cli jobs' lists them)");
+        return std::nullopt;
+    }
+    if (job->entries.empty()) {
+        fail("the batch job '" + job->name + "' has no steps");
+        return std::nullopt;
+    }
+    std::optional<BatchQueue> queue = queueJob(job->name, job->entries, *library, messages);
+    if (!queue) return std::nullopt;
+    return std::move(queue->steps);
+}
+
+}  // namespace vantorel::cli

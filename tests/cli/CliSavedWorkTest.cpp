@@ -1,0 +1,111 @@
+// End-to-end runs of vantorel-cli with saved work: the library and the batch
+// jobs listed, a job's steps run, a library entry used.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "cli/CliProcess.h"
+#include "support/TempTree.h"
+
+namespace vantorel {
+namespace {
+
+using test::CliResult;
+using test::runCli;
+using ::testing::HasSubstr;
+
+class CliSavedWorkTest : public ::testing::Test {
+protected:
+    CliSavedWorkTest() {
+        tree.write("data/RegEx.txt",
+                   "tags\t<[^>]+>\t\r\nspaces\t {2,}\t \r\nbritish\tcolour\tcolor\r\nbad\t(open\t\r\n");
+        tree.write("data/BatchJobs.txt", "Tidy\ttags\tspaces\tbritish\r\nBroken\tTags\r\nInvalid\tspaces\tbad\r\n");
+        tree.write("site/a.html", "<p>The  colour   is <b>red</b></p>\n");
+        tree.write("site/b.html", "<i>colour</i>\n");
+    }
+    CliResult cli(std::vector<std::string> args) {
+        args.insert(args.begin(), {"--data-dir", tree.path("data"), "-d", tree.path("site")});
+        return runCli(args);
+    }
+    test::TempTree tree;
+};
+
+TEST_F(CliSavedWorkTest, LibraryAndJobsListWhatTheWindowShowsInFileOrder) {
+    tree.write("data/RegEx.txt", "one\t1\r\n\r\nno tab\r\nfour\ta\tb\tc\r\ncaf\xE9\tx\ty\r\n");
+    tree.write("data/BatchJobs.txt", "\r\n   \r\nFirst\tone\tfour\r\nBare\r\n");
+    CliResult r = cli({"library"});
+    EXPECT_EQ(r.exitCode, 0);
+    EXPECT_EQ(r.out, "one\t1\t\nfour\ta\t\ncaf\xC3\xA9\tx\ty\n");
+    r = cli({"jobs"});
+    EXPECT_EQ(r.exitCode, 0);
+    EXPECT_EQ(r.out, "First\tone\tfour\nBare\n");
+    // No files: nothing listed, and no error.
+    for (const char* command : {"library", "jobs"}) {
+        r = runCli({"--data-dir", tree.path("site"), command});
+        EXPECT_EQ(r.exitCode, 0) << command;
+        EXPECT_EQ(r.out + r.err, "") << command;
+    }
+}
+
+TEST_F(CliSavedWorkTest, AJobRunsItsStepsInOrderOnEachFileWithOneConfirmation) {
+    // The name is matched without regard to case; -e makes every step a regular expression.
+    const CliResult r = cli({"-e", "-y", "--job", "TIDY", "replace"});
+    EXPECT_EQ(r.exitCode, 0) << r.err;
+    EXPECT_EQ(tree.read("site/a.html"), "The color is red\n");
+    EXPECT_EQ(tree.read("site/b.html"), "color\n");
+    EXPECT_EQ(r.err,
+              "<[^>]+>\n\nYou have chosen to replace this with nothing. Sure? yes\n"
+              "Replace 10 occurences in 2 file(s) ? yes\n");
+    EXPECT_THAT(r.out, HasSubstr("2 files processed, 10 occurences changed in 2 file(s)"));
+    // Without -e the steps are plain text.
+    tree.write("site/a.html", "x <[^>]+> colour\n");
+    EXPECT_EQ(cli({"-y", "--job", "tidy", "replace"}).exitCode, 0);
+    EXPECT_EQ(tree.read("site/a.html"), "x  color\n");
+}
+
+TEST_F(CliSavedWorkTest, ARefusedJobTouchesNothing) {
+    const struct {
+        std::vector<std::string> args;
+        std::string err;
+    } cases[] = {
+        {{"-e", "-y", "--job", "broken", "replace"}, "Saved expression 'Tags' does not exist in library\n"},
+        {{"-e", "-y", "--job", "Tid", "replace"},
+         "vantorel-cli: there is no batch job named 'Tid' in " + tree.path("data/BatchJobs.txt") +
+             " ('vantorel-cli jobs' lists them)\n"},
+        {{"-e", "-y", "--job", "invalid", "replace"},
+         "Regular Expression is invalid - please check syntax.\nStep 2: At character 1: Missing ')' to close this "
+         "group\n"},
+        // No terminal and no --yes: the question about replacing with nothing is answered No.
+        {{"-e", "--job", "tidy", "replace"},
+         "<[^>]+>\n\nYou have chosen to replace this with nothing. Sure? no (no terminal to ask; --yes answers "
+         "Yes)\n"},
+        {{"--entry", "British", "find"}, "Saved expression 'British' does not exist in library\n"},
+        {{"--job", "tidy", "find", "cat"},
+         "vantorel-cli: unexpected argument 'cat' (--job and --entry take the place of FIND and REPLACEMENT)\n"
+         "Try 'vantorel-cli --help'.\n"},
+    };
+    for (const auto& c : cases) {
+        const CliResult r = cli(c.args);
+        EXPECT_EQ(r.exitCode, 2) << c.err;
+        EXPECT_EQ(r.err, c.err);
+        EXPECT_EQ(r.out, "");
+    }
+    EXPECT_EQ(tree.read("site/a.html"), "<p>The  colour   is <b>red</b></p>\n");
+}
+
+TEST_F(CliSavedWorkTest, AnEntryGivesFindAndReplacement) {
+    CliResult r = cli({"--entry", "british", "find"});
+    EXPECT_EQ(r.exitCode, 0);
+    EXPECT_THAT(r.out, HasSubstr("2 files processed, 2 occurences found in 2 file(s)"));
+    r = cli({"-y", "-f", "b.html", "--entry", "british", "replace"});
+    EXPECT_EQ(tree.read("site/b.html"), "<i>color</i>\n");
+}
+
+TEST_F(CliSavedWorkTest, HelpDescribesTheSavedWork) {
+    const CliResult r = runCli({"--help"});
+    for (const char* text : {"--job NAME", "--entry NAME", "--data-dir FOLDER", "library", "jobs"})
+        EXPECT_THAT(r.out, HasSubstr(text));
+}
+
+}  // namespace
+}  // namespace vantorel
