@@ -2,6 +2,7 @@
 
 #include <QComboBox>
 #include <QEvent>
+#include <QFontDatabase>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QInputDialog>
@@ -34,6 +35,12 @@ BatchFrm::BatchFrm(LibraryState& state, const std::filesystem::path& programFold
     entries_ = new QListWidget(this);
     entries_->setObjectName(QStringLiteral("RegExList"));
     entries_->setSelectionMode(QAbstractItemView::SingleSelection);
+    detail_ = new QLabel(this);
+    detail_->setObjectName(QStringLiteral("StepDetail"));
+    detail_->setTextFormat(Qt::PlainText);
+    detail_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    detail_->setWordWrap(true);
+    detail_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     for (QComboBox* combo : {jobs_, library_}) {
         combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
         combo->setMinimumContentsLength(28);
@@ -70,6 +77,7 @@ BatchFrm::BatchFrm(LibraryState& state, const std::filesystem::path& programFold
     for (QAbstractButton* b : {up_, down_, remove_}) moves->addWidget(b);
     moves->addStretch();
     grid->addLayout(moves, 2, 2);
+    grid->addWidget(detail_, 3, 1);
     grid->setColumnStretch(1, 1);
     grid->setRowStretch(2, 1);
     auto* buttons = new QHBoxLayout;
@@ -153,6 +161,7 @@ void BatchFrm::showState(bool library) {
         entries_->clearSelection();
         entries_->setCurrentRow(-1);
     }
+    showDetail();
     const BatchButtons enabled = editor_->buttons();
     use_->setEnabled(enabled.use);
     save_->setEnabled(enabled.save);
@@ -163,6 +172,24 @@ void BatchFrm::showState(bool library) {
     add_->setEnabled(enabled.addEntry);
     delete_->setEnabled(enabled.deleteJob);
     showing_ = false;
+}
+
+void BatchFrm::showDetail() {
+    const auto selected = editor_->selectedEntry();
+    if (!selected) {
+        detail_->clear();
+        return;
+    }
+    const std::string& name = editor_->entries()[*selected];
+    const LibraryEntry* entry = findEntry(editor_->library(), name);
+    if (!entry) {
+        detail_->setText(QStringLiteral("'%1' is not in the library").arg(QString::fromStdString(name)));
+        return;
+    }
+    detail_->setText(QStringLiteral("Find: %1\nReplace with: %2")
+                         .arg(QString::fromStdString(entry->pattern),
+                              entry->replacement.empty() ? QStringLiteral("(nothing)")
+                                                         : QString::fromStdString(entry->replacement)));
 }
 
 void BatchFrm::chooseJob(int position) {

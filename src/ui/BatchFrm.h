@@ -15,6 +15,7 @@
 
 class QAbstractButton;
 class QComboBox;
+class QLabel;
 class QListWidget;
 
 namespace vantorel {
@@ -45,6 +46,8 @@ private:
     // The controls as the editor stands: jobs, entries, selection, buttons;
     // the library's names too when `library` is set.
     void showState(bool library = false);
+    // The selected step's pattern and replacement, from the library.
+    void showDetail();
     void chooseJob(int position);
     void save();
     void use();
@@ -54,6 +57,7 @@ private:
     QComboBox* jobs_ = nullptr;     // BatchJobsCombo
     QComboBox* library_ = nullptr;  // LibraryCombo
     QListWidget* entries_ = nullptr;  // RegExList
+    QLabel* detail_ = nullptr;        // what the selected step does
     QAbstractButton* add_ = nullptr;
     QAbstractButton* remove_ = nullptr;
     QAbstractButton* up_ = nullptr;

@@ -172,6 +172,10 @@ private slots:
     void usingAJobHandsItsStepsOverUnlessAnEntryIsMissing() {
         BatchFixture f("Tidy\tspaces\tDigits\r\nFine\tdigits\ttags\r\n");
         f.chooseNext("BatchJobsCombo");
+        f.clickEntry(1);
+        QCOMPARE(f.child<QLabel>("StepDetail")->text(), QString("'Digits' is not in the library"));
+        f.clickEntry(0);
+        QCOMPARE(f.child<QLabel>("StepDetail")->text(), QString("Find:  {2,}\nReplace with:  "));
         f.click("usebtn");
         QCOMPARE(f.messages.texts(), std::vector<std::string>{"Saved expression 'Digits' does not exist in library"});
         QVERIFY(!f.window->queue());
