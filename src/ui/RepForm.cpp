@@ -27,6 +27,7 @@
 #include "core/SettingsStore.h"
 #include "history/UndoJournal.h"
 #include "results/RtfReader.h"
+#include "ui/BatchFrm.h"
 #include "ui/ColourProgressBar.h"
 #include "ui/CommandButton.h"
 #include "ui/DesktopServices.h"
@@ -163,6 +164,17 @@ void RepForm::buildWidgets() {
     optionsButton_ = button("OptBtn", QStringLiteral("Optio&ns"));
     stopButton_->setEnabled(false);
     stopButton_->setShortcut(QKeySequence(Qt::Key_Escape));
+    // Batch mode: what is queued, and the way back to the typed pair.
+    batchLabel_ = new QLabel(QStringLiteral("Batch Commands Queued"), mid_);
+    batchLabel_->setObjectName(QStringLiteral("BatchLbl"));
+    QFont strong = batchLabel_->font();
+    strong.setBold(true);
+    batchLabel_->setFont(strong);
+    batchLabel_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    batchLabel_->hide();
+    batchCancel_ = makeCommandButton("BatchCancelBtn", QStringLiteral("Cancel &Queue"), mid_);
+    batchCancel_->setToolTip(QStringLiteral("Leave batch mode: runs use the find and replace boxes again"));
+    batchCancel_->hide();
     extractButton_->setToolTip(QStringLiteral("Gather the text of every match (regular expressions only)"));
     progress_ = new ColourProgressBar(mid_);
     versionLabel_ = new QLabel(mid_);
@@ -179,6 +191,8 @@ void RepForm::buildWidgets() {
     for (QAbstractButton* b : {findButton_, replaceButton_, previewButton_, extractButton_, stopButton_})
         buttons->addWidget(b);
     buttons->addSpacing(12);
+    buttons->addWidget(batchLabel_, 2);
+    buttons->addWidget(batchCancel_);
     buttons->addWidget(progress_, 1);
     buttons->addSpacing(12);
     buttons->addWidget(optionsButton_);
@@ -218,6 +232,7 @@ void RepForm::buildWidgets() {
     connect(extractButton_, &QAbstractButton::clicked, this, &RepForm::startExtract);
     connect(stopButton_, &QAbstractButton::clicked, this, &RepForm::stopRun);
     connect(optionsButton_, &QAbstractButton::clicked, this, &RepForm::showOptions);
+    connect(batchCancel_, &QAbstractButton::clicked, this, &RepForm::cancelQueue);
     connect(inputs_->libraryButton(), &QAbstractButton::clicked, this, &RepForm::showLibrary);
     connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, this, &RepForm::focusFindBox);
     // A folder dropped on the window, or on the folder box, is the start folder; a file gives its folder.
@@ -301,6 +316,9 @@ void RepForm::buildMenus() {
     QAction* tester = tools->addAction(QStringLiteral("Regular Expression Tester"));
     tester->setObjectName(QStringLiteral("mRETest"));
     connect(tester, &QAction::triggered, this, &RepForm::showTester);
+    QAction* batch = tools->addAction(QStringLiteral("Batch Commands"));
+    batch->setObjectName(QStringLiteral("mBatch"));
+    connect(batch, &QAction::triggered, this, &RepForm::showBatchJobs);
 
     QMenu* help = menuBar()->addMenu(QStringLiteral("&Help"));
     help->setObjectName(QStringLiteral("mnuHelp"));
@@ -356,11 +374,14 @@ void RepForm::startReplace() { startRun(RunKind::Replace); }
 void RepForm::startExtract() { startRun(RunKind::Extract); }
 void RepForm::stopRun() { runs_->stop(); }
 
-JobSource RepForm::jobSource() const { return requests_->typedPair(); }
+JobSource RepForm::jobSource() const {
+    return inBatchMode() ? JobSource::batchSteps(batchQueue_.steps) : requests_->typedPair();
+}
 
 void RepForm::startRun(RunKind kind) {
     if (isRunning() || undo_->busy()) return;
     RunRequest request = requests_->build(kind, jobSource());
+    batchRun_ = request.batch;
     if (kind == RunKind::Extract && settings_.ClearExtractText) extractWindow()->clearText();
     startRequest(std::move(request));
 }
@@ -463,12 +484,19 @@ void RepForm::onRunFinished(const RunOutcome& outcome) {
     setBusy(false);
     undoAction_->setEnabled(undo_->available());
     removeOldRuns();
+    // The library button comes back after every run that got going, in batch
+    // mode too, while the find and replace boxes stay locked until the queue
+    // is cancelled.
+    if (outcome.result != RunResult::Refused) inputs_->libraryButton()->show();
     inputs_->applyMarkedBox(markedBoxFor(model_->anyChecked()));
     if (outcome.patternError) pointAtPatternError(outcome.patternError->offset(), outcome.patternError->what());
     if (outcome.result == RunResult::Completed) {
         const RunKind kind = display_->kind();
+        // A batch run's texts are the queue's, not the boxes'.
         for (HistoryBox box : {HistoryBox::Find, HistoryBox::Replace, HistoryBox::Folder, HistoryBox::Filter})
-            if (box != HistoryBox::Replace || kind == RunKind::Replace) inputs_->box(box)->rememberText();
+            if ((box != HistoryBox::Replace || kind == RunKind::Replace) &&
+                (!batchRun_ || box == HistoryBox::Folder || box == HistoryBox::Filter))
+                inputs_->box(box)->rememberText();
         if (kind == RunKind::Extract && outcome.totalMatches > 0) showExtractWindow();
         if (previewing_ && !outcome.stopped) openPreview(*previewing_);
         // One file at a time: show the first file's matches straight away.
@@ -613,6 +641,34 @@ void RepForm::showTester() {
     tester_->show();
     tester_->raise();
     tester_->activateWindow();
+}
+
+void RepForm::showBatchJobs() {
+    // Without a message host of the window's own, the batch window's messages sit over it.
+    if (auto queue = openBatchJobs(this, library_, options_.programFolder, options_.messages))
+        queueBatch(std::move(*queue));
+}
+
+bool RepForm::inBatchMode() const { return !batchLabel_->isHidden(); }
+
+void RepForm::queueBatch(BatchQueue queue) {
+    batchQueue_ = std::move(queue);
+    const QString label = QString::fromStdString(batchQueue_.label);
+    batchLabel_->setText(label);
+    batchLabel_->setToolTip(label);
+    inputs_->box(HistoryBox::Find)->setEnabled(false);
+    inputs_->box(HistoryBox::Replace)->setEnabled(false);
+    inputs_->libraryButton()->hide();
+    batchCancel_->show();
+    batchLabel_->show();
+}
+
+void RepForm::cancelQueue() {
+    inputs_->box(HistoryBox::Find)->setEnabled(true);
+    inputs_->box(HistoryBox::Replace)->setEnabled(true);
+    inputs_->libraryButton()->show();
+    batchCancel_->hide();
+    batchLabel_->hide();
 }
 
 void RepForm::showOptions() {

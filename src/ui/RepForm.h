@@ -13,6 +13,7 @@
 #include "core/AppSettings.h"
 #include "core/MessageHost.h"
 #include "core/SearchState.h"
+#include "library/BatchQueue.h"
 #include "library/LibraryState.h"
 #include "results/ResultSort.h"
 #include "search/JobSource.h"
@@ -113,6 +114,10 @@ public slots:
     void showLibrary();
     // Tools > Regular Expression Tester, made on first use.
     void showTester();
+    // Tools > Batch Commands: the batch jobs window; a job used there is queued.
+    void showBatchJobs();
+    // BatchCancelBtn: the typed pair is used again.
+    void cancelQueue();
     // OptBtn and File > Options...
     void showOptions();
     // Ends the program as closing the window does, also while a message box
@@ -144,6 +149,9 @@ private:
     void removeOldRuns();
     // The pair typed in the window (the batch queue's steps while one is queued).
     JobSource jobSource() const;
+    // Batch mode: runs take the queue's steps while BatchLbl is shown.
+    bool inBatchMode() const;
+    void queueBatch(BatchQueue queue);
     void setBusy(bool busy);
     void onRunFinished(const RunOutcome& outcome);
     void showExtractWindow();
@@ -202,6 +210,10 @@ private:
     QAbstractButton* extractButton_ = nullptr;
     QAbstractButton* stopButton_ = nullptr;
     QAbstractButton* optionsButton_ = nullptr;
+    QLabel* batchLabel_ = nullptr;              // BatchLbl
+    QAbstractButton* batchCancel_ = nullptr;    // BatchCancelBtn
+    BatchQueue batchQueue_;
+    bool batchRun_ = false;  // the run going on, or the last one, took the queue's steps
     ColourProgressBar* progress_ = nullptr;
     QLabel* versionLabel_ = nullptr;
     QLabel* logo_ = nullptr;
