@@ -53,7 +53,7 @@ BatchFrm::BatchFrm(LibraryState& state, const std::filesystem::path& programFold
     newJob_ = makeCommandButton("New_btn", QStringLiteral("&New"), this);
     save_ = makeCommandButton("SaveBtn", QStringLiteral("&Save"), this);
     delete_ = makeCommandButton("DelBtn", QStringLiteral("De&lete"), this);
-    use_ = makeCommandButton("usebtn", QStringLiteral("U&se"), this);
+    use_ = makeCommandButton("usebtn", QStringLiteral("Us&e"), this);
     QAbstractButton* close = makeCommandButton("CloseBtn", QStringLiteral("Close"), this);
     add_->setToolTip(QStringLiteral("Add the library entry to the end of the job"));
     newJob_->setToolTip(QStringLiteral("Start a new, empty job"));

@@ -164,18 +164,6 @@ void RepForm::buildWidgets() {
     optionsButton_ = button("OptBtn", QStringLiteral("Optio&ns"));
     stopButton_->setEnabled(false);
     stopButton_->setShortcut(QKeySequence(Qt::Key_Escape));
-    // Batch mode: what is queued, and the way back to the typed pair.
-    batchLabel_ = new QLabel(QStringLiteral("Batch Commands Queued"), mid_);
-    batchLabel_->setObjectName(QStringLiteral("BatchLbl"));
-    QFont strong = batchLabel_->font();
-    strong.setBold(true);
-    batchLabel_->setFont(strong);
-    batchLabel_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    batchLabel_->hide();
-    batchCancel_ = makeCommandButton("BatchCancelBtn", QStringLiteral("Cancel &Queue"), mid_);
-    batchCancel_->setToolTip(QStringLiteral("Leave batch mode: runs use the find and replace boxes again"));
-    batchCancel_->hide();
-    extractButton_->setToolTip(QStringLiteral("Gather the text of every match (regular expressions only)"));
     progress_ = new ColourProgressBar(mid_);
     versionLabel_ = new QLabel(mid_);
     versionLabel_->setObjectName(QStringLiteral("VLabel"));
@@ -191,8 +179,6 @@ void RepForm::buildWidgets() {
     for (QAbstractButton* b : {findButton_, replaceButton_, previewButton_, extractButton_, stopButton_})
         buttons->addWidget(b);
     buttons->addSpacing(12);
-    buttons->addWidget(batchLabel_, 2);
-    buttons->addWidget(batchCancel_);
     buttons->addWidget(progress_, 1);
     buttons->addSpacing(12);
     buttons->addWidget(optionsButton_);
@@ -205,8 +191,31 @@ void RepForm::buildWidgets() {
     view_ = new ResultsView(lower_);
     model_ = new ResultsModel(this);
     view_->setModel(model_);
+    // Batch mode: a bar above the list says what is queued and leads back to the typed pair.
+    batchBar_ = new QWidget(lower_);
+    batchBar_->setObjectName(QStringLiteral("BatchBar"));
+    batchBar_->setAutoFillBackground(true);
+    batchBar_->setBackgroundRole(QPalette::AlternateBase);
+    batchLabel_ = new QLabel(QStringLiteral("Batch Commands Queued"), batchBar_);
+    batchLabel_->setObjectName(QStringLiteral("BatchLbl"));
+    QFont strong = batchLabel_->font();
+    strong.setBold(true);
+    batchLabel_->setFont(strong);
+    batchLabel_->setTextFormat(Qt::PlainText);
+    batchLabel_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    batchCancel_ = makeCommandButton("BatchCancelBtn", QStringLiteral("Cancel &Queue"), batchBar_);
+    batchCancel_->setToolTip(QStringLiteral("Leave batch mode: runs use the find and replace boxes again"));
+    auto* batchRow = new QHBoxLayout(batchBar_);
+    batchRow->setContentsMargins(8, 2, 4, 2);
+    batchRow->addWidget(batchLabel_, 1);
+    batchRow->addWidget(batchCancel_);
+    batchBar_->hide();
+    batchLabel_->hide();
+    batchCancel_->hide();
     auto* list = new QVBoxLayout(lower_);
     list->setContentsMargins(4, 0, 4, 0);
+    list->setSpacing(2);
+    list->addWidget(batchBar_);
     list->addWidget(view_);
 
     dragLine_ = new DragLine(central);
@@ -661,6 +670,7 @@ void RepForm::queueBatch(BatchQueue queue) {
     inputs_->libraryButton()->hide();
     batchCancel_->show();
     batchLabel_->show();
+    batchBar_->show();
 }
 
 void RepForm::cancelQueue() {
@@ -669,6 +679,7 @@ void RepForm::cancelQueue() {
     inputs_->libraryButton()->show();
     batchCancel_->hide();
     batchLabel_->hide();
+    batchBar_->hide();
 }
 
 void RepForm::showOptions() {

@@ -210,6 +210,7 @@ private:
     QAbstractButton* extractButton_ = nullptr;
     QAbstractButton* stopButton_ = nullptr;
     QAbstractButton* optionsButton_ = nullptr;
+    QWidget* batchBar_ = nullptr;               // holds the two below
     QLabel* batchLabel_ = nullptr;              // BatchLbl
     QAbstractButton* batchCancel_ = nullptr;    // BatchCancelBtn
     BatchQueue batchQueue_;
