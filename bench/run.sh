@@ -3,47 +3,14 @@
 # on one corpus, in one go: median times, ratios to each peer, and a check
 # that the match counts agree.
 #
-# Environment: BUILD_DIR (default build), CORPUS (default bench/corpus),
-# RUNS (default 3), FILES (default 30000), BIG_MB (default 1024), THREADS.
-set -euo pipefail
-
-here=$(cd "$(dirname "$0")" && pwd)
-root=$(dirname "$here")
-build=${BUILD_DIR:-$root/build}
-corpus=${CORPUS:-$here/corpus}
-runs=${RUNS:-3}
-cli="$build/vantorel-cli"
-threads=${THREADS:+-j $THREADS}
-
+# Environment: see common.sh.
 for tool in rg grep sed xargs /usr/bin/time; do
   command -v "$tool" >/dev/null || { echo "bench: $tool is missing (make bench installs it)" >&2; exit 2; }
 done
-[ -x "$cli" ] || { echo "bench: build first (make)" >&2; exit 2; }
-if [ ! -d "$corpus/tree" ]; then
-  echo "Writing the corpus to $corpus ..."
-  "$build/bench/vantorel-make-corpus" "$corpus" "${FILES:-30000}" "${BIG_MB:-1024}"
-fi
+source "$(dirname "$0")/common.sh"
 # Warm the page cache so that every tool reads from memory.
 cat "$corpus"/big/* > /dev/null 2>&1 || true
 find "$corpus/tree" -type f -exec cat {} + > /dev/null
-
-now() { date +%s%N; }
-# Output goes to a file, not /dev/null: GNU grep stops at its first match
-# when it sees that its output is thrown away.
-sink=$(mktemp "${TMPDIR:-/tmp}/vantorel-bench-out-XXXXXX")
-trap 'rm -f "$sink"' EXIT
-
-# median_time CMD... : runs the command RUNS times, prints the median in seconds.
-median_time() {
-  local times=() start end
-  for ((i = 0; i < runs; i++)); do
-    start=$(now); "$@" > "$sink" 2>&1 || true; end=$(now)
-    times+=($(( (end - start) / 1000000 )))
-  done
-  printf '%s\n' "${times[@]}" | sort -n | awk '{a[NR]=$1} END {printf "%.3f", a[int((NR+1)/2)]/1000}'
-}
-
-ratio() { awk -v a="$1" -v b="$2" 'BEGIN { if (b > 0) printf "%.2fx", a / b; else print "-" }'; }
 
 vantorel_count() { { "$cli" -q $threads "$@" 2>&1 || true; } | sed -n 's/.* \([0-9][0-9]*\) occurences \(found\|changed\) in .*/\1/p' | head -1; }
 rg_count() { { rg --count-matches -uuu "$@" || true; } | awk -F: '{ s += $NF } END { print s + 0 }'; }
@@ -89,15 +56,11 @@ printf '%-26s %9s %9s %9s %9s   %-8s %-8s %-8s %s\n' "extract" "$tv" "$tr" "$tg"
 # Replace, each run on a fresh copy; the copy is not timed.
 work=$(mktemp -d "${TMPDIR:-/tmp}/vantorel-bench-XXXXXX")
 trap 'rm -rf "$work" "$sink"' EXIT
+fresh_copy() { rm -rf "$copy"; cp -a "$corpus" "$copy"; sync; }
 time_on_copy() {
-  local dest=$1; shift
-  local times=() start end
-  for ((i = 0; i < runs; i++)); do
-    rm -rf "$dest"; cp -a "$corpus" "$dest"; sync
-    start=$(now); "$@" > "$sink" 2>&1 || true; end=$(now)
-    times+=($(( (end - start) / 1000000 )))
-  done
-  printf '%s\n' "${times[@]}" | sort -n | awk '{a[NR]=$1} END {printf "%.3f", a[int((NR+1)/2)]/1000}'
+  copy=$1; shift
+  prepare=fresh_copy
+  median_time "$@"
 }
 tv=$(time_on_copy "$work/v" "$cli" -q $threads -y -d "$work/v" replace ERROR FAULT)
 ts=$(time_on_copy "$work/s" sh -c "grep -rlZ ERROR '$work/s' | xargs -0 sed -i 's/ERROR/FAULT/g'")

@@ -3,13 +3,7 @@
 # each shown alone and driven as a user would. Needs: xvfb imagemagick
 # xdotool (apt-get install them).
 # Usage: docs/screenshots/take-tools.sh [BUILD_DIR]   (from the repository's root)
-set -euo pipefail
-build=${1:-build}
-out=$(cd "$(dirname "$0")" && pwd)
-root=$(cd "$out/../.." && pwd)
-if [ -z "${DISPLAY:-}" ]; then
-  exec xvfb-run -a -s '-screen 0 1280x900x24' "$0" "$@"
-fi
+source "$(dirname "$0")/setup.sh"
 cmake --build "$root/$build" --target vantorel-tool-window > /dev/null
 show="$root/$build/docs/screenshots/vantorel-tool-window"
 work=$(mktemp -d)

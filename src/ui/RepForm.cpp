@@ -209,9 +209,7 @@ void RepForm::buildWidgets() {
     batchRow->setContentsMargins(8, 2, 4, 2);
     batchRow->addWidget(batchLabel_, 1);
     batchRow->addWidget(batchCancel_);
-    batchBar_->hide();
-    batchLabel_->hide();
-    batchCancel_->hide();
+    showBatchMode(false);
     auto* list = new QVBoxLayout(lower_);
     list->setContentsMargins(4, 0, 4, 0);
     list->setSpacing(2);
@@ -665,21 +663,16 @@ void RepForm::queueBatch(BatchQueue queue) {
     const QString label = QString::fromStdString(batchQueue_.label);
     batchLabel_->setText(label);
     batchLabel_->setToolTip(label);
-    inputs_->box(HistoryBox::Find)->setEnabled(false);
-    inputs_->box(HistoryBox::Replace)->setEnabled(false);
-    inputs_->libraryButton()->hide();
-    batchCancel_->show();
-    batchLabel_->show();
-    batchBar_->show();
+    showBatchMode(true);
 }
 
-void RepForm::cancelQueue() {
-    inputs_->box(HistoryBox::Find)->setEnabled(true);
-    inputs_->box(HistoryBox::Replace)->setEnabled(true);
-    inputs_->libraryButton()->show();
-    batchCancel_->hide();
-    batchLabel_->hide();
-    batchBar_->hide();
+void RepForm::cancelQueue() { showBatchMode(false); }
+
+void RepForm::showBatchMode(bool on) {
+    inputs_->box(HistoryBox::Find)->setEnabled(!on);
+    inputs_->box(HistoryBox::Replace)->setEnabled(!on);
+    inputs_->libraryButton()->setHidden(on);
+    for (QWidget* shown : std::initializer_list<QWidget*>{batchCancel_, batchLabel_, batchBar_}) shown->setVisible(on);
 }
 
 void RepForm::showOptions() {

@@ -152,6 +152,8 @@ private:
     // Batch mode: runs take the queue's steps while BatchLbl is shown.
     bool inBatchMode() const;
     void queueBatch(BatchQueue queue);
+    // Locks or frees the find and replace boxes and shows or hides the batch bar.
+    void showBatchMode(bool on);
     void setBusy(bool busy);
     void onRunFinished(const RunOutcome& outcome);
     void showExtractWindow();

@@ -27,20 +27,12 @@ struct BatchFixture {
         window = std::make_unique<ui::BatchFrm>(state, folder.path().toStdString(), &messages);
     }
     void write(const char* name, const QByteArray& bytes) const {
-        QFile out(folder.filePath(QString::fromLatin1(name)));
-        out.open(QIODevice::WriteOnly);
-        out.write(bytes);
+        writeBytes(folder.filePath(QString::fromLatin1(name)), bytes);
     }
-    QByteArray jobsFile() const {
-        QFile in(folder.filePath(QStringLiteral("BatchJobs.txt")));
-        in.open(QIODevice::ReadOnly);
-        return in.readAll();
-    }
+    QByteArray jobsFile() const { return fileBytes(folder.filePath(QStringLiteral("BatchJobs.txt"))); }
     template <class T = QWidget>
     T* child(const char* name) const {
-        T* found = window->findChild<T*>(QString::fromLatin1(name));
-        if (!found) qFatal("no child named %s", name);
-        return found;
+        return namedChild<T>(window.get(), name);
     }
     QComboBox* combo(const char* name) const { return child<QComboBox>(name); }
     QListWidget* list() const { return child<QListWidget>("RegExList"); }

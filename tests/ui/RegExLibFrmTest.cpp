@@ -18,23 +18,13 @@ struct LibraryFixture {
     std::unique_ptr<ui::RegExLibFrm> window;
 
     explicit LibraryFixture(const QByteArray& file = {}) {
-        if (!file.isEmpty()) {
-            QFile out(folder.filePath(QStringLiteral("RegEx.txt")));
-            out.open(QIODevice::WriteOnly);
-            out.write(file);
-        }
+        if (!file.isEmpty()) writeBytes(folder.filePath(QStringLiteral("RegEx.txt")), file);
         window = std::make_unique<ui::RegExLibFrm>(state, folder.path().toStdString(), &messages);
     }
-    QByteArray file() const {
-        QFile in(folder.filePath(QStringLiteral("RegEx.txt")));
-        in.open(QIODevice::ReadOnly);
-        return in.readAll();
-    }
+    QByteArray file() const { return fileBytes(folder.filePath(QStringLiteral("RegEx.txt"))); }
     template <class T = QWidget>
     T* child(const char* name) const {
-        T* found = window->findChild<T*>(QString::fromLatin1(name));
-        if (!found) qFatal("no child named %s", name);
-        return found;
+        return namedChild<T>(window.get(), name);
     }
     QListWidget* list() const { return child<QListWidget>("RegExList"); }
     QString text(const char* box) const { return child<QLineEdit>(box)->text(); }

@@ -27,9 +27,7 @@ struct TesterFixture {
 
     template <class T = QWidget>
     T* child(const char* name) const {
-        T* found = window.findChild<T*>(QString::fromLatin1(name));
-        if (!found) qFatal("no child named %s", name);
-        return found;
+        return namedChild<T>(&window, name);
     }
     QString text(const char* name) const {
         if (auto* edit = window.findChild<QPlainTextEdit*>(name)) return edit->toPlainText();
@@ -186,10 +184,7 @@ private slots:
 
     void theLibraryHandsItsChoiceToTheTester() {
         TesterFixture f;
-        QFile file(f.folder.filePath("RegEx.txt"));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("digits\t\\d+\t#\r\n");
-        file.close();
+        QVERIFY(writeBytes(f.folder.filePath("RegEx.txt"), "digits\t\\d+\t#\r\n"));
         f.type("FText", "mine");
         f.type("RText", "keep");
         whenModal([](QWidget* modal) {

@@ -46,10 +46,7 @@ private slots:
 
     void theLibraryTakesTheBoxesTextsAndHandsItsChoiceBack() {
         QTemporaryDir program;
-        QFile library(program.filePath("RegEx.txt"));
-        QVERIFY(library.open(QIODevice::WriteOnly));
-        library.write("Digits\t\\d+\t#\r\nWords\t\\w+\t\r\n");
-        library.close();
+        QVERIFY(writeBytes(program.filePath("RegEx.txt"), "Digits\t\\d+\t#\r\nWords\t\\w+\t\r\n"));
         FormFixture f;
         f.programFolder = program.path().toStdString();
         f.restart();

@@ -7,6 +7,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
+#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMimeData>
@@ -104,6 +105,24 @@ public:
     }
 };
 
+// The child named `name` of a window; the test ends at once when there is none.
+template <class T = QWidget>
+T* namedChild(const QObject* window, const char* name) {
+    T* found = window->findChild<T*>(QString::fromLatin1(name));
+    if (!found) qFatal("no child named %s", name);
+    return found;
+}
+
+// A file written whole, and a file's bytes (empty when it cannot be read).
+inline bool writeBytes(const QString& path, const QByteArray& bytes) {
+    QFile out(path);
+    return out.open(QIODevice::WriteOnly) && out.write(bytes) == bytes.size();
+}
+inline QByteArray fileBytes(const QString& path) {
+    QFile in(path);
+    return in.open(QIODevice::ReadOnly) ? in.readAll() : QByteArray();
+}
+
 // A window on its own settings file, with recording doubles.
 struct FormFixture {
     QTemporaryDir config;
@@ -134,9 +153,7 @@ struct FormFixture {
 
     template <class T = QWidget>
     T* child(const char* name) const {
-        T* found = form->findChild<T*>(QString::fromLatin1(name));
-        if (!found) qFatal("no child named %s", name);
-        return found;
+        return namedChild<T>(form.get(), name);
     }
     ui::HistoryCombo* combo(const char* name) const { return child<ui::HistoryCombo>(name); }
     QAbstractButton* button(const char* name) const { return child<QAbstractButton>(name); }

@@ -21,9 +21,7 @@ class frmOptionsTest : public QObject {
         Dialog() { form = std::make_unique<ui::frmOptions>(settings, messages); }
         template <class T = QWidget>
         T* child(const char* name) const {
-            T* found = form->findChild<T*>(QString::fromLatin1(name));
-            if (!found) qFatal("no child named %s", name);
-            return found;
+            return namedChild<T>(form.get(), name);
         }
         QLineEdit* edit(const char* name) const { return child<QLineEdit>(name); }
         QAbstractButton* button(const char* name) const { return child<QAbstractButton>(name); }
