@@ -259,7 +259,9 @@ ParseResult parseCommandLine(const std::vector<std::string>& arguments) {
     if ((options.dryRun || !options.record) && (options.command != CliCommand::Run || options.kind != RunKind::Replace))
         return {std::nullopt,
                 std::string(options.dryRun ? "--dry-run and --diff go" : "--no-undo goes") + " with replace"};
-    if (saved && options.command == CliCommand::Run) needed = 1;  // the saved work gives FIND and REPLACEMENT
+    if (saved && options.command != CliCommand::Run)
+        return {std::nullopt, "--job and --entry go with find, replace or extract, not " + command};
+    if (saved) needed = 1;  // the saved work gives FIND and REPLACEMENT
     if (positional.size() < needed)
         return {std::nullopt, command + (needed == 3 ? " needs FIND and REPLACEMENT" : " needs FIND")};
     if (positional.size() > needed)

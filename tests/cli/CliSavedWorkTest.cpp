@@ -80,6 +80,8 @@ TEST_F(CliSavedWorkTest, ARefusedJobTouchesNothing) {
          "<[^>]+>\n\nYou have chosen to replace this with nothing. Sure? no (no terminal to ask; --yes answers "
          "Yes)\n"},
         {{"--entry", "British", "find"}, "Saved expression 'British' does not exist in library\n"},
+        {{"--job", "tidy", "jobs"},
+         "vantorel-cli: --job and --entry go with find, replace or extract, not jobs\nTry 'vantorel-cli --help'.\n"},
         {{"--job", "tidy", "find", "cat"},
          "vantorel-cli: unexpected argument 'cat' (--job and --entry take the place of FIND and REPLACEMENT)\n"
          "Try 'vantorel-cli --help'.\n"},
