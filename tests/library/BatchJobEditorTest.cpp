@@ -27,35 +27,6 @@ protected:
     BatchJobEditor editor{BatchJobFile(tree.root()), LibraryFile(tree.root()), messages, state};
 };
 
-TEST_F(BatchJobEditorTest, ButtonsFollowTheEntriesTheirSelectionAndTheJob) {
-    open("Tidy\ttags\tspaces\r\n");
-    const auto buttons = [](bool entries, bool up, bool down, bool remove, bool del) {
-        return BatchButtons{entries, entries, entries, up, down, remove, true, del};
-    };
-    EXPECT_EQ(editor.buttons(), buttons(false, false, false, false, false));
-    editor.selectJob(0);
-    EXPECT_EQ(editor.buttons(), buttons(true, false, false, false, true));
-    editor.addEntry("digits");
-    const struct {
-        std::optional<std::size_t> selected;
-        BatchButtons expected;
-    } cases[] = {
-        {0, buttons(true, false, true, true, true)},
-        {1, buttons(true, true, true, true, true)},
-        {2, buttons(true, true, false, true, true)},
-        {std::nullopt, buttons(true, false, false, false, true)},
-    };
-    for (const auto& c : cases) {
-        editor.selectEntry(c.selected);
-        EXPECT_EQ(editor.buttons(), c.expected) << c.selected.value_or(99);
-    }
-    tree.write("RegEx.txt", "");
-    state.changed = true;
-    editor.activate();
-    EXPECT_FALSE(editor.buttons().addEntry);
-    EXPECT_FALSE(editor.buttons().deleteJob);  // no job is current after a start
-}
-
 TEST_F(BatchJobEditorTest, TheFirstJobSavedIsListedButNotSelectedLaterOnesAre) {
     editor.start();
     editor.addEntry("tags");

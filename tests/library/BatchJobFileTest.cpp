@@ -29,12 +29,5 @@ TEST(BatchJobFileTest, LinesEmptyOnceTrimmedAreSkippedAndTheNameEndsAtTheFirstTa
     }
 }
 
-TEST(BatchJobFileTest, AJobIsFoundByItsNameWithoutRegardToCaseFirstInFileOrder) {
-    const std::vector<std::string> lines = {"Tidy\ta", "tidy\tb", "\xC3\x84rger\tc"};
-    EXPECT_EQ(findJob(lines, "TIDY"), (BatchJob{"Tidy", {"a"}}));
-    EXPECT_EQ(findJob(lines, "\xC3\xA4RGER"), (BatchJob{"\xC3\x84rger", {"c"}}));
-    EXPECT_EQ(findJob(lines, "tid"), std::nullopt);
-}
-
 }  // namespace
 }  // namespace vantorel
