@@ -58,16 +58,18 @@ bool dataFolderExists(const CliOptions& options) {
 
 int listSavedWork(const CliOptions& options) {
     if (!dataFolderExists(options)) return 2;
+    // Records are written whole: a field may hold any character, NUL included.
+    auto print = [](const std::string& record) { std::fwrite(record.data(), 1, record.size(), stdout); };
     if (options.command == CliCommand::ListLibrary) {
         const auto library = readLibrary(options);
         if (!library) return 2;
         for (const LibraryEntry& entry : *library)
-            std::printf("%s\t%s\t%s\n", entry.name.c_str(), entry.pattern.c_str(), entry.replacement.c_str());
+            print(entry.name + '\t' + entry.pattern + '\t' + entry.replacement + '\n');
         return 0;
     }
     const auto lines = readJobLines(options);
     if (!lines) return 2;
-    for (const std::string& line : *lines) std::printf("%s\n", jobRecord(parseJob(line)).c_str());
+    for (const std::string& line : *lines) print(jobRecord(parseJob(line)) + '\n');
     return 0;
 }
 
