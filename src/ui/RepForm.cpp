@@ -27,6 +27,7 @@
 #include "core/SettingsStore.h"
 #include "history/UndoJournal.h"
 #include "results/RtfReader.h"
+#include "search/PatternConstruction.h"
 #include "ui/BatchFrm.h"
 #include "ui/ColourProgressBar.h"
 #include "ui/CommandButton.h"
@@ -164,6 +165,7 @@ void RepForm::buildWidgets() {
     optionsButton_ = button("OptBtn", QStringLiteral("Optio&ns"));
     stopButton_->setEnabled(false);
     stopButton_->setShortcut(QKeySequence(Qt::Key_Escape));
+    extractButton_->setToolTip(QStringLiteral("Gather the text of every match (regular expressions only)"));
     progress_ = new ColourProgressBar(mid_);
     versionLabel_ = new QLabel(mid_);
     versionLabel_->setObjectName(QStringLiteral("VLabel"));
@@ -496,7 +498,14 @@ void RepForm::onRunFinished(const RunOutcome& outcome) {
     // is cancelled.
     if (outcome.result != RunResult::Refused) inputs_->libraryButton()->show();
     inputs_->applyMarkedBox(markedBoxFor(model_->anyChecked()));
-    if (outcome.patternError) pointAtPatternError(outcome.patternError->offset(), outcome.patternError->what());
+    if (outcome.patternError && batchRun_)  // a step of the queue, not the find box
+        statusPanel_->setText(QStringLiteral("Step %1: %2")
+                                  .arg(outcome.invalidJob + 1)
+                                  .arg(QString::fromStdString(describePatternError(
+                                      *outcome.patternError,
+                                      inputs_->option(OptionBox::RegularExpression)->isChecked()))));
+    else if (outcome.patternError)
+        pointAtPatternError(outcome.patternError->offset(), outcome.patternError->what());
     if (outcome.result == RunResult::Completed) {
         const RunKind kind = display_->kind();
         // A batch run's texts are the queue's, not the boxes'.

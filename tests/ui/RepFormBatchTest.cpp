@@ -17,7 +17,7 @@ struct BatchFormFixture : FormFixture {
 
     explicit BatchFormFixture(const std::string& jobs) {
         tree.write("program/RegEx.txt",
-                   "tags\t<[^>]+>\t\r\nspaces\t {2,}\t \r\nbritish\tcolour\tcolor\r\nshout\tred\tRED\r\n");
+                   "tags\t<[^>]+>\t\r\nspaces\t {2,}\t \r\nbritish\tcolour\tcolor\r\nshout\tred\tRED\r\nbad\t(open\t\r\n");
         tree.write("program/BatchJobs.txt", jobs);
         tree.write("site/a.html", "<p>The  colour   is <b>red</b></p>\n");
         tree.write("site/b.html", "<i>colour</i>\n");
@@ -94,13 +94,23 @@ private slots:
         QCOMPARE(f.form->previewPattern(), std::string("colou?r"));
     }
 
-    void aJobWithAMissingEntryIsNotQueued() {
-        BatchFormFixture f("Broken\tspaces\tTags\r\n");
+    void aJobWithAMissingEntryIsNotQueuedNorOneWithAnInvalidStepRun() {
+        BatchFormFixture f("Broken\tspaces\tTags\r\nInvalid\tspaces\tbad\r\n");
         f.useJob(0);
         QCOMPARE(f.messages.texts(), std::vector<std::string>{"Saved expression 'Tags' does not exist in library"});
         f.expectBatchMode(false, true);
         QVERIFY(f.runBy("FindBtn"));  // the typed pair
         QCOMPARE(f.status(), QString("2 files processed, 0 occurences found in 0 file(s)"));
+
+        // Every step is checked before any file is touched; the status says which one failed.
+        f.useJob(1);
+        f.messages.messages.clear();
+        QVERIFY(f.runBy("RepBtn"));
+        QCOMPARE(f.messages.texts(), std::vector<std::string>{"Regular Expression is invalid - please check syntax."});
+        QCOMPARE(f.status(), QString("Step 2: At character 1: Missing ')' to close this group"));
+        QVERIFY(f.messages.questions.empty());
+        QCOMPARE(f.tree.read("site/a.html"), std::string("<p>The  colour   is <b>red</b></p>\n"));
+        f.expectBatchMode(true, false);  // a refused run leaves the library button hidden
     }
 };
 
