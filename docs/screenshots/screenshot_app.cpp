@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QStyleFactory>
 
+#include "ui/ReadableIndicatorStyle.h"
 #include "ui/RepForm.h"
 #include "ui/TerminationSignals.h"
 
@@ -38,7 +39,7 @@ QPalette darkPalette() {
 
 int main(int argc, char** argv) {
     QApplication app(argc, argv);
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setStyle(new vantorel::ui::ReadableIndicatorStyle(QStyleFactory::create(QStringLiteral("Fusion"))));
     QStringList arguments = app.arguments().mid(1);
     if (arguments.removeAll(QStringLiteral("--dark")) > 0) QApplication::setPalette(darkPalette());
     vantorel::ui::RepForm window;

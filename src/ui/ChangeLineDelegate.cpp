@@ -4,6 +4,7 @@
 #include <QPainter>
 
 #include "results/ChangeListing.h"
+#include "ui/ColourValues.h"
 #include "ui/FileChangesModel.h"
 
 namespace vantorel::ui {
@@ -54,22 +55,25 @@ void ChangeLineDelegate::paint(QPainter* painter, const QStyleOptionViewItem& op
     painter->setFont(font);
     const QFontMetrics metrics(font);
     const int charWidth = metrics.horizontalAdvance(QLatin1Char('M'));
-    QColor page(0xff, 0xff, 0xff), mark;
+    // Tints of the page, so that the lines read on a light or a dark palette.
+    const QColor base = option.palette.color(QPalette::Base), text = option.palette.color(QPalette::Text);
+    const QColor red(0xff, 0x30, 0x30), green(0x20, 0xc0, 0x20), blue(0x33, 0x66, 0xcc);
+    QColor page = base, mark;
     switch (row->kind) {
-        case ChangeRow::Kind::Hunk: page = QColor(0xdd, 0xee, 0xff); break;
-        case ChangeRow::Kind::Removed: page = QColor(0xff, 0xe8, 0xe8), mark = QColor(0xf5, 0xa8, 0xa8); break;
-        case ChangeRow::Kind::Added: page = QColor(0xe4, 0xfa, 0xe4), mark = QColor(0x9c, 0xe6, 0x9c); break;
+        case ChangeRow::Kind::Hunk: page = mix(base, blue, 0.16); break;
+        case ChangeRow::Kind::Removed: page = mix(base, red, 0.1), mark = mix(base, red, 0.35); break;
+        case ChangeRow::Kind::Added: page = mix(base, green, 0.12), mark = mix(base, green, 0.4); break;
         case ChangeRow::Kind::Context: break;
     }
     QRect rect = option.rect;
     painter->fillRect(rect, page);
     if (option.state & QStyle::State_Selected)
-        painter->fillRect(rect.left(), rect.top(), 3, rect.height(), QColor(0x33, 0x66, 0xcc));
-    painter->setPen(QColor(0x60, 0x60, 0x60));
+        painter->fillRect(rect.left(), rect.top(), 3, rect.height(), blue);
+    painter->setPen(mix(text, page, 0.4));
     const int baseline = rect.top() + 1 + metrics.ascent();
     int x = rect.left() + 4;
     if (row->kind == ChangeRow::Kind::Hunk) {
-        painter->setPen(QColor(0x20, 0x40, 0x90));
+        painter->setPen(readableOn(toBgr(QColor(0x20, 0x40, 0x90)), page));
         painter->drawText(x, baseline, QString::fromStdString(row->text));
         painter->restore();
         return;
@@ -81,7 +85,7 @@ void ChangeLineDelegate::paint(QPainter* painter, const QStyleOptionViewItem& op
     };
     number(row->oldLine);
     number(row->newLine);
-    painter->setPen(QColor(0x20, 0x20, 0x20));
+    painter->setPen(text);
     const char* sign = row->kind == ChangeRow::Kind::Removed ? "-" : row->kind == ChangeRow::Kind::Added ? "+" : " ";
     painter->drawText(x, baseline, QLatin1String(sign));
     x += charWidth * 2;

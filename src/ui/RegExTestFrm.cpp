@@ -39,6 +39,7 @@ constexpr std::size_t kShownGroupBytes = 400;
 const QColor kMarkEven(255, 236, 139);
 const QColor kMarkOdd(190, 225, 255);
 const QColor kMarkChosen(255, 165, 80);
+const QColor kMarkText(0, 0, 0);
 
 QString elapsedText(std::chrono::nanoseconds elapsed) {
     const double ms = static_cast<double>(elapsed.count()) / 1e6;
@@ -327,6 +328,7 @@ void RegExTestFrm::markMatches() {
             mark.cursor.setPosition(static_cast<int>(std::min(span.position + span.length, last)),
                                     QTextCursor::KeepAnchor);
             mark.format.setBackground(static_cast<int>(i) == selected_ ? kMarkChosen : i % 2 ? kMarkOdd : kMarkEven);
+            mark.format.setForeground(kMarkText);  // the marks are light in a dark palette too
             marks.push_back(mark);
         }
     }

@@ -6,11 +6,13 @@
 
 #include "search/EngineSelfTest.h"
 #include "ui/GuiMessageHost.h"
+#include "ui/ReadableIndicatorStyle.h"
 #include "ui/RepForm.h"
 #include "ui/TerminationSignals.h"
 
 int main(int argc, char** argv) {
     QApplication app(argc, argv);  // takes out the arguments meant for Qt
+    QApplication::setStyle(new vantorel::ui::ReadableIndicatorStyle);  // the desktop's, marks readable
     QApplication::setApplicationName(QStringLiteral("Vantorel"));
     QApplication::setApplicationVersion(QStringLiteral(VANTOREL_VERSION));
     // The desktop matches the window to its menu entry and icon by this name.
