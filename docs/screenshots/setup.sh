@@ -1,6 +1,8 @@
 # Sourced by the screenshot scripts: strict mode, the build folder (the
 # script's first argument, default "build"), this folder ($out) and the
-# repository's root ($root), and a virtual screen when there is no display.
+# repository's root ($root), and a virtual screen when there is no display;
+# then a temporary folder ($work, removed at the end) holding the settings,
+# and the program that shows one tool window alone ($show).
 set -euo pipefail
 build=${1:-build}
 out=$(cd "$(dirname "$0")" && pwd)
@@ -8,3 +10,7 @@ root=$(cd "$out/../.." && pwd)
 if [ -z "${DISPLAY:-}" ]; then
   exec xvfb-run -a -s '-screen 0 1280x900x24' "$0" "$@"
 fi
+work=$(mktemp -d)
+export VANTOREL_CONFIG_HOME="$work/config"
+trap 'rm -rf "$work"' EXIT
+show="$root/$build/docs/screenshots/vantorel-tool-window"

@@ -4,9 +4,6 @@
 # xdotool libreoffice-writer-nogui poppler-utils (apt-get install them).
 # Usage: docs/screenshots/take-extract.sh [BUILD_DIR]   (from the repository's root)
 source "$(dirname "$0")/setup.sh"
-export VANTOREL_CONFIG_HOME=$(mktemp -d)
-work=$(mktemp -d)
-trap 'rm -rf "$VANTOREL_CONFIG_HOME" "$work"' EXIT
 
 "$root/$build/vantorel" "$root/sample" &
 app=$!

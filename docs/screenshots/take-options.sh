@@ -5,8 +5,6 @@
 # Usage: docs/screenshots/take-options.sh [BUILD_DIR]   (from the repository's root)
 source "$(dirname "$0")/setup.sh"
 cmake --build "$root/$build" --target screenshot_app >/dev/null
-export VANTOREL_CONFIG_HOME=$(mktemp -d)
-trap 'rm -rf "$VANTOREL_CONFIG_HOME"' EXIT
 
 shoot() {  # shoot NAME [--dark]
   "$root/$build/docs/screenshots/screenshot_app" "${@:2}" "$root/sample" &

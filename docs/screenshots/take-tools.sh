@@ -5,10 +5,6 @@
 # Usage: docs/screenshots/take-tools.sh [BUILD_DIR]   (from the repository's root)
 source "$(dirname "$0")/setup.sh"
 cmake --build "$root/$build" --target vantorel-tool-window > /dev/null
-show="$root/$build/docs/screenshots/vantorel-tool-window"
-work=$(mktemp -d)
-export VANTOREL_CONFIG_HOME="$work/config"
-trap 'rm -rf "$work"' EXIT
 
 printf '%s\r\n' \
   $'Digits\t\\d+\t' \

@@ -6,9 +6,6 @@
 # imagemagick xdotool (apt-get install them).
 # Usage: docs/screenshots/take-undo.sh [BUILD_DIR]   (from the repository's root)
 source "$(dirname "$0")/setup.sh"
-work=$(mktemp -d)
-export VANTOREL_CONFIG_HOME="$work/config"
-trap 'rm -rf "$work"' EXIT
 cp -a /usr/include "$work/include"
 shot() { sleep "$2"; import -window root -crop 900x700+0+0 "$out/$1.png"; }
 

@@ -7,8 +7,6 @@
 # Usage: docs/screenshots/take.sh [BUILD_DIR]   (from the repository's root)
 source "$(dirname "$0")/setup.sh"
 cmake --build "$root/$build" --target screenshot_app >/dev/null
-export VANTOREL_CONFIG_HOME=$(mktemp -d)
-trap 'rm -rf "$VANTOREL_CONFIG_HOME"' EXIT
 shot() { sleep "$2"; import -window root -crop "${3:-900x700+0+0}" "$out/$1.png"; }
 
 "$root/$build/vantorel" "$root/sample" &
