@@ -16,7 +16,7 @@ xdotool type --delay 20 '[\w.]+@[\w.]+|\d+\.\d\d EUR'
 xdotool mousemove 300 120 click 1         # the file filter
 xdotool key ctrl+a
 xdotool type --delay 20 '*'
-xdotool mousemove 220 152 click 1         # Extract
+xdotool mousemove 305 152 click 1         # Extract
 sleep 2
 import -window root "$out/extract-window.png"
 
@@ -33,6 +33,7 @@ xdotool type --delay 10 "$work/details.rtf"
 xdotool key Return
 sleep 1
 kill $app
+command -v soffice > /dev/null || { echo "soffice is missing: the exported details are not shown" >&2; exit 0; }
 (cd "$work" && soffice --headless --convert-to pdf details.rtf > /dev/null 2>&1)
 pdftoppm -png -r 80 -f 1 -l 1 "$work/details.pdf" "$work/page"
 convert "$work"/page*.png -crop 680x440+0+0 "$out/exported-details-rtf.png"

@@ -33,9 +33,10 @@ void PreviewPane::setPreviewFont(const QString& family, int pointSize) {
 
 QColor PreviewPane::shownColour(std::uint32_t colour) const {
     // Black is the page's own text colour; the others keep their hue, made
-    // readable on the page (a dark desktop gives a dark page).
-    if (colour == kBlack) return palette().color(QPalette::Text);
-    return readableOn(colour, palette().color(QPalette::Base));
+    // readable on the page (a dark desktop gives a dark page). The active
+    // colours, also while a run has the pane disabled: the text stays.
+    if (colour == kBlack) return palette().color(QPalette::Active, QPalette::Text);
+    return readableOn(colour, palette().color(QPalette::Active, QPalette::Base));
 }
 
 const QTextCharFormat& PreviewPane::format(std::uint32_t colour, bool bold) {

@@ -36,6 +36,16 @@ private slots:
                              {"\r\n", kBlack, false}, {"more", kBlue, true}}));
     }
 
+    // A run disables the pane while it appends the files' sections.
+    void textAddedWhileThePaneIsDisabledKeepsThePagesColours() {
+        ui::PreviewPane pane;
+        pane.setEnabled(false);
+        pane.showStyled({{"context", kBlack, false}});
+        pane.setEnabled(true);
+        QCOMPARE(pane.document()->begin().begin().fragment().charFormat().foreground().color(),
+                 pane.palette().color(QPalette::Active, QPalette::Text));
+    }
+
     // Fusion outlines a check box in a shade darker than the window: on a dark
     // page the frame is lost, and with it every check box of the window.
     void checkBoxesStandOutOnADarkPage() {
