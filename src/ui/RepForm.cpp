@@ -28,6 +28,7 @@
 #include "history/UndoJournal.h"
 #include "results/RtfReader.h"
 #include "search/PatternConstruction.h"
+#include "ui/BatchBar.h"
 #include "ui/BatchFrm.h"
 #include "ui/ColourProgressBar.h"
 #include "ui/CommandButton.h"
@@ -194,23 +195,7 @@ void RepForm::buildWidgets() {
     model_ = new ResultsModel(this);
     view_->setModel(model_);
     // Batch mode: a bar above the list says what is queued and leads back to the typed pair.
-    batchBar_ = new QWidget(lower_);
-    batchBar_->setObjectName(QStringLiteral("BatchBar"));
-    batchBar_->setAutoFillBackground(true);
-    batchBar_->setBackgroundRole(QPalette::AlternateBase);
-    batchLabel_ = new QLabel(QStringLiteral("Batch Commands Queued"), batchBar_);
-    batchLabel_->setObjectName(QStringLiteral("BatchLbl"));
-    QFont strong = batchLabel_->font();
-    strong.setBold(true);
-    batchLabel_->setFont(strong);
-    batchLabel_->setTextFormat(Qt::PlainText);
-    batchLabel_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    batchCancel_ = makeCommandButton("BatchCancelBtn", QStringLiteral("Cancel &Queue"), batchBar_);
-    batchCancel_->setToolTip(QStringLiteral("Leave batch mode: runs use the find and replace boxes again"));
-    auto* batchRow = new QHBoxLayout(batchBar_);
-    batchRow->setContentsMargins(8, 2, 4, 2);
-    batchRow->addWidget(batchLabel_, 1);
-    batchRow->addWidget(batchCancel_);
+    batchBar_ = new BatchBar(lower_);
     showBatchMode(false);
     auto* list = new QVBoxLayout(lower_);
     list->setContentsMargins(4, 0, 4, 0);
@@ -241,7 +226,7 @@ void RepForm::buildWidgets() {
     connect(extractButton_, &QAbstractButton::clicked, this, &RepForm::startExtract);
     connect(stopButton_, &QAbstractButton::clicked, this, &RepForm::stopRun);
     connect(optionsButton_, &QAbstractButton::clicked, this, &RepForm::showOptions);
-    connect(batchCancel_, &QAbstractButton::clicked, this, &RepForm::cancelQueue);
+    connect(batchBar_, &BatchBar::cancelRequested, this, &RepForm::cancelQueue);
     connect(inputs_->libraryButton(), &QAbstractButton::clicked, this, &RepForm::showLibrary);
     connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, this, &RepForm::focusFindBox);
     // A folder dropped on the window, or on the folder box, is the start folder; a file gives its folder.
@@ -384,7 +369,7 @@ void RepForm::startExtract() { startRun(RunKind::Extract); }
 void RepForm::stopRun() { runs_->stop(); }
 
 JobSource RepForm::jobSource() const {
-    return inBatchMode() ? JobSource::batchSteps(batchQueue_.steps) : requests_->typedPair();
+    return inBatchMode() ? JobSource::batchSteps(batchBar_->queue().steps) : requests_->typedPair();
 }
 
 void RepForm::startRun(RunKind kind) {
@@ -665,23 +650,22 @@ void RepForm::showBatchJobs() {
         queueBatch(std::move(*queue));
 }
 
-bool RepForm::inBatchMode() const { return !batchLabel_->isHidden(); }
+bool RepForm::inBatchMode() const { return batchBar_->queued(); }
 
 void RepForm::queueBatch(BatchQueue queue) {
-    batchQueue_ = std::move(queue);
-    const QString label = QString::fromStdString(batchQueue_.label);
-    batchLabel_->setText(label);
-    batchLabel_->setToolTip(label);
+    batchBar_->showQueue(std::move(queue));
     showBatchMode(true);
 }
 
-void RepForm::cancelQueue() { showBatchMode(false); }
+void RepForm::cancelQueue() {
+    batchBar_->clear();
+    showBatchMode(false);
+}
 
 void RepForm::showBatchMode(bool on) {
     inputs_->box(HistoryBox::Find)->setEnabled(!on);
     inputs_->box(HistoryBox::Replace)->setEnabled(!on);
     inputs_->libraryButton()->setHidden(on);
-    for (QWidget* shown : std::initializer_list<QWidget*>{batchCancel_, batchLabel_, batchBar_}) shown->setVisible(on);
 }
 
 void RepForm::showOptions() {

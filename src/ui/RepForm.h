@@ -35,6 +35,7 @@ class UndoJournal;
 
 namespace vantorel::ui {
 
+class BatchBar;
 class ColourProgressBar;
 class DesktopServices;
 class DragLine;
@@ -152,7 +153,7 @@ private:
     // Batch mode: runs take the queue's steps while BatchLbl is shown.
     bool inBatchMode() const;
     void queueBatch(BatchQueue queue);
-    // Locks or frees the find and replace boxes and shows or hides the batch bar.
+    // Locks or frees the find and replace boxes, hides or shows the library button.
     void showBatchMode(bool on);
     void setBusy(bool busy);
     void onRunFinished(const RunOutcome& outcome);
@@ -212,10 +213,7 @@ private:
     QAbstractButton* extractButton_ = nullptr;
     QAbstractButton* stopButton_ = nullptr;
     QAbstractButton* optionsButton_ = nullptr;
-    QWidget* batchBar_ = nullptr;               // holds the two below
-    QLabel* batchLabel_ = nullptr;              // BatchLbl
-    QAbstractButton* batchCancel_ = nullptr;    // BatchCancelBtn
-    BatchQueue batchQueue_;
+    BatchBar* batchBar_ = nullptr;  // BatchLbl, BatchCancelBtn and the queue
     bool batchRun_ = false;  // the run going on, or the last one, took the queue's steps
     ColourProgressBar* progress_ = nullptr;
     QLabel* versionLabel_ = nullptr;
