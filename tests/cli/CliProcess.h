@@ -19,6 +19,17 @@ extern char** environ;
 
 namespace vantorel::test {
 
+// A text's lines, without their line feeds.
+inline std::vector<std::string> lines(const std::string& text) {
+    std::vector<std::string> out;
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t end = text.find('\n', at);
+        out.push_back(text.substr(at, end - at));
+        at = end == std::string::npos ? text.size() : end + 1;
+    }
+    return out;
+}
+
 struct CliResult {
     int exitCode = -1;
     std::string out;

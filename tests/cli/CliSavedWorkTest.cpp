@@ -103,11 +103,5 @@ TEST_F(CliSavedWorkTest, AnEntryGivesFindAndReplacement) {
     EXPECT_EQ(tree.read("site/b.html"), "<i>color</i>\n");
 }
 
-TEST_F(CliSavedWorkTest, HelpDescribesTheSavedWork) {
-    const CliResult r = runCli({"--help"});
-    for (const char* text : {"--job NAME", "--entry NAME", "--data-dir FOLDER", "library", "jobs"})
-        EXPECT_THAT(r.out, HasSubstr(text));
-}
-
 }  // namespace
 }  // namespace vantorel

@@ -16,22 +16,11 @@ namespace {
 
 using test::CliProcess;
 using test::CliResult;
+using test::lines;
 using test::runCli;
 using test::TempTree;
 using ::testing::HasSubstr;
 using ::testing::Not;
-
-std::vector<std::string> lines(const std::string& text) {
-    std::vector<std::string> out;
-    std::size_t start = 0;
-    while (start < text.size()) {
-        const std::size_t end = text.find('\n', start);
-        out.push_back(text.substr(start, end - start));
-        if (end == std::string::npos) break;
-        start = end + 1;
-    }
-    return out;
-}
 
 class CliTest : public ::testing::Test {
 protected:
@@ -129,7 +118,8 @@ TEST_F(CliTest, HelpDescribesEveryOption) {
     EXPECT_EQ(r.exitCode, 0);
     for (const char* option : {"--dir", "--filter", "--regex", "--ignore-case", "--whole-words", "--no-subfolders",
                                "--backups", "--yes", "--show-all", "--marked", "--threads", "--quiet", "--csv",
-                               "--json", "--include-vcs", "Exit status"})
+                               "--json", "--include-vcs", "Exit status", "--job NAME", "--entry NAME",
+                               "--data-dir FOLDER", "library", "jobs"})
         EXPECT_THAT(r.out, HasSubstr(option));
 }
 
@@ -179,16 +169,6 @@ TEST_F(CliTest, VersionControlFoldersAreLeftAloneUnlessIncluded) {
     EXPECT_EQ(lines(r.out).back(), "4 files processed, 4 occurences changed in 3 file(s)");
     r = cli({"--include-vcs", "find", "cat"});
     EXPECT_EQ(lines(r.out).back(), "6 files processed, 2 occurences found in 2 file(s)");
-}
-
-TEST_F(CliTest, ReadOnlyFilesAreReportedAndLeftAlone) {
-    ::chmod(tree.path("sub/c.txt").c_str(), 0444);
-    const CliResult r = cli({"-y", "-f", "*.txt", "replace", "cat", "cow"});
-    EXPECT_EQ(tree.read("sub/c.txt"), "cat\n");
-    EXPECT_THAT(r.out, ::testing::EndsWith(
-                           "\n3 files processed, 3 occurences changed in 2 file(s)\n"
-                           "Warning! 1 of the above file(s) were Read-Only and their replacements were not saved.\n"));
-    EXPECT_EQ(r.out.find("occurences changed"), r.out.rfind("occurences changed")) << r.out;
 }
 
 TEST_F(CliTest, ReplacingWithNothingAsksFirst) {
@@ -253,18 +233,6 @@ TEST_F(CliTest, MarkedListLimitsTheRunToThoseFiles) {
     EXPECT_THAT(out[0], HasSubstr(tree.path("sub/c.txt") + "\t1\t"));
     EXPECT_THAT(out[1], HasSubstr(tree.path("b.txt") + "\t0\t"));
     EXPECT_EQ(cli({"-m", tree.path("nope.lst"), "find", "cat"}).exitCode, 2);
-}
-
-TEST_F(CliTest, EncodingsAreKeptByteForByte) {
-    const std::string latin = "Caf\xe9 cr\xe8me\r\nCAF\xc9\r\n";
-    tree.write("latin.txt", latin);
-    tree.write("bom.txt", "\xef\xbb\xbf" "caf\xc3\xa9\n");
-    const CliResult find = cli({"-i", "-f", "latin.txt;bom.txt", "find", "caf\xc3\xa9"});
-    EXPECT_THAT(find.out, HasSubstr(tree.path("latin.txt") + "\t2\t18\t"));
-    EXPECT_THAT(find.out, HasSubstr(tree.path("bom.txt") + "\t1\t6\t"));
-    cli({"-y", "-f", "latin.txt;bom.txt", "replace", "cr\xc3\xa8me", "cream"});
-    EXPECT_EQ(tree.read("latin.txt"), "Caf\xe9 cream\r\nCAF\xc9\r\n");
-    EXPECT_EQ(tree.read("bom.txt"), "\xef\xbb\xbf" "caf\xc3\xa9\n");
 }
 
 TEST_F(CliTest, CtrlCStopsTheSearchAtTheNextFile) {

@@ -19,6 +19,7 @@ namespace vantorel {
 namespace {
 
 using test::CliResult;
+using test::lines;
 using test::runCli;
 using test::TempTree;
 using ::testing::ElementsAre;
@@ -41,16 +42,6 @@ protected:
     }
     TempTree tree, state;
 };
-
-std::vector<std::string> lines(const std::string& text) {
-    std::vector<std::string> out;
-    for (std::size_t at = 0; at < text.size();) {
-        const std::size_t end = text.find('\n', at);
-        out.push_back(text.substr(at, end - at));
-        at = end == std::string::npos ? text.size() : end + 1;
-    }
-    return out;
-}
 
 TEST_F(UndoCliTest, ADryRunsDiffAppliedWithPatchGivesExactlyTheReplacedTree) {
     const auto before = tree.snapshot();
@@ -143,6 +134,8 @@ TEST_F(UndoCliTest, AReplaceWhoseWritesWereRefusedExitsWithTwoAndSaysWhatBecameO
     EXPECT_EQ(r.exitCode, 2);
     EXPECT_THAT(lines(r.out), ::testing::Contains(StartsWith(tree.path("a.txt") + "\t3\t")));
     EXPECT_THAT(r.out, HasSubstr("\twritten\n"));
+    EXPECT_THAT(r.out, ::testing::EndsWith("\nWarning! 1 of the above file(s) were Read-Only and their "
+                                           "replacements were not saved.\n"));
     EXPECT_EQ(runCli({"undo", "--list"}).exitCode, 1);  // --no-undo: nothing recorded
 }
 
