@@ -61,13 +61,16 @@ private slots:
         auto* window = f.form->extractWindow();
         QVERIFY(!window->isVisible());  // nothing found: the window stays away
 
-        f.form->settings().ClearExtractText = false;
         f.setInputs(root(tree), "*.txt", "id=\\d+");
         QVERIFY(f.runBy("ExtrBtn"));
         QVERIFY(window->isVisible());
         QCOMPARE(window->windowTitle(), QString("Extracted Text"));
         const std::string first = "id=1\r\nid=22\r\nid=333\r\nid=4\r\nid=5\r\nid=6\r\n";
         QCOMPARE(f.form->extractedText(), first);
+        QVERIFY(f.runBy("ExtrBtn"));
+        QCOMPARE(f.form->extractedText(), first);  // cleared before each Extract
+
+        f.form->settings().ClearExtractText = false;
         f.setInputs(root(tree), "b.txt", "\\d+");
         QVERIFY(f.runBy("ExtrBtn"));
         QCOMPARE(f.form->extractedText(), first + "333\r\n");  // the second run's lines below the first's
@@ -226,10 +229,6 @@ private slots:
         f.desktop.startSucceeds = true;
         f.action("mnuOpenWithFN")->trigger();
         QCOMPARE(f.desktop.started.size(), std::size_t{3});
-
-        f.form->settings().OpenWithProgram = "/bin";  // shorter than 5 characters
-        rightClick(f, 2)->hide();
-        QVERIFY(!f.action("mnuOpenWithFN")->isVisible());
     }
 
     void openingTheFileAndItsFolderGoesToTheDesktop() {
