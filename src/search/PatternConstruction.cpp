@@ -40,20 +40,6 @@ std::string TranslateReplaceEscapes(std::string_view replaceText) {
     return out;
 }
 
-bool IsValidPattern(std::string_view pattern, std::optional<PatternError>* error) {
-    try {
-        const Regex regex(pattern, true);
-        regex.forEncoding(TextEncoding::Utf8).countMatches("test string");
-        return true;
-    } catch (const PatternError& e) {
-        if (error) error->emplace(e);
-        return false;
-    } catch (const std::exception& e) {
-        if (error) error->emplace(PatternError(e.what(), 0));
-        return false;
-    }
-}
-
 std::string describePatternError(const PatternError& error, bool regularExpression) {
     if (!regularExpression || error.offset() == PatternError::kNoPlace) return error.what();
     return "At character " + std::to_string(error.offset() + 1) + ": " + error.what();

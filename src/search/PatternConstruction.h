@@ -3,7 +3,6 @@
 // regular-expression engine receives.
 
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -19,10 +18,6 @@ std::string EscapePlainText(std::string_view text);
 // either case) become CR, LF and TAB, and "\\" becomes one backslash.
 // Used in regular-expression mode only.
 std::string TranslateReplaceEscapes(std::string_view replaceText);
-
-// True when the engine accepts the pattern; on false, `error` (when given)
-// says what is wrong and where.
-bool IsValidPattern(std::string_view pattern, std::optional<PatternError>* error = nullptr);
 
 struct PatternOptions {
     bool regularExpression = false;  // the find text is a regular expression
