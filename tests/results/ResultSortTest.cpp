@@ -19,14 +19,6 @@ std::vector<std::string> namesInOrder(const std::vector<ResultRow>& rows, std::s
     return names;
 }
 
-TEST(ResultSort, KindFollowsTheHeader) {
-    EXPECT_EQ(sortKindForHeader("File Size"), SortKind::Number);
-    EXPECT_EQ(sortKindForHeader("Matches"), SortKind::Number);
-    EXPECT_EQ(sortKindForHeader("Modified"), SortKind::Date);
-    EXPECT_EQ(sortKindForHeader("File Name"), SortKind::Text);
-    EXPECT_EQ(sortKindForHeader("Path"), SortKind::Text);
-}
-
 TEST(ResultSort, NumbersSortAsNumbersNotAsText) {
     const std::vector<ResultRow> rows = {row("a", 10, 9, 0), row("b", 9, 100, 0), row("c", 100, 10, 0)};
     EXPECT_EQ(namesInOrder(rows, 3, false), (std::vector<std::string>{"a", "c", "b"}));  // sizes 9 10 100
