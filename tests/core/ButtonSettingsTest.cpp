@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "SettingsTestHost.h"
+#include "support/TempTree.h"
 
 namespace vantorel {
 namespace {
@@ -11,7 +11,7 @@ constexpr const char* kKey = "HKEY_CURRENT_USER\\Software\\Brimlark\\Vantorel\\D
 
 class ButtonSettingsTest : public ::testing::Test {
 protected:
-    std::filesystem::path file() const { return folder / "settings.reg"; }
+    std::filesystem::path file() const { return folder.path("settings.reg"); }
 
     void store(const ButtonSettings& settings) {
         RegistryStore store(file());
@@ -39,7 +39,7 @@ protected:
         return ButtonSettings::read(reg);
     }
 
-    testing::TempFolder folder;
+    test::TempTree folder;
 };
 
 TEST_F(ButtonSettingsTest, EveryPropertySurvivesTheStoreUnderItsOwnName) {

@@ -4,12 +4,12 @@
 
 #include <cstdlib>
 
-#include "SettingsTestHost.h"
+#include "support/TempTree.h"
 
 namespace vantorel {
 namespace {
 
-using testing::TempFolder;
+using test::TempTree;
 
 const std::string kVantorel = "HKEY_CURRENT_USER\\Software\\Brimlark\\Vantorel";
 const KeyPath kVantorelKey{HKEY_CURRENT_USER, {"Software", "Brimlark", "Vantorel"}};
@@ -17,11 +17,11 @@ const std::string kNul(1, '\0');
 
 class CRegistryTest : public ::testing::Test {
 protected:
-    CRegistryTest() : store(folder / "settings.reg"), reg(store) {
+    CRegistryTest() : store(folder.path("settings.reg")), reg(store) {
         store.createKey(kVantorelKey);
         store.flush();
     }
-    TempFolder folder;
+    TempTree folder;
     RegistryStore store;
     CRegistry reg;
 };
@@ -232,7 +232,7 @@ TEST_F(CRegistryTest, ClosingTheKeyWritesTheFile) {
     EXPECT_TRUE(store.hasUnsavedChanges());
     reg.CloseKey();
     EXPECT_FALSE(store.hasUnsavedChanges());
-    EXPECT_NE(testing::readWhole(store.file()).find("\"Find0\"=\"kept\""), std::string::npos);
+    EXPECT_NE(folder.read("settings.reg").find("\"Find0\"=\"kept\""), std::string::npos);
 }
 
 }  // namespace

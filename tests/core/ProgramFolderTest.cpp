@@ -7,7 +7,7 @@
 
 #include <fstream>
 
-#include "SettingsTestHost.h"
+#include "support/TempTree.h"
 
 namespace vantorel {
 namespace {
@@ -17,48 +17,48 @@ protected:
     void SetUp() override {
         const char* saved = std::getenv("XDG_DATA_HOME");
         savedXdg_ = saved ? std::optional<std::string>(saved) : std::nullopt;
-        ::setenv("XDG_DATA_HOME", (data_.path()).c_str(), 1);
+        ::setenv("XDG_DATA_HOME", data_.root().c_str(), 1);
     }
     void TearDown() override {
         if (savedXdg_) ::setenv("XDG_DATA_HOME", savedXdg_->c_str(), 1);
         else ::unsetenv("XDG_DATA_HOME");
     }
-    testing::TempFolder program_;
-    testing::TempFolder data_;
+    test::TempTree program_;
+    test::TempTree data_;
     std::optional<std::string> savedXdg_;
 };
 
 TEST_F(ProgramFolderTest, AWritableProgramFolderHoldsTheDataFiles) {
-    EXPECT_EQ(userDataFolder(), data_.path() / "vantorel");
-    EXPECT_EQ(programDataFolder(program_.path()), program_.path());
-    EXPECT_TRUE(findProgramFile(program_.path(), "intro.rtf").empty());
-    std::ofstream(program_ / "intro.rtf") << "{\\rtf1 x}";
-    EXPECT_EQ(findProgramFile(program_.path(), "intro.rtf"), program_ / "intro.rtf");
+    EXPECT_EQ(userDataFolder(), std::filesystem::path(data_.path("vantorel")));
+    EXPECT_EQ(programDataFolder(std::filesystem::path(program_.root())), std::filesystem::path(program_.root()));
+    EXPECT_TRUE(findProgramFile(std::filesystem::path(program_.root()), "intro.rtf").empty());
+    std::ofstream(std::filesystem::path(program_.path("intro.rtf"))) << "{\\rtf1 x}";
+    EXPECT_EQ(findProgramFile(std::filesystem::path(program_.root()), "intro.rtf"), std::filesystem::path(program_.path("intro.rtf")));
 }
 
 TEST_F(ProgramFolderTest, WithoutAProgramFolderTheUsersDataFolderServes) {
-    EXPECT_EQ(programDataFolder({}), data_.path() / "vantorel");
-    std::filesystem::create_directories(data_.path() / "vantorel");
-    std::ofstream(data_.path() / "vantorel" / "readme.html") << "<p>help</p>";
-    EXPECT_EQ(findProgramFile({}, "readme.html"), data_.path() / "vantorel" / "readme.html");
+    EXPECT_EQ(programDataFolder({}), std::filesystem::path(data_.path("vantorel")));
+    std::filesystem::create_directories(std::filesystem::path(data_.path("vantorel")));
+    std::ofstream(std::filesystem::path(data_.path("vantorel")) / "readme.html") << "<p>help</p>";
+    EXPECT_EQ(findProgramFile({}, "readme.html"), std::filesystem::path(data_.path("vantorel")) / "readme.html");
 }
 
 TEST_F(ProgramFolderTest, AnInstalledProgramFindsItsShippedFilesInTheShareFolder) {
-    const std::filesystem::path bin = program_ / "bin";
-    const std::filesystem::path share = program_ / "share" / "vantorel";
+    const std::filesystem::path bin = program_.path("bin");
+    const std::filesystem::path share = program_.path("share/vantorel");
     std::filesystem::create_directories(bin);
     std::filesystem::create_directories(share);
     std::ofstream(share / "readme.html") << "<p>shipped</p>";
     ::chmod(bin.c_str(), 0555);  // as /usr/bin is to a user
     const bool readOnly = ::access(bin.c_str(), W_OK) != 0;  // not so for root
     EXPECT_EQ(installedDataFolder(bin), share);
-    EXPECT_EQ(programDataFolder(bin), readOnly ? data_.path() / "vantorel" : bin);
+    EXPECT_EQ(programDataFolder(bin), readOnly ? std::filesystem::path(data_.path("vantorel")) : bin);
     EXPECT_EQ(findProgramFile(bin, "readme.html"), share / "readme.html");
     // The user's own copy comes first.
     if (readOnly) {
-        std::filesystem::create_directories(data_.path() / "vantorel");
-        std::ofstream(data_.path() / "vantorel" / "readme.html") << "<p>own</p>";
-        EXPECT_EQ(findProgramFile(bin, "readme.html"), data_.path() / "vantorel" / "readme.html");
+        std::filesystem::create_directories(std::filesystem::path(data_.path("vantorel")));
+        std::ofstream(std::filesystem::path(data_.path("vantorel")) / "readme.html") << "<p>own</p>";
+        EXPECT_EQ(findProgramFile(bin, "readme.html"), std::filesystem::path(data_.path("vantorel")) / "readme.html");
     }
     ::chmod(bin.c_str(), 0755);
 }

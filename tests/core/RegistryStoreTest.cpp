@@ -7,28 +7,34 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <csignal>
 #include <map>
 #include <cstdlib>
 #include <optional>
 
-#include "SettingsTestHost.h"
 #include "core/RegistryFile.h"
+#include "support/ScriptedMessages.h"
 #include "support/SystemCallFaults.h"
+#include "support/TempTree.h"
 
 namespace vantorel {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::listFolder;
-using testing::readWhole;
-using testing::SettingsTestHost;
-using testing::TempFolder;
-using testing::writeWhole;
+using test::ScriptedMessages;
+using test::TempTree;
 
 const KeyPath kKey{HKEY_CURRENT_USER, {"Software", "Brimlark", "Vantorel"}};
 
 std::string sz(const std::string& text) { return text + '\0'; }
+
+std::vector<std::string> listFolder(const fs::path& folder) {
+    std::vector<std::string> names;
+    for (const auto& entry : fs::directory_iterator(folder)) names.push_back(entry.path().filename());
+    std::sort(names.begin(), names.end());
+    return names;
+}
 
 // Sets environment variables for one test and puts the old values back.
 class ScopedEnvironment {
@@ -86,8 +92,8 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& info) { return std::string(info.param.label); });
 
 TEST(RegistryStore, ChangesReachTheFileOnlyWhenFlushed) {
-    TempFolder folder;
-    const fs::path file = folder / "cfg" / "settings.reg";  // the folder is made on the first write
+    TempTree folder;
+    const fs::path file = folder.path("cfg/settings.reg");  // the folder is made on the first write
     {
         RegistryStore store(file);
         ASSERT_EQ(store.createKey(kKey), RegistryTree::CreateResult::Created);
@@ -124,13 +130,13 @@ protected:
 };
 
 TEST(RegistryStore, AWriteCutShortByTheFileSizeLimitLeavesTheOldFileWhole) {
-    TempFolder folder;
-    const fs::path file = folder / "settings.reg";
+    TempTree folder;
+    const fs::path file = folder.path("settings.reg");
     RegistryStore store(file);
     store.createKey(kKey);
     store.setValue(kKey, "Find0", REG_SZ, sz("old"));
     ASSERT_TRUE(store.flush());
-    const std::string old = readWhole(file);
+    const std::string old = folder.read("settings.reg");
     store.setValue(kKey, "Big", REG_BINARY, std::string(20000, '\x5a'));
 
     rlimit saved{};
@@ -145,14 +151,14 @@ TEST(RegistryStore, AWriteCutShortByTheFileSizeLimitLeavesTheOldFileWhole) {
 
     EXPECT_FALSE(flushed);
     EXPECT_NE(store.lastError().find("cannot be written"), std::string::npos) << store.lastError();
-    EXPECT_EQ(readWhole(file), old);
-    EXPECT_EQ(listFolder(folder.path()), (std::vector<std::string>{"settings.reg", "settings.reg.lock"}));
+    EXPECT_EQ(folder.read("settings.reg"), old);
+    EXPECT_EQ(listFolder(folder.root()), (std::vector<std::string>{"settings.reg", "settings.reg.lock"}));
     ASSERT_TRUE(store.flush());
 }
 
 TEST(RegistryStore, TwoInstancesKeepEachOthersChanges) {
-    TempFolder folder;
-    const fs::path file = folder / "settings.reg";
+    TempTree folder;
+    const fs::path file = folder.path("settings.reg");
     RegistryStore first(file);
     RegistryStore second(file);
     first.createKey(kKey);
@@ -177,12 +183,12 @@ TEST(RegistryStore, TwoInstancesKeepEachOthersChanges) {
 }
 
 TEST(RegistryStore, WaitsForTheLockAndGivesUp) {
-    TempFolder folder;
-    const fs::path file = folder / "settings.reg";
+    TempTree folder;
+    const fs::path file = folder.path("settings.reg");
     RegistryStore store(file, nullptr, RegistryStore::Options{std::chrono::milliseconds(50)});
     store.createKey(kKey);
     ASSERT_TRUE(store.flush());
-    const std::string before = readWhole(file);
+    const std::string before = folder.read("settings.reg");
 
     const int held = ::open((file.string() + ".lock").c_str(), O_RDWR);
     ASSERT_GE(held, 0);
@@ -190,15 +196,15 @@ TEST(RegistryStore, WaitsForTheLockAndGivesUp) {
     store.setValue(kKey, "Find0", REG_SZ, sz("x"));
     EXPECT_FALSE(store.flush());
     EXPECT_NE(store.lastError().find("another instance"), std::string::npos) << store.lastError();
-    EXPECT_EQ(readWhole(file), before);
+    EXPECT_EQ(folder.read("settings.reg"), before);
     ::close(held);
     EXPECT_TRUE(store.flush());
 }
 
 TEST(RegistryStore, AFolderThatCannotBeMadeIsReportedNotFatal) {
-    TempFolder folder;
-    writeWhole(folder / "blocker", "a file where a folder should be");
-    RegistryStore store(folder / "blocker" / "vantorel" / "settings.reg");
+    TempTree folder;
+    folder.write("blocker", "a file where a folder should be");
+    RegistryStore store(folder.path("blocker/vantorel/settings.reg"));
     EXPECT_FALSE(store.keyExists(kKey));  // missing, not damaged
     ASSERT_TRUE(store.createKey(kKey));
     EXPECT_FALSE(store.flush());
@@ -233,20 +239,15 @@ std::string deeplyNested(std::size_t depth) {
 
 TEST_P(RegistryStoreDamaged, IsKeptAsideWithOneMessage) {
     const auto& c = GetParam();
-    TempFolder folder;
-    const fs::path file = folder / "settings.reg";
-    if (c.folder) {
-        fs::create_directory(file);
-        writeWhole(file / "inside", "x");
-    } else {
-        writeWhole(file, c.content);
-    }
-    SettingsTestHost host;
+    TempTree folder;
+    const fs::path file = folder.path("settings.reg");
+    folder.write(c.folder ? "settings.reg/inside" : "settings.reg", c.folder ? "x" : c.content);
+    ScriptedMessages host;
     RegistryStore store(file, &host);
     EXPECT_FALSE(store.keyExists(kKey));
 
-    ASSERT_EQ(host.messages.size(), 1u);
-    const Message& message = host.messages[0];
+    ASSERT_EQ(host.shown.size(), 1u);
+    const Message& message = host.shown[0];
     EXPECT_EQ(message.icon, MessageIcon::Warning);
     EXPECT_EQ(message.kind, MessageKind::FileError);
     EXPECT_NE(message.text.find(file.string()), std::string::npos) << message.text;
@@ -254,22 +255,19 @@ TEST_P(RegistryStoreDamaged, IsKeptAsideWithOneMessage) {
     EXPECT_NE(message.text.find("kept as"), std::string::npos) << message.text;
 
     EXPECT_FALSE(fs::exists(file));
-    const auto names = listFolder(folder.path());
+    const auto names = listFolder(folder.root());
     ASSERT_EQ(names.size(), 1u);
-    const fs::path aside = folder / names[0];
+    const std::string aside = names[0] + (c.folder ? "/inside" : "");
     EXPECT_TRUE(names[0].starts_with("settings.reg.damaged-")) << names[0];
-    if (c.folder)
-        EXPECT_EQ(readWhole(aside / "inside"), "x");
-    else
-        EXPECT_EQ(readWhole(aside), c.content);
+    EXPECT_EQ(folder.read(aside), c.folder ? "x" : c.content);
 
     // The program goes on: it saves into a new file, and says nothing more.
     ASSERT_TRUE(store.createKey(kKey));
     ASSERT_TRUE(store.setValue(kKey, "Find0", REG_SZ, sz("fresh")));
     ASSERT_TRUE(store.flush());
     store.refresh();
-    EXPECT_EQ(host.messages.size(), 1u);
-    EXPECT_EQ(readWhole(aside.string() + (c.folder ? "/inside" : "")), c.folder ? "x" : c.content);
+    EXPECT_EQ(host.shown.size(), 1u);
+    EXPECT_EQ(folder.read(aside), c.folder ? "x" : c.content);
     RegistryStore reader(file);
     EXPECT_EQ(reader.value(kKey, "Find0")->data, sz("fresh"));
 }
@@ -290,24 +288,24 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& info) { return std::string(info.param.label); });
 
 TEST(RegistryStore, ADamagedFileThatCannotBeMovedIsNeverWrittenOver) {
-    TempFolder folder;
-    const fs::path file = folder / "settings.reg";
+    TempTree folder;
+    const fs::path file = folder.path("settings.reg");
     const std::string damaged = "not a settings file";
-    writeWhole(file, damaged);
-    SettingsTestHost host;
+    folder.write("settings.reg", damaged);
+    ScriptedMessages host;
     FailingRenameStore store(file, &host);
     store.failAside = true;
 
     EXPECT_FALSE(store.keyExists(kKey));
-    ASSERT_EQ(host.messages.size(), 1u);
-    EXPECT_NE(host.messages[0].text.find("could not be moved aside"), std::string::npos) << host.messages[0].text;
+    ASSERT_EQ(host.shown.size(), 1u);
+    EXPECT_NE(host.shown[0].text.find("could not be moved aside"), std::string::npos) << host.shown[0].text;
 
     ASSERT_TRUE(store.createKey(kKey));
     EXPECT_FALSE(store.flush());
     EXPECT_NE(store.lastError().find("not written over"), std::string::npos);
     store.refresh();
-    EXPECT_EQ(host.messages.size(), 1u);
-    EXPECT_EQ(readWhole(file), damaged);
+    EXPECT_EQ(host.shown.size(), 1u);
+    EXPECT_EQ(folder.read("settings.reg"), damaged);
 }
 
 }  // namespace

@@ -11,14 +11,15 @@
 #include <optional>
 #include <stdexcept>
 
-#include "SettingsTestHost.h"
+#include "support/ScriptedMessages.h"
+#include "support/TempTree.h"
 
 namespace vantorel {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::SettingsTestHost;
-using testing::TempFolder;
+using test::ScriptedMessages;
+using test::TempTree;
 
 const std::string kNul(1, '\0');
 const WindowGeometry kDesigned{600, 900, 15000, 10000};
@@ -63,7 +64,7 @@ public:
 
 class SettingsStoreTest : public ::testing::Test {
 protected:
-    fs::path file() const { return folder / "settings.reg"; }
+    fs::path file() const { return folder.path("settings.reg"); }
 
     // Stores values under the program's key as the registry class writes them.
     void seed(const std::map<std::string, std::string>& values) {
@@ -92,8 +93,8 @@ protected:
         SettingsStore(store, host, "1.2.3").SaveSettings(settings, window);
     }
 
-    TempFolder folder;
-    SettingsTestHost host;
+    TempTree folder;
+    ScriptedMessages host;
 };
 
 TEST_F(SettingsStoreTest, FirstRunAppliesTheDefaultsAndCreatesTheKey) {
@@ -114,7 +115,7 @@ TEST_F(SettingsStoreTest, FirstRunAppliesTheDefaultsAndCreatesTheKey) {
     EXPECT_EQ(window.fontSize, 10);
     EXPECT_EQ(window.firstRunCalls, 1);
     EXPECT_EQ(window.normal, kDesigned);
-    EXPECT_TRUE(host.messages.empty());
+    EXPECT_TRUE(host.shown.empty());
     EXPECT_EQ(stored("Version"), "<missing>");  // the key exists, still empty
 
     FakeWindow second;
@@ -123,14 +124,14 @@ TEST_F(SettingsStoreTest, FirstRunAppliesTheDefaultsAndCreatesTheKey) {
 }
 
 TEST_F(SettingsStoreTest, FirstRunWhenTheKeyCannotBeCreated) {
-    testing::writeWhole(folder / "blocker", "x");
-    RegistryStore store(folder / "blocker" / "settings.reg", &host);
+    folder.write("blocker", "x");
+    RegistryStore store(folder.path("blocker/settings.reg"), &host);
     AppSettings settings;
     FakeWindow window;
     SettingsStore(store, host).LoadSettings(settings, window);
-    ASSERT_EQ(host.messages.size(), 1u);
-    EXPECT_TRUE(host.messages[0].text.starts_with("Error creating registry key.")) << host.messages[0].text;
-    EXPECT_EQ(host.messages[0].icon, MessageIcon::Warning);
+    ASSERT_EQ(host.shown.size(), 1u);
+    EXPECT_TRUE(host.shown[0].text.starts_with("Error creating registry key.")) << host.shown[0].text;
+    EXPECT_EQ(host.shown[0].icon, MessageIcon::Warning);
     EXPECT_EQ(window.texts[HistoryBox::Filter], "*.txt");  // the defaults apply all the same
 }
 
@@ -154,7 +155,7 @@ TEST_P(SettingsNumbers, LoadAsDesigned) {
     FakeWindow window;
     load(settings, window);
     EXPECT_EQ(settings.*c.field, c.expected);
-    EXPECT_TRUE(host.messages.empty());
+    EXPECT_TRUE(host.shown.empty());
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -265,7 +266,7 @@ TEST_F(SettingsStoreTest, EmptySavedValuesComeBackAsALoneNul) {
 }
 
 TEST_F(SettingsStoreTest, ValuesOfOtherTypesAreReadAsTheirBytes) {
-    testing::writeWhole(file(), "Windows Registry Editor Version 5.00\n\n"
+    folder.write("settings.reg", "Windows Registry Editor Version 5.00\n\n"
                                 "[HKEY_CURRENT_USER\\Software\\Brimlark\\Vantorel]\n"
                                 "\"LinePrev\"=dword:00000020\n"
                                 "\"Find0\"=hex:41,42\n"
@@ -276,7 +277,7 @@ TEST_F(SettingsStoreTest, ValuesOfOtherTypesAreReadAsTheirBytes) {
     EXPECT_EQ(settings.HitsPerPage, 100);  // the bytes 20 00 00 00 are no number
     EXPECT_EQ(window.lists[HistoryBox::Find], std::vector<std::string>{"AB"});
     EXPECT_EQ(window.normal.top, 12);
-    EXPECT_TRUE(host.messages.empty());
+    EXPECT_TRUE(host.shown.empty());
 }
 
 TEST_F(SettingsStoreTest, AKeyWithoutWinTopKeepsTheDesignedGeometry) {
@@ -322,7 +323,7 @@ TEST_F(SettingsStoreTest, SaveWritesEveryValueAndLoadRestoresIt) {
     window.divider = 3100;
     seed({});
     save(settings, window);
-    EXPECT_TRUE(host.messages.empty());
+    EXPECT_TRUE(host.shown.empty());
 
     const std::map<std::string, std::string> expected{
         {"Version", "1.2.3"}, {"LastFilter", "*.h"}, {"LastDir", "/srv/data"}, {"Find0", "f0"}, {"Find1", "f1"},
@@ -400,7 +401,7 @@ TEST_F(SettingsStoreTest, SaveWithoutTheKeyWritesNothing) {
     FakeWindow window;
     save(settings, window);
     EXPECT_FALSE(fs::exists(file()));
-    EXPECT_TRUE(host.messages.empty());
+    EXPECT_TRUE(host.shown.empty());
 }
 
 TEST_F(SettingsStoreTest, AStoreThatCannotBeWrittenIsReportedOnSave) {
@@ -413,10 +414,10 @@ TEST_F(SettingsStoreTest, AStoreThatCannotBeWrittenIsReportedOnSave) {
     FakeWindow window;
     SettingsStore(store, host).SaveSettings(settings, window);
     ::close(held);
-    ASSERT_EQ(host.messages.size(), 1u);
-    EXPECT_TRUE(host.messages[0].text.starts_with("Error writing settings to system registry.\r\n"))
-        << host.messages[0].text;
-    EXPECT_NE(host.messages[0].text.find("another instance"), std::string::npos);
+    ASSERT_EQ(host.shown.size(), 1u);
+    EXPECT_TRUE(host.shown[0].text.starts_with("Error writing settings to system registry.\r\n"))
+        << host.shown[0].text;
+    EXPECT_NE(host.shown[0].text.find("another instance"), std::string::npos);
 }
 
 TEST_F(SettingsStoreTest, UnexpectedFailuresAreReportedAndEndTheStep) {
@@ -425,29 +426,29 @@ TEST_F(SettingsStoreTest, UnexpectedFailuresAreReportedAndEndTheStep) {
     FakeWindow window;
     window.throwOn = HistoryBox::Folder;
     load(settings, window);
-    ASSERT_EQ(host.messages.size(), 1u);
-    EXPECT_EQ(host.messages[0].text, "Error reading settings from system registry.");
+    ASSERT_EQ(host.shown.size(), 1u);
+    EXPECT_EQ(host.shown[0].text, "Error reading settings from system registry.");
     EXPECT_EQ(window.lists[HistoryBox::Find], std::vector<std::string>{"f"});  // applied before the failure
     EXPECT_EQ(settings.HitsPerPage, 100);                                      // never reached
 
-    host.messages.clear();
+    host.shown.clear();
     struct ThrowingOnSave : FakeWindow {
         WindowShowState showState() const override { throw std::runtime_error("gone"); }
     } broken;
     save(settings, broken);
-    ASSERT_EQ(host.messages.size(), 1u);
-    EXPECT_EQ(host.messages[0].text, "Error writing settings to system registry.");
+    ASSERT_EQ(host.shown.size(), 1u);
+    EXPECT_EQ(host.shown[0].text, "Error writing settings to system registry.");
     EXPECT_EQ(stored("Version"), "1.2.3");  // what was written before the failure stays
 }
 
 TEST_F(SettingsStoreTest, ADamagedStoreIsReportedOnceAndTheFirstRunFollows) {
-    testing::writeWhole(file(), "Windows Registry Editor Version 5.00\n[HKEY_CURRENT_USER\\Software\n");
+    folder.write("settings.reg", "Windows Registry Editor Version 5.00\n[HKEY_CURRENT_USER\\Software\n");
     AppSettings settings;
     FakeWindow window;
     load(settings, window);
     save(settings, window);
-    ASSERT_EQ(host.messages.size(), 1u);
-    EXPECT_NE(host.messages[0].text.find("is damaged"), std::string::npos) << host.messages[0].text;
+    ASSERT_EQ(host.shown.size(), 1u);
+    EXPECT_NE(host.shown[0].text.find("is damaged"), std::string::npos) << host.shown[0].text;
     EXPECT_EQ(window.firstRunCalls, 1);
     EXPECT_EQ(stored("Filt0"), "*.txt");
 }
