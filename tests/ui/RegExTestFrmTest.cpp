@@ -8,7 +8,6 @@
 #include <QTimer>
 
 #include "UiTestSupport.h"
-#include "support/TempTree.h"
 #include "ui/PatternEdit.h"
 #include "ui/RegExLibFrm.h"
 #include "ui/RegExTestFrm.h"

@@ -4,7 +4,6 @@
 #include <QComboBox>
 
 #include "UiTestSupport.h"
-#include "support/TempTree.h"
 #include "ui/BatchFrm.h"
 
 using namespace vantorel;

@@ -12,7 +12,6 @@
 
 #include "UiTestSupport.h"
 #include "core/TemporaryFiles.h"
-#include "support/TempTree.h"
 #include "ui/TerminationSignals.h"
 #include "ui/ColourProgressBar.h"
 #include "ui/ResultsView.h"
@@ -31,7 +30,6 @@ class RepFormRunTest : public QObject {
         tree.write("d.log", "colour\n");
         tree.write("docs/a.txt", "colour one\ncolour two colour\n");
     }
-    static QString root(const TempTree& tree) { return QString::fromStdString(tree.root()); }
 
 private slots:
     void findListsFilesAndShowsTheirSections() {
@@ -58,12 +56,6 @@ private slots:
         const QTextDocument* document = f.pane()->document();
         QVERIFY(document->findBlockByNumber(f.rows().previewAnchorAt(1)).text().startsWith(root(tree) + "/docs/a.txt  ("));
         QVERIFY(document->findBlockByNumber(f.rows().previewAnchorAt(0)).text().startsWith(root(tree) + "/b.txt  ("));
-        // The pane gives back its runs for saving: header grey bold, hits red bold.
-        const StyledText runs = f.pane()->styledText();
-        QCOMPARE(runs.front(), (StyledRun{f.form->results()->pathAt(0) + "  (1 Found)", kGrey, true}));
-        QVERIFY(std::count(runs.begin(), runs.end(), StyledRun{"colour", kRed, true}) == 3);
-        QVERIFY(std::count(runs.begin(), runs.end(), StyledRun{"Colour", kRed, true}) == 1);
-        QVERIFY(std::count(runs.begin(), runs.end(), StyledRun{"00000002 | ", kBlue, true}) == 1);
 
         // The inputs went to the top of their histories.
         QCOMPARE(f.combo("FindText")->itemText(0), QString("colour"));

@@ -10,7 +10,6 @@
 #include <QTreeView>
 
 #include "UiTestSupport.h"
-#include "support/TempTree.h"
 #include "ui/FontNames.h"
 #include "ui/RegExLibFrm.h"
 #include "ui/ScreenFit.h"
@@ -20,8 +19,6 @@ using namespace vantorel;
 using namespace vantorel::test;
 
 namespace {
-
-QString root(const TempTree& tree) { return QString::fromStdString(tree.root()); }
 
 void showActive(FormFixture& f) {
     f.child<QTimer>("SplashTimer")->stop();

@@ -11,7 +11,6 @@
 #include <sys/time.h>
 
 #include "UiTestSupport.h"
-#include "support/TempTree.h"
 #include "ui/FileDialog.h"
 #include "ui/ResultsView.h"
 
@@ -19,8 +18,6 @@ using namespace vantorel;
 using namespace vantorel::test;
 
 namespace {
-
-QString root(const TempTree& tree) { return QString::fromStdString(tree.root()); }
 
 void setModified(const std::string& path, std::time_t when) {
     const struct timeval times[2] = {{when, 0}, {when, 0}};

@@ -6,7 +6,6 @@
 
 #include "UiTestSupport.h"
 #include "results/ChangeListing.h"
-#include "support/TempTree.h"
 #include "ui/FileChangesModel.h"
 #include "ui/ReplacePreviewForm.h"
 
@@ -18,7 +17,6 @@ class ReplacePreviewUndoTest : public QObject {
 
     std::unique_ptr<QTemporaryDir> state_;  // each test's own undo journal
 
-    static QString root(const TempTree& tree) { return QString::fromStdString(tree.root()); }
 
 private slots:
     void init() {

@@ -7,7 +7,6 @@
 #include <QRegularExpression>
 
 #include "UiTestSupport.h"
-#include "support/TempTree.h"
 #include "ui/ExtractForm.h"
 #include "ui/PopUpForm.h"
 #include "ui/ResultsView.h"
@@ -18,7 +17,6 @@ using namespace vantorel::test;
 class ResultActionsTest : public QObject {
     Q_OBJECT
 
-    static QString root(const TempTree& tree) { return QString::fromStdString(tree.root()); }
 
     // Three listed files: a.txt (2 matches), b.txt (1), sub/c.txt (3).
     static void writeTree(const TempTree& tree) {

@@ -23,6 +23,7 @@
 #include <vector>
 
 #include "core/MessageHost.h"
+#include "support/TempTree.h"
 #include "ui/DesktopServices.h"
 #include "ui/HistoryCombo.h"
 #include "ui/PreviewPane.h"
@@ -112,6 +113,9 @@ T* namedChild(const QObject* window, const char* name) {
     if (!found) qFatal("no child named %s", name);
     return found;
 }
+
+// A temporary tree's root as the window shows it.
+inline QString root(const TempTree& tree) { return QString::fromStdString(tree.root()); }
 
 // A file written whole, and a file's bytes (empty when it cannot be read).
 inline bool writeBytes(const QString& path, const QByteArray& bytes) {
