@@ -32,27 +32,25 @@ protected:
     std::atomic<bool> stop{false};
 };
 
-TEST_F(FileListBuilderTest, WalksBreadthFirstWithEachFolderInNameOrder) {
-    const FileList list = BuildFileList(tree.root(), "*.txt", true, stop);
-    EXPECT_EQ(paths(list, tree.root()),
-              (std::vector<std::string>{"a.txt", "b.txt", "sub1/e.txt", "sub2/f.TXT", "sub1/deep/d.txt"}));
-    EXPECT_EQ(list.folders.front(), tree.root() + "/");
-    for (const std::string& folder : list.folders) EXPECT_EQ(folder.back(), '/');
-}
-
-TEST_F(FileListBuilderTest, StartFolderWithOrWithoutSeparatorGivesTheSameList) {
-    EXPECT_EQ(BuildFileList(tree.root(), "*", true, stop).names,
-              BuildFileList(tree.root() + "/", "*", true, stop).names);
-}
-
-TEST_F(FileListBuilderTest, WithoutSubfoldersOnlyTheStartFolderIsListed) {
-    const FileList list = BuildFileList(tree.root(), "*.txt;*.log", false, stop);
-    EXPECT_EQ(paths(list, tree.root()), (std::vector<std::string>{"a.txt", "b.txt", "c.log"}));
-}
-
-TEST_F(FileListBuilderTest, ANameMatchingSeveralPatternsIsListedOnce) {
-    const FileList list = BuildFileList(tree.root(), "a.*;*.txt; a.txt", false, stop);
-    EXPECT_EQ(paths(list, tree.root()), (std::vector<std::string>{"a.txt", "b.txt"}));
+TEST_F(FileListBuilderTest, WalksBreadthFirstWithEachFolderInNameOrderListingEachFileOnce) {
+    const std::vector<std::string> all{"a.txt", "b.txt", "sub1/e.txt", "sub2/f.TXT", "sub1/deep/d.txt"};
+    const struct {
+        std::string start;
+        const char* filter;
+        bool subfolders;
+        std::vector<std::string> expected;
+    } cases[] = {
+        {tree.root(), "*.txt", true, all},
+        {tree.root() + "/", "*.txt", true, all},
+        {tree.root(), "*.txt;*.log", false, {"a.txt", "b.txt", "c.log"}},
+        {tree.root(), "a.*;*.txt; a.txt", false, {"a.txt", "b.txt"}},  // a name matching several patterns
+    };
+    for (const auto& c : cases) {
+        const FileList list = BuildFileList(c.start, c.filter, c.subfolders, stop);
+        EXPECT_EQ(paths(list, tree.root()), c.expected) << c.start << " " << c.filter;
+        EXPECT_EQ(list.folders.front(), tree.root() + "/");
+        for (const std::string& folder : list.folders) EXPECT_EQ(folder.back(), '/');
+    }
 }
 
 TEST_F(FileListBuilderTest, FilterWithoutPatternsTellsTheUser) {
