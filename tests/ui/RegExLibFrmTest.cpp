@@ -61,7 +61,6 @@ private slots:
         f.type("RepTxt", "$&!");
         f.click("lvButtons_H2");
         QCOMPARE(f.messages.questions.size(), std::size_t{1});
-        QCOMPARE(f.messages.questions[0].text, std::string("This already exists. Update 'FOO' ?"));
         QCOMPARE(f.names(), QStringList({"digits", "FOO", "Words"}));
         QCOMPARE(f.file(), QByteArray("digits\t\\d+\t\r\nFOO\tnew\t$&!\r\nWords\t\\w+\t\r\n"));
     }
@@ -75,8 +74,7 @@ private slots:
         QCOMPARE(f.text("REName"), QString("a"));
         QCOMPARE(f.text("REtxt"), QString("1"));
         QCOMPARE(f.text("RepTxt"), QString("x"));
-        f.click("DelBtn");
-        QCOMPARE(f.messages.questions.back().text, std::string("Remove 'a' from library?"));
+        f.click("DelBtn");  // No
         QCOMPARE(f.names(), QStringList({"a", "b"}));
         f.messages.answers = {true};
         f.click("DelBtn");

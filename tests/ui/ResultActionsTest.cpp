@@ -40,7 +40,7 @@ class ResultActionsTest : public QObject {
         return f.form->findChild<QMenu*>("mmuPopUp");
     }
 
-    static void select(FormFixture& f, std::initializer_list<int> rows) {
+    static void select(FormFixture& f, const std::vector<int>& rows) {
         auto* view = f.child<ui::ResultsView>("ListView1");
         view->clearSelection();
         for (int row : rows)
@@ -146,55 +146,40 @@ private slots:
         menu->hide();
     }
 
-    void markingThroughTheMenuDrivesMarkedFilesOnly() {
+    void eachMarkingItemSetsTheMarksAndTheMarkedBoxFollows() {
         TempTree tree;
         writeTree(tree);
         FormFixture f;
         find(f, tree);
         auto* marked = f.child<QCheckBox>("MarkedChk");
         QVERIFY(!marked->isEnabled());
-        rightClick(f, 0)->hide();
-        f.action("mmuMark")->trigger();
-        QVERIFY(f.rows().rowAt(0).checked);
-        QVERIFY(marked->isEnabled() && marked->isChecked());
-        rightClick(f, 0)->hide();
-        QCOMPARE(f.action("mmuMark")->text(), QString("Unmark a.txt"));
-        f.action("mmuMark")->trigger();
-        QVERIFY(!f.rows().rowAt(0).checked);
-
-        select(f, {1, 2});
-        f.action("MnuMarkAll")->trigger();
-        QVERIFY(!f.rows().rowAt(0).checked && f.rows().rowAt(1).checked && f.rows().rowAt(2).checked);
-        QVERIFY(marked->isEnabled() && marked->isChecked());
-        f.action("mnuInv")->trigger();
-        QVERIFY(f.rows().rowAt(0).checked && !f.rows().rowAt(1).checked && !f.rows().rowAt(2).checked);
-        QVERIFY(marked->isEnabled());
-    }
-
-    void withNoMarkLeftTheMarkedBoxIsClearedAndTheInputsFreed() {
-        TempTree tree;
-        writeTree(tree);
-        FormFixture f;
-        find(f, tree);
-        auto* marked = f.child<QCheckBox>("MarkedChk");
-        const char* inputs[] = {"FilterCombo", "StartDir", "FolderButton", "ffiltLbl", "StLocLbl"};
-        struct Case {
-            const char* how;
-            std::vector<int> marks;
-            std::function<void()> removeThem;
+        const struct {
+            const char* item;
+            std::vector<int> before, selected, after;
+        } cases[] = {
+            {"mmuMark", {}, {0}, {0}},
+            {"MnuMarkAll", {}, {1, 2}, {1, 2}},
+            {"mnuInv", {1, 2}, {1}, {0}},
+            // No mark left: the box is cleared and disabled, and the inputs freed.
+            {"mnuInv", {0, 1, 2}, {1}, {}},
+            {"MnuUnmarkAll", {0, 2}, {0, 1, 2}, {}},
+            {"mmuMark", {1}, {1}, {}},
         };
-        const Case cases[] = {
-            {"invert", {0, 1, 2}, [&] { f.action("mnuInv")->trigger(); }},
-            {"unmark all selected", {0, 2}, [&] { select(f, {0, 1, 2}); f.action("MnuUnmarkAll")->trigger(); }},
-            {"unmark the file", {1}, [&] { select(f, {1}); f.action("mmuMark")->trigger(); }},
-        };
-        for (const Case& c : cases) {
-            for (int row : c.marks) f.rows().setData(f.rows().index(row, 0), Qt::Checked, Qt::CheckStateRole);
-            QVERIFY2(marked->isEnabled() && marked->isChecked() && !f.child("StartDir")->isEnabled(), c.how);
-            c.removeThem();
-            QVERIFY2(!f.rows().anyChecked(), c.how);
-            QVERIFY2(!marked->isChecked() && !marked->isEnabled(), c.how);
-            for (const char* input : inputs) QVERIFY2(f.child(input)->isEnabled(), c.how);
+        for (const auto& c : cases) {
+            for (int row = 0; row < 3; ++row) {
+                const bool on = std::find(c.before.begin(), c.before.end(), row) != c.before.end();
+                f.rows().setData(f.rows().index(row, 0), on ? Qt::Checked : Qt::Unchecked, Qt::CheckStateRole);
+            }
+            select(f, c.selected);
+            f.action(c.item)->trigger();
+            std::vector<int> now;
+            for (int row = 0; row < 3; ++row)
+                if (f.rows().rowAt(row).checked) now.push_back(row);
+            QCOMPARE(now, c.after);
+            const bool any = !now.empty();
+            QVERIFY2(marked->isEnabled() == any && marked->isChecked() == any, c.item);
+            for (const char* input : {"FilterCombo", "StartDir", "FolderButton", "ffiltLbl", "StLocLbl"})
+                QVERIFY2(f.child(input)->isEnabled() == !any, c.item);
         }
     }
 
