@@ -176,7 +176,6 @@ private slots:
         };
         const Case cases[] = {
             {root(tree), "", "colour", false, "Please enter a valid file type filter (eg. *.txt)"},
-            {root(tree) + "/missing", "*.txt", "colour", false, "Missing or invalid start location"},
             {"", "*.txt", "colour", false, "Missing or invalid start location"},
             // The pattern is checked before the filter.
             {root(tree), "", "a)b", true, "Regular Expression is invalid - please check syntax."},
