@@ -6,7 +6,7 @@ namespace vantorel {
 namespace {
 
 TEST(PatternConstructionTest, PlainTextMatchesItselfLiterally) {
-    // Every metacharacter is escaped; a line break, "-" and "/" stay as they are.
+    // Metacharacters, a line break, "-" and "/" all match themselves and nothing else.
     for (const std::string text : {"a.b", "C:\\temp", "(x+y)*2 = $5 | [a]{1}", "^start$", "a-b/c\nd"}) {
         const std::string pattern = EscapePlainText(text);
         EXPECT_EQ(CountMatches("<" + text + "> <" + text + ">", pattern, false), 2u) << text;
