@@ -36,9 +36,7 @@ private slots:
         TempTree tree;
         writeTree(tree);
         FormFixture f;
-        f.setInputs(root(tree), "*.txt", "colour");
-        QVERIFY(f.runBy("FindBtn"));
-
+        QVERIFY(f.run(root(tree), "*.txt", "colour"));
         QCOMPARE(f.status(), QString("3 files processed, 4 occurences found in 2 file(s)"));
         QVERIFY(f.messages.messages.empty());
         QCOMPARE(f.column(0), QStringList({"b.txt", "a.txt"}));
@@ -53,9 +51,8 @@ private slots:
         const QString text = f.pane()->toPlainText();
         QVERIFY2(text.contains(root(tree) + "/b.txt  (1 Found)\n00000001 | Colour"), qPrintable(text));
         QVERIFY(text.contains(root(tree) + "/docs/a.txt  (3 Found)\n00000001 | colour one\n00000002 | colour two colour"));
-        const QTextDocument* document = f.pane()->document();
-        QVERIFY(document->findBlockByNumber(f.rows().previewAnchorAt(1)).text().startsWith(root(tree) + "/docs/a.txt  ("));
-        QVERIFY(document->findBlockByNumber(f.rows().previewAnchorAt(0)).text().startsWith(root(tree) + "/b.txt  ("));
+        QVERIFY(f.sectionOf(1).startsWith(root(tree) + "/docs/a.txt  ("));
+        QVERIFY(f.sectionOf(0).startsWith(root(tree) + "/b.txt  ("));
 
         // The inputs went to the top of their histories.
         QCOMPARE(f.combo("FindText")->itemText(0), QString("colour"));
@@ -95,7 +92,6 @@ private slots:
         TempTree tree;
         writeTree(tree);
         FormFixture f;
-        f.setInputs(root(tree), "*.txt", "colour", "color");
         f.messages.answers = {true};
         bool busyWhileAsked = false;
         f.messages.onQuestion = [&](const Message&) {
@@ -111,8 +107,7 @@ private slots:
             busyWhileAsked = busyWhileAsked && bar->percent() == 100 && bar->fillColour() == QColor(255, 255, 0) &&
                              bar->backColour() == QColor(0, 0, 255);
         };
-        QVERIFY(f.runBy("RepBtn"));
-
+        QVERIFY(f.run(root(tree), "*.txt", "colour", "color", "RepBtn"));
         QVERIFY(busyWhileAsked);
         QVERIFY(!f.messages.offWindowThread);
         QCOMPARE(f.messages.questions.size(), size_t(1));
@@ -128,16 +123,12 @@ private slots:
         QCOMPARE(tree.read("d.log"), std::string("colour\n"));
         QCOMPARE(f.column(0), QStringList({"b.txt", "a.txt"}));  // rebuilt by the writing pass
         // The writing pass's rows lead to the sections the counting pass showed.
-        const QTextDocument* document = f.pane()->document();
-        QVERIFY(document->findBlockByNumber(f.rows().previewAnchorAt(0)).text().startsWith(root(tree) + "/b.txt  ("));
-        QVERIFY(document->findBlockByNumber(f.rows().previewAnchorAt(1)).text().startsWith(root(tree) + "/docs/a.txt  ("));
+        QVERIFY(f.sectionOf(0).startsWith(root(tree) + "/b.txt  ("));
+        QVERIFY(f.sectionOf(1).startsWith(root(tree) + "/docs/a.txt  ("));
         QCOMPARE(f.combo("RepText")->itemText(0), QString("color"));
         QCOMPARE(f.form->previewPattern(), std::string("color"));
 
-        // Idle again.
-        QVERIFY(f.button("FindBtn")->isEnabled());
-        QVERIFY(!f.button("StopBtn")->isEnabled());
-        QVERIFY(f.child("ListView1")->isEnabled());
+        QVERIFY(f.idle());
         QVERIFY(f.child<QMenu>("mnuFile")->menuAction()->isEnabled());
         QVERIFY(f.button("OptBtn")->isEnabled() && f.action("mOpts")->isEnabled() && f.button("ShowLibBtn")->isEnabled());
         QVERIFY(!f.button("ExtrBtn")->isEnabled());  // still plain-text mode
@@ -147,9 +138,8 @@ private slots:
         TempTree tree;
         writeTree(tree);
         FormFixture f;
-        f.setInputs(root(tree), "*.txt", "colour", "color");
         f.messages.answers = {false};
-        QVERIFY(f.runBy("RepBtn"));
+        QVERIFY(f.run(root(tree), "*.txt", "colour", "color", "RepBtn"));
         QCOMPARE(f.status(), QString("3 files processed, 4 occurences found in 2 file(s)"));
         QVERIFY(f.messages.messages.empty());
         QCOMPARE(f.column(0), QStringList({"b.txt", "a.txt"}));  // the counting pass's rows stay
@@ -183,12 +173,10 @@ private slots:
         for (const Case& c : cases) {
             f.messages.messages.clear();
             f.child<QCheckBox>("RegExpFind")->setChecked(c.regex);
-            f.setInputs(c.folder, c.filter, c.find);
-            QVERIFY(f.runBy("FindBtn"));
+            QVERIFY(f.run(c.folder, c.filter, c.find));
             QCOMPARE(f.messages.texts(), std::vector<std::string>({c.message}));
             QCOMPARE(f.messages.messages[0].icon, MessageIcon::Information);
-            QVERIFY(f.button("FindBtn")->isEnabled());
-            QVERIFY(!f.button("StopBtn")->isEnabled());
+            QVERIFY(f.idle());
             QCOMPARE(f.combo("FindText")->count(), 0);  // nothing was recorded
             QCOMPARE(f.combo("FindText")->currentText(), c.find);  // nothing typed was lost
         }
@@ -203,9 +191,8 @@ private slots:
         TempTree tree;
         writeTree(tree);
         FormFixture f;
-        f.setInputs(root(tree), "*.txt", "zebra");
         tree.write(".git/config.txt", "zebra\n");
-        QVERIFY(f.runBy("FindBtn"));
+        QVERIFY(f.run(root(tree), "*.txt", "zebra"));
         QCOMPARE(f.messages.texts(), std::vector<std::string>({"No matches found in files."}));
         f.form->settings().SkipVersionControl = false;
         QVERIFY(f.runBy("FindBtn"));
@@ -217,16 +204,11 @@ private slots:
         tree.write("a.txt", std::string(40, 'a') + "!");
         FormFixture f;
         f.child<QCheckBox>("RegExpFind")->setChecked(true);
-        f.setInputs(root(tree), "*.txt", "^(\\w+\\s?)*$");  // exceeds the engine's match limit
-        QVERIFY(f.runBy("FindBtn"));
+        QVERIFY(f.run(root(tree), "*.txt", "^(\\w+\\s?)*$"));  // exceeds the engine's match limit
         QCOMPARE(f.messages.messages.size(), size_t(1));
         QVERIFY(QString::fromStdString(f.messages.messages[0].text).startsWith("Error in Find/Replace process!\r\n"));
         QCOMPARE(f.messages.messages[0].icon, MessageIcon::Warning);
-        QVERIFY(f.button("FindBtn")->isEnabled());
-        QVERIFY(f.button("ExtrBtn")->isEnabled());
-        QVERIFY(!f.button("StopBtn")->isEnabled());
-        QVERIFY(f.child("ListView1")->isEnabled());
-        QVERIFY(f.pane()->isEnabled());
+        QVERIFY(f.idle() && f.button("ExtrBtn")->isEnabled());
         QVERIFY(f.form->cursor().shape() != Qt::BusyCursor);
     }
 
@@ -234,13 +216,11 @@ private slots:
         TempTree tree;
         writeTree(tree);
         FormFixture f;
-        f.setInputs(root(tree), "*.txt", "colour");
-        QVERIFY(f.runBy("FindBtn"));
+        QVERIFY(f.run(root(tree), "*.txt", "colour"));
         auto* marked = f.child<QCheckBox>("MarkedChk");
         QVERIFY(!marked->isEnabled());
 
-        f.rows().setData(f.rows().index(0, 0), Qt::Checked, Qt::CheckStateRole);
-        f.rows().setData(f.rows().index(1, 0), Qt::Checked, Qt::CheckStateRole);
+        for (int row : {0, 1}) f.rows().setData(f.rows().index(row, 0), Qt::Checked, Qt::CheckStateRole);
         QVERIFY(marked->isEnabled() && marked->isChecked());
         for (const char* input : {"FilterCombo", "StartDir", "FolderButton", "ffiltLbl", "StLocLbl"})
             QVERIFY2(!f.child(input)->isEnabled(), input);
@@ -274,8 +254,7 @@ private slots:
         f.form->show();
         QTest::mouseClick(f.button("FindBtn"), Qt::LeftButton);
         if (intoTheLongLine) QTRY_COMPARE(f.rows().rowCount(), 1);  // a.txt is done, b.txt under way
-        QVERIFY(f.form->close());
-        QVERIFY(!f.form->isVisible());
+        QVERIFY(f.form->close() && !f.form->isVisible());
         QTRY_VERIFY(!f.form->isRunning());
         QCOMPARE(f.messages.texts(), std::vector<std::string>());
         QVERIFY(QFile::exists(f.config.path() + "/settings.reg"));
@@ -315,7 +294,6 @@ private slots:
         }
         QVERIFY(written < 300);  // stopped part way
     }
-
 };
 
 QTEST_MAIN(RepFormRunTest)

@@ -40,16 +40,14 @@ void clickHeader(FormFixture& f, int column) {
 
 void dragDivider(FormFixture& f, int by) {
     QWidget* line = f.child("DragLine");
-    const QPointF start(10, 2);
-    QMouseEvent press(QEvent::MouseButtonPress, start, line->mapToGlobal(start), Qt::LeftButton, Qt::LeftButton,
-                      Qt::NoModifier);
-    QApplication::sendEvent(line, &press);
-    const QPointF to(10, 2 + by);
-    QMouseEvent move(QEvent::MouseMove, to, line->mapToGlobal(to), Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(line, &move);
-    QMouseEvent release(QEvent::MouseButtonRelease, to, line->mapToGlobal(to), Qt::LeftButton, Qt::NoButton,
-                        Qt::NoModifier);
-    QApplication::sendEvent(line, &release);
+    const struct { QEvent::Type type; QPointF at; Qt::MouseButton button; Qt::MouseButtons held; } steps[] = {
+        {QEvent::MouseButtonPress, {10, 2}, Qt::LeftButton, Qt::LeftButton},
+        {QEvent::MouseMove, {10, 2. + by}, Qt::NoButton, Qt::LeftButton},
+        {QEvent::MouseButtonRelease, {10, 2. + by}, Qt::LeftButton, Qt::NoButton}};
+    for (const auto& s : steps) {
+        QMouseEvent event(s.type, s.at, line->mapToGlobal(s.at), s.button, s.held, Qt::NoModifier);
+        QApplication::sendEvent(line, &event);
+    }
 }
 
 }  // namespace
@@ -61,18 +59,14 @@ private slots:
     void regularExpressionModeSwitchesWholeWordsExtractAndCaption() {
         FormFixture f;
         auto* regex = f.child<QCheckBox>("RegExpFind");
-        QCOMPARE(f.child<QLabel>("Findcaption")->text(), QString("Find:"));
-        QVERIFY(f.child("WholeWordsChk")->isEnabled());
-        QVERIFY(!f.button("ExtrBtn")->isEnabled());
-        QTest::mouseClick(regex, Qt::LeftButton, {}, QPoint(4, regex->height() / 2));
-        QVERIFY(regex->isChecked());
-        QCOMPARE(f.child<QLabel>("Findcaption")->text(), QString("Reg Ex:"));
-        QVERIFY(!f.child("WholeWordsChk")->isEnabled());
-        QVERIFY(f.button("ExtrBtn")->isEnabled());
-        QTest::mouseClick(regex, Qt::LeftButton, {}, QPoint(4, regex->height() / 2));
-        QCOMPARE(f.child<QLabel>("Findcaption")->text(), QString("Find:"));
-        QVERIFY(f.child("WholeWordsChk")->isEnabled());
-        QVERIFY(!f.button("ExtrBtn")->isEnabled());
+        for (const bool checked : {false, true, false}) {
+            if (regex->isChecked() != checked)
+                QTest::mouseClick(regex, Qt::LeftButton, {}, QPoint(4, regex->height() / 2));
+            QCOMPARE(regex->isChecked(), checked);
+            QCOMPARE(f.child<QLabel>("Findcaption")->text(), QString(checked ? "Reg Ex:" : "Find:"));
+            QCOMPARE(f.child("WholeWordsChk")->isEnabled(), !checked);
+            QCOMPARE(f.button("ExtrBtn")->isEnabled(), checked);
+        }
         QCOMPARE(f.child<QLabel>("VLabel")->text(), QString("Version " VANTOREL_VERSION));
         QCOMPARE(f.form->windowTitle(), QString("Vantorel"));
     }
@@ -102,11 +96,9 @@ private slots:
         setModified(tree.write("s100.txt", std::string(20, 'x') + std::string(80, '.')), 1000000);
         FormFixture f;
         showWindow(f);
-        f.setInputs(root(tree), "*.txt", "x");
-        QVERIFY(f.runBy("FindBtn"));
+        QVERIFY(f.run(root(tree), "*.txt", "x"));
         QCOMPARE(f.column(0), QStringList({"s10.txt", "s100.txt", "s9.txt"}));
-        const QStringList before = f.column(4);
-
+        QStringList before = f.column(4);
         clickHeader(f, 3);  // "File Size", first click: descending, as numbers
         QCOMPARE(f.column(3), QStringList({"100", "10", "9"}));
         QCOMPARE(f.column(0), QStringList({"s100.txt", "s10.txt", "s9.txt"}));
@@ -123,14 +115,10 @@ private slots:
         // Every row still shows its own texts.
         QStringList dates = f.column(4);
         dates.sort();
-        QStringList sortedBefore = before;
-        sortedBefore.sort();
-        QCOMPARE(dates, sortedBefore);
-        for (int r = 0; r < f.rows().rowCount(); ++r) {
-            const QString name = f.rows().index(r, 0).data().toString();
-            const QString size = f.rows().index(r, 3).data().toString();
-            QCOMPARE(name, "s" + size + ".txt");
-        }
+        before.sort();
+        QCOMPARE(dates, before);
+        for (int r = 0; r < f.rows().rowCount(); ++r)
+            QCOMPARE(f.column(0)[r], "s" + f.column(3)[r] + ".txt");
     }
 
     void singleFilePreviewPagesThroughTheHits() {
@@ -147,7 +135,6 @@ private slots:
         QSignalSpy shown(f.form.get(), &ui::RepForm::previewShown);
         QVERIFY(f.runBy("FindBtn"));
         QVERIFY(shown.count() > 0 || shown.wait());  // the first file straight after the run
-
         auto* label = f.child<QLabel>("PreviewLbl");
         auto* back = f.button("LineBackButton");
         auto* forward = f.button("LineFwdButton");
@@ -155,9 +142,7 @@ private slots:
         const QString path = folder + "p.txt";
         QCOMPARE(label->text(), " Results 1-2: " + path);
         QCOMPARE(f.pane()->toPlainText(), QString("00000001 | <hit> a\n00000002 | <hit> b").remove('<').remove('>'));
-        QVERIFY(forward->isEnabled());
-        QVERIFY(!back->isEnabled());
-
+        QVERIFY(forward->isEnabled() && !back->isEnabled());
         auto turn = [&](QAbstractButton* button) {
             shown.clear();
             QTest::mouseClick(button, Qt::LeftButton);
@@ -193,7 +178,7 @@ private slots:
         // A file that cannot be read any more is reported and the pane stays.
         const QString before = f.pane()->toPlainText();
         std::remove(tree.path(deep + "q.txt").c_str());
-        QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, view->visualRect(f.rows().index(1, 0)).center());
+        f.clickRow(1);
         QTRY_COMPARE(f.messages.texts(), std::vector<std::string>({"Unable to show file."}));
         QCOMPARE(f.pane()->toPlainText(), before);
     }
@@ -203,11 +188,9 @@ private slots:
         tree.write("p.txt", "hit a\nhit b\nhit c\n");
         tree.write("q.txt", "one hit\n");
         FormFixture f;
-        QVERIFY(f.form->settings().PreviewAll);
-        QVERIFY(f.action("mAllFound")->isChecked());
+        QVERIFY(f.form->settings().PreviewAll && f.action("mAllFound")->isChecked());
         f.form->settings().HitsPerPage = 2;
-        f.setInputs(root(tree), "*.txt", "hit");
-        QVERIFY(f.runBy("FindBtn"));
+        QVERIFY(f.run(root(tree), "*.txt", "hit"));
         const QString text = f.pane()->toPlainText();
         QVERIFY2(text.startsWith(root(tree) + "/p.txt  (3 Found - 2 Shown)\n00000001 | hit a\n00000002 | hit b\n\n"),
                  qPrintable(text));
@@ -235,7 +218,6 @@ private slots:
         tree.write("q.txt", "one hit\n");
         FormFixture f;
         showWindow(f);
-        auto* view = f.child<ui::ResultsView>("ListView1");
         auto* label = f.child<QLabel>("PreviewLbl");
         auto settle = [] {  // pages and sections are built on the pool
             QThreadPool::globalInstance()->waitForDone();
@@ -252,7 +234,7 @@ private slots:
         f.action("mAllFound")->trigger();
         const QString notice = "Preview will not be updated until the search is performed again.";
         QCOMPARE(f.pane()->toPlainText(), notice);
-        QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, view->visualRect(f.rows().index(1, 0)).center());
+        f.clickRow(1);
         settle();
         QCOMPARE(f.pane()->toPlainText(), notice);
         QVERIFY(label->text().isEmpty());
@@ -260,7 +242,7 @@ private slots:
         // A combined run, then combined mode off with no row selected: nothing.
         QVERIFY(f.runBy("FindBtn"));
         QVERIFY(f.pane()->toPlainText().contains("p.txt  (1 Found)"));
-        view->setCurrentIndex(QModelIndex());
+        f.child<ui::ResultsView>("ListView1")->setCurrentIndex(QModelIndex());
         f.action("mAllFound")->trigger();
         settle();
         QCOMPARE(f.pane()->toPlainText(), QString());
@@ -278,19 +260,15 @@ private slots:
         f.previewCharacters = 2500;  // room for the first two sections only
         f.restart();
         showWindow(f);
-        f.setInputs(root(tree), "*.txt", "hit");
-        QVERIFY(f.runBy("FindBtn"));
+        QVERIFY(f.run(root(tree), "*.txt", "hit"));
         QCOMPARE(f.rows().previewAnchorAt(2), -1);
         const QString notice = "The preview holds the files above. Click a later file in the list to see its matches here.";
         QVERIFY2(f.pane()->toPlainText().endsWith(notice + "\n\n"), qPrintable(f.pane()->toPlainText().right(200)));
 
-        auto* view = f.child<QTreeView>("ListView1");
-        auto click = [&](int row) {
-            QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, view->visualRect(f.rows().index(row, 1)).center());
-        };
+        auto click = [&](int row) { f.clickRow(row, 1); };
         click(1);
         QCOMPARE(f.pane()->firstVisibleBlockNumber(), f.rows().previewAnchorAt(1));
-        QVERIFY(f.pane()->document()->findBlockByNumber(f.rows().previewAnchorAt(1)).text().startsWith(root(tree) + "/b.txt"));
+        QVERIFY(f.sectionOf(1).startsWith(root(tree) + "/b.txt"));
         click(0);
         QCOMPARE(f.pane()->firstVisibleBlockNumber(), 0);
 
@@ -322,8 +300,8 @@ private slots:
         dragDivider(f, 3000);
         QCOMPARE(f.form->dividerPosition(), inner - ui::RepForm::kPreviewMinimum);
         dragDivider(f, -15);
-        QVERIFY(f.form->dividerPosition() < inner - ui::RepForm::kPreviewMinimum);
-        QVERIFY(f.form->dividerPosition() > ui::RepForm::kListMinimum);
+        QVERIFY(f.form->dividerPosition() < inner - ui::RepForm::kPreviewMinimum &&
+                f.form->dividerPosition() > ui::RepForm::kListMinimum);
         // The list and the preview follow the divider.
         QCOMPARE(f.child("DragLine")->geometry().top(), f.child("LowerFrame")->geometry().bottom() + 1);
         QCOMPARE(f.child("PrevFrame")->geometry().top(), f.child("DragLine")->geometry().bottom() + 1);
@@ -352,12 +330,8 @@ private slots:
         QCOMPARE(f.desktop.folderStart, root(tree));
         QCOMPARE(f.combo("StartDir")->currentText(), root(tree));
 
-        f.setInputs(root(tree), "*.txt", "hit");
-        QVERIFY(f.runBy("FindBtn"));
-        auto* view = f.child<QTreeView>("ListView1");
-        const QPoint cell = view->visualRect(f.rows().index(0, 1)).center();
-        QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, cell);
-        QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, cell);
+        QVERIFY(f.run(root(tree), "*.txt", "hit"));
+        f.clickRow(0, 1, true);
         QCOMPARE(f.desktop.opened.back(), QUrl::fromLocalFile(root(tree) + "/a.txt"));
 
         f.form->setStartFolder("\"/some folder/with \"quotes\"");
@@ -374,10 +348,8 @@ private slots:
         FormFixture f;
         f.systemDesktop = true;
         f.restart();
-        f.setInputs(root(tree), "*.txt", "hit");
-        QVERIFY(f.runBy("FindBtn"));
-        auto* view = f.child<QTreeView>("ListView1");
-        view->setCurrentIndex(f.rows().index(0, 0));
+        QVERIFY(f.run(root(tree), "*.txt", "hit"));
+        f.child<QTreeView>("ListView1")->setCurrentIndex(f.rows().index(0, 0));
         f.action("mAbout")->trigger();
         auto* about = f.form->findChild<QDialog*>("frmAbout");
         QVERIFY(about);
@@ -437,10 +409,8 @@ private slots:
         QVERIFY(f.button("ExtrBtn")->isEnabled());  // the rule follows the restored box
         QVERIFY(f.child<QCheckBox>("CaseSensChk")->isChecked());
         QVERIFY(!f.child<QCheckBox>("WholeWordsChk")->isChecked());
-        QVERIFY(!f.form->settings().PreviewAll);
-        QVERIFY(!f.action("mAllFound")->isChecked());
-        QVERIFY(f.form->settings().ShowAll);
-        QVERIFY(!f.action("mShowAll")->isChecked());
+        QVERIFY(!f.form->settings().PreviewAll && !f.action("mAllFound")->isChecked());
+        QVERIFY(f.form->settings().ShowAll && !f.action("mShowAll")->isChecked());
         QCOMPARE(f.form->size(), QSize(760, 640));
         QCOMPARE(f.form->pos(), QPoint(40, 30));
         QCOMPARE(f.form->dividerPosition(), 2600L);
@@ -452,8 +422,8 @@ private slots:
         QTRY_VERIFY(f.form->findChild<QDialog*>("frmAbout") && f.form->findChild<QDialog*>("frmAbout")->isVisible());
         auto* about = f.form->findChild<QDialog*>("frmAbout");
         QCOMPARE(about->windowTitle(), QString("About Vantorel"));
-        QVERIFY(about->findChild<QLabel*>("lblVersion")->text().startsWith("Version "));
-        QVERIFY(about->findChild<QLabel*>("lblVersion")->text().contains('-'));
+        const QString version = about->findChild<QLabel*>("lblVersion")->text();
+        QVERIFY(version.startsWith("Version ") && version.contains('-'));
         QTest::mouseClick(about->findChild<QAbstractButton*>("CmdOK"), Qt::LeftButton);
         QTRY_VERIFY(!f.form->findChild<QDialog*>("frmAbout"));
         f.restart();

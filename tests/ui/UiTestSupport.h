@@ -4,6 +4,7 @@
 // what it is asked to open, and a window on a temporary settings file.
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
@@ -177,6 +178,28 @@ struct FormFixture {
         QSignalSpy ended(form.get(), &ui::RepForm::runEnded);
         QTest::mouseClick(button(buttonName), Qt::LeftButton);
         return ended.count() > 0 || ended.wait(20000);
+    }
+    // Fills the inputs, clicks `buttonName` and waits until the run has ended.
+    bool run(const QString& folder, const QString& filter, const QString& find, const QString& replace = {},
+             const char* buttonName = "FindBtn") {
+        setInputs(folder, filter, find, replace);
+        return runBy(buttonName);
+    }
+    // The preview's line that a row leads to.
+    QString sectionOf(int row) const {
+        return pane()->document()->findBlockByNumber(rows().previewAnchorAt(row)).text();
+    }
+    // Clicks (or double-clicks) a cell of the results list.
+    void clickRow(int row, int column = 0, bool twice = false) const {
+        auto* view = child<QAbstractItemView>("ListView1");
+        const QPoint at = view->visualRect(rows().index(row, column)).center();
+        QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, at);
+        if (twice) QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, at);
+    }
+    // No run under way: the run buttons, the list and the preview take input again.
+    bool idle() const {
+        return button("FindBtn")->isEnabled() && !button("StopBtn")->isEnabled() && child("ListView1")->isEnabled() &&
+               pane()->isEnabled();
     }
     QStringList column(int column) const {
         QStringList texts;
