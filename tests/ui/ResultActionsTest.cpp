@@ -17,26 +17,24 @@ using namespace vantorel::test;
 class ResultActionsTest : public QObject {
     Q_OBJECT
 
-
-    // Three listed files: a.txt (2 matches), b.txt (1), sub/c.txt (3).
-    static void writeTree(const TempTree& tree) {
-        tree.write("a.txt", "id=1 id=22\n");
-        tree.write("b.txt", "id=333\n");
-        tree.write("none.txt", "nothing\n");
-        tree.write("sub/c.txt", "id=4\nid=5 id=6\n");
-    }
-
-    static void find(FormFixture& f, const TempTree& tree, const char* pattern = "id=\\d+") {
-        f.child<QCheckBox>("RegExpFind")->setChecked(true);
-        f.setInputs(root(tree), "*.txt", pattern);
-        QVERIFY(f.runBy("FindBtn"));
-    }
+    // A window on a tree of three listed files: a.txt (2 matches), b.txt (1), sub/c.txt (3).
+    struct Listed : FormFixture {
+        TempTree tree;
+        explicit Listed(const char* pattern = "id=\\d+") {
+            tree.write("a.txt", "id=1 id=22\n");
+            tree.write("b.txt", "id=333\n");
+            tree.write("none.txt", "nothing\n");
+            tree.write("sub/c.txt", "id=4\nid=5 id=6\n");
+            child<QCheckBox>("RegExpFind")->setChecked(true);
+            if (pattern) find(pattern);
+        }
+        void find(const char* pattern = "id=\\d+") { QVERIFY(run(root(tree), "*.txt", pattern)); }
+    };
 
     // Right-clicks a row (selecting it) and returns the menu that pops up.
     static QMenu* rightClick(FormFixture& f, int row) {
         auto* view = f.child<ui::ResultsView>("ListView1");
-        const QRect cell = view->visualRect(f.rows().index(row, 0));
-        QTest::mouseClick(view->viewport(), Qt::RightButton, Qt::NoModifier, cell.center());
+        QTest::mouseClick(view->viewport(), Qt::RightButton, {}, view->visualRect(f.rows().index(row, 0)).center());
         return f.form->findChild<QMenu*>("mmuPopUp");
     }
 
@@ -50,17 +48,13 @@ class ResultActionsTest : public QObject {
 
 private slots:
     void extractionGathersAcrossRunsAndShowsOnlyWithMatches() {
-        TempTree tree;
-        writeTree(tree);
-        FormFixture f;
-        f.child<QCheckBox>("RegExpFind")->setChecked(true);
-        f.setInputs(root(tree), "none.txt", "id=\\d+");
-        QVERIFY(f.runBy("ExtrBtn"));
+        Listed f(nullptr);
+        const TempTree& tree = f.tree;
+        QVERIFY(f.run(root(tree), "none.txt", "id=\\d+", {}, "ExtrBtn"));
         auto* window = f.form->extractWindow();
         QVERIFY(!window->isVisible());  // nothing found: the window stays away
 
-        f.setInputs(root(tree), "*.txt", "id=\\d+");
-        QVERIFY(f.runBy("ExtrBtn"));
+        QVERIFY(f.run(root(tree), "*.txt", "id=\\d+", {}, "ExtrBtn"));
         QVERIFY(window->isVisible());
         QCOMPARE(window->windowTitle(), QString("Extracted Text"));
         const std::string first = "id=1\r\nid=22\r\nid=333\r\nid=4\r\nid=5\r\nid=6\r\n";
@@ -69,8 +63,7 @@ private slots:
         QCOMPARE(f.form->extractedText(), first);  // cleared before each Extract
 
         f.form->settings().ClearExtractText = false;
-        f.setInputs(root(tree), "b.txt", "\\d+");
-        QVERIFY(f.runBy("ExtrBtn"));
+        QVERIFY(f.run(root(tree), "b.txt", "\\d+", {}, "ExtrBtn"));
         QCOMPARE(f.form->extractedText(), first + "333\r\n");  // the second run's lines below the first's
 
         // Closing hides; the text survives and comes back from the View menu.
@@ -109,10 +102,7 @@ private slots:
     }
 
     void contextMenuCaptionsFollowTheRowAndTheSelection() {
-        TempTree tree;
-        writeTree(tree);
-        FormFixture f;
-        find(f, tree);
+        Listed f;
         QMenu* menu = rightClick(f, 1);
         QVERIFY(menu && menu->isVisible());
         QCOMPARE(f.action("mmuRun")->text(), QString("Open b.txt with associated program"));
@@ -147,10 +137,7 @@ private slots:
     }
 
     void eachMarkingItemSetsTheMarksAndTheMarkedBoxFollows() {
-        TempTree tree;
-        writeTree(tree);
-        FormFixture f;
-        find(f, tree);
+        Listed f;
         auto* marked = f.child<QCheckBox>("MarkedChk");
         QVERIFY(!marked->isEnabled());
         const struct {
@@ -184,12 +171,9 @@ private slots:
     }
 
     void openingWithAProgramRemembersItAndReportsFailures() {
-        TempTree tree;
-        writeTree(tree);
-        FormFixture f;
-        find(f, tree);
+        Listed f;
         rightClick(f, 2)->hide();
-        const QString path = root(tree) + "/sub/c.txt";
+        const QString path = root(f.tree) + "/sub/c.txt";
 
         f.desktop.openAnswer.clear();  // cancelled: nothing runs, nothing is remembered
         f.action("mmuOpenWith")->trigger();
@@ -215,15 +199,12 @@ private slots:
     }
 
     void openingTheFileAndItsFolderGoesToTheDesktop() {
-        TempTree tree;
-        writeTree(tree);
-        FormFixture f;
-        find(f, tree);
+        Listed f;
         rightClick(f, 2)->hide();
         f.action("mmuRun")->trigger();
-        QCOMPARE(f.desktop.opened.back(), QUrl::fromLocalFile(root(tree) + "/sub/c.txt"));
+        QCOMPARE(f.desktop.opened.back(), QUrl::fromLocalFile(root(f.tree) + "/sub/c.txt"));
         f.action("mmuExp")->trigger();
-        QCOMPARE(f.desktop.opened.back(), QUrl::fromLocalFile(root(tree) + "/sub/"));
+        QCOMPARE(f.desktop.opened.back(), QUrl::fromLocalFile(root(f.tree) + "/sub/"));
         QVERIFY(f.messages.messages.empty());
         f.desktop.openSucceeds = false;
         f.action("mmuExp")->trigger();
@@ -231,22 +212,20 @@ private slots:
     }
 
     void matchListLogHoldsTheRowsAsShown() {
-        TempTree tree;
-        writeTree(tree);
-        FormFixture f;
+        Listed f(nullptr);
         f.action("mExportMatch")->trigger();
         QCOMPARE(f.messages.texts().back(), std::string("No Results to Export."));
         QCOMPARE(f.desktop.saveDialogs, 0);
 
-        find(f, tree);
+        f.find();
         f.child<ui::ResultsView>("ListView1")->header()->sectionClicked(2);  // Matches, descending
-        f.desktop.saveAnswer = root(tree) + "/log.csv";
+        f.desktop.saveAnswer = root(f.tree) + "/log.csv";
         f.action("mExportMatch")->trigger();
         QCOMPARE(f.desktop.lastSuffix, QString("txt"));
-        QCOMPARE(f.messages.texts().back(), (root(tree) + "/log.csv log file created.").toStdString());
-        const QString log = QString::fromStdString(tree.read("log.csv"));
+        QCOMPARE(f.messages.texts().back(), (root(f.tree) + "/log.csv log file created.").toStdString());
+        const QString log = QString::fromStdString(f.tree.read("log.csv"));
         const QString date = "\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d";
-        const QString r = QRegularExpression::escape(root(tree));
+        const QString r = QRegularExpression::escape(root(f.tree));
         const QRegularExpression expected("^File Name,Path,Matches,File Size,Modified\r\n"
                                           "c\\.txt," + r + "/sub/,3,15," + date + "\r\n"
                                           "a\\.txt," + r + "/,2,11," + date + "\r\n"
@@ -255,23 +234,20 @@ private slots:
     }
 
     void matchDetailsAreSavedAsRichOrPlainText() {
-        TempTree tree;
-        writeTree(tree);
-        FormFixture f;
-        find(f, tree, "zzz");  // nothing found: the preview is empty
+        Listed f("zzz");  // nothing found: the preview is empty
         f.action("mExportDetail")->trigger();
         QCOMPARE(f.messages.texts().back(), std::string("Nothing to Export."));
 
-        find(f, tree);
-        f.desktop.saveAnswer = root(tree) + "/details.rtf";
+        f.find();
+        f.desktop.saveAnswer = root(f.tree) + "/details.rtf";
         f.action("mExportDetail")->trigger();
         QCOMPARE(f.desktop.lastSuffix, QString("rtf"));
-        const std::string rtf = tree.read("details.rtf");
+        const std::string rtf = f.tree.read("details.rtf");
         QVERIFY(rtf.rfind("{\\rtf1", 0) == 0);
         QVERIFY(rtf.find("\\red255\\green0\\blue0;") != std::string::npos);  // the hits' red
-        f.desktop.saveAnswer = root(tree) + "/details.txt";
+        f.desktop.saveAnswer = root(f.tree) + "/details.txt";
         f.action("mExportDetail")->trigger();
-        const std::string plain = tree.read("details.txt");
+        const std::string plain = f.tree.read("details.txt");
         QVERIFY2(plain.find("/a.txt  (2 Found)\r\n00000001 | id=1 id=22") != std::string::npos, plain.c_str());
     }
 };
