@@ -4,7 +4,6 @@
 
 #include <QComboBox>
 #include <QInputDialog>
-#include <QListWidget>
 #include <QTimer>
 
 #include "UiTestSupport.h"
@@ -15,42 +14,18 @@ using namespace vantorel::test;
 
 namespace {
 
-struct BatchFixture {
-    QTemporaryDir folder;
-    RecordingMessages messages;
-    LibraryState state;
-    std::unique_ptr<ui::BatchFrm> window;
-
-    explicit BatchFixture(const QByteArray& jobs = {}) {
-        write("RegEx.txt", "tags\t<[^>]+>\t\r\nspaces\t {2,}\t \r\ndigits\t\\d+\t#\r\n");
-        if (!jobs.isEmpty()) write("BatchJobs.txt", jobs);
-        window = std::make_unique<ui::BatchFrm>(state, folder.path().toStdString(), &messages);
-    }
-    void write(const char* name, const QByteArray& bytes) const {
-        writeBytes(folder.filePath(QString::fromLatin1(name)), bytes);
-    }
-    QByteArray jobsFile() const { return fileBytes(folder.filePath(QStringLiteral("BatchJobs.txt"))); }
-    template <class T = QWidget>
-    T* child(const char* name) const {
-        return namedChild<T>(window.get(), name);
-    }
+struct BatchFixture : LibraryWindowFixture<ui::BatchFrm> {
+    explicit BatchFixture(const QByteArray& jobs = {})
+        : LibraryWindowFixture({{"RegEx.txt", "tags\t<[^>]+>\t\r\nspaces\t {2,}\t \r\ndigits\t\\d+\t#\r\n"},
+                                {"BatchJobs.txt", jobs}}) {}
+    QByteArray jobsFile() const { return file("BatchJobs.txt"); }
     QComboBox* combo(const char* name) const { return child<QComboBox>(name); }
-    QListWidget* list() const { return child<QListWidget>("RegExList"); }
-    void click(const char* button) const { QTest::mouseClick(child<QAbstractButton>(button), Qt::LeftButton); }
     bool enabled(const char* button) const { return child<QAbstractButton>(button)->isEnabled(); }
-    void clickEntry(int row) const {
-        QTest::mouseClick(list()->viewport(), Qt::LeftButton, {}, list()->visualItemRect(list()->item(row)).center());
-    }
     // Chooses the next item of a combo box with the keyboard, as a user would.
     void chooseNext(const char* name) const { QTest::keyClick(combo(name), Qt::Key_Down); }
     void addFromLibrary(int index) const {
         combo("LibraryCombo")->setCurrentIndex(index);
         click("AddREBtn");
-    }
-    QStringList entries() const {
-        QStringList out;
-        for (int i = 0; i < list()->count(); ++i) out << list()->item(i)->text();
-        return out;
     }
     QStringList jobs() const {
         QStringList out;
@@ -148,7 +123,7 @@ private slots:
 
     void theLibraryIsReadAgainOnActivationOnlyAfterItChanged() {
         BatchFixture f;
-        f.write("RegEx.txt", "only\tx\t\r\n");
+        writeBytes(f.folder.filePath("RegEx.txt"), "only\tx\t\r\n");
         QEvent activate(QEvent::WindowActivate);
         QApplication::sendEvent(f.window.get(), &activate);
         QCOMPARE(f.combo("LibraryCombo")->count(), 3);

@@ -1,8 +1,6 @@
 // The library window driven through its controls: save, update, remove,
 // the click and double-click rules, and what it hands over.
 
-#include <QListWidget>
-
 #include "UiTestSupport.h"
 #include "ui/RegExLibFrm.h"
 
@@ -11,33 +9,13 @@ using namespace vantorel::test;
 
 namespace {
 
-struct LibraryFixture {
-    QTemporaryDir folder;
-    RecordingMessages messages;
-    LibraryState state;
-    std::unique_ptr<ui::RegExLibFrm> window;
-
-    explicit LibraryFixture(const QByteArray& file = {}) {
-        if (!file.isEmpty()) writeBytes(folder.filePath(QStringLiteral("RegEx.txt")), file);
-        window = std::make_unique<ui::RegExLibFrm>(state, folder.path().toStdString(), &messages);
-    }
-    QByteArray file() const { return fileBytes(folder.filePath(QStringLiteral("RegEx.txt"))); }
-    template <class T = QWidget>
-    T* child(const char* name) const {
-        return namedChild<T>(window.get(), name);
-    }
-    QListWidget* list() const { return child<QListWidget>("RegExList"); }
+struct LibraryFixture : LibraryWindowFixture<ui::RegExLibFrm> {
+    explicit LibraryFixture(const QByteArray& file) : LibraryWindowFixture({{"RegEx.txt", file}}) {}
+    QByteArray file() const { return LibraryWindowFixture::file("RegEx.txt"); }
     QString text(const char* box) const { return child<QLineEdit>(box)->text(); }
     void type(const char* box, const QString& text) const {
         child<QLineEdit>(box)->clear();
         QTest::keyClicks(child<QLineEdit>(box), text);
-    }
-    void click(const char* button) const { QTest::mouseClick(child<QAbstractButton>(button), Qt::LeftButton); }
-    QPoint itemCentre(int row) const { return list()->visualItemRect(list()->item(row)).center(); }
-    QStringList names() const {
-        QStringList out;
-        for (int i = 0; i < list()->count(); ++i) out << list()->item(i)->text();
-        return out;
     }
 };
 
@@ -52,7 +30,7 @@ private slots:
         f.type("REName", "Words");
         f.type("REtxt", "\\w+");
         f.click("lvButtons_H2");
-        QCOMPARE(f.names(), QStringList({"digits", "foo", "Words"}));
+        QCOMPARE(f.entries(), QStringList({"digits", "foo", "Words"}));
         QCOMPARE(f.list()->currentRow(), 2);
 
         f.messages.answers = {true};
@@ -61,7 +39,7 @@ private slots:
         f.type("RepTxt", "$&!");
         f.click("lvButtons_H2");
         QCOMPARE(f.messages.questions.size(), std::size_t{1});
-        QCOMPARE(f.names(), QStringList({"digits", "FOO", "Words"}));
+        QCOMPARE(f.entries(), QStringList({"digits", "FOO", "Words"}));
         QCOMPARE(f.file(), QByteArray("digits\t\\d+\t\r\nFOO\tnew\t$&!\r\nWords\t\\w+\t\r\n"));
     }
 
@@ -70,22 +48,22 @@ private slots:
         // Nothing selected: nothing to remove.
         f.click("DelBtn");
         QVERIFY(f.messages.questions.empty());
-        QTest::mouseClick(f.list()->viewport(), Qt::LeftButton, {}, f.itemCentre(0));
+        f.clickEntry(0);
         QCOMPARE(f.text("REName"), QString("a"));
         QCOMPARE(f.text("REtxt"), QString("1"));
         QCOMPARE(f.text("RepTxt"), QString("x"));
         f.click("DelBtn");  // No
-        QCOMPARE(f.names(), QStringList({"a", "b"}));
+        QCOMPARE(f.entries(), QStringList({"a", "b"}));
         f.messages.answers = {true};
         f.click("DelBtn");
-        QCOMPARE(f.names(), QStringList({"b"}));
+        QCOMPARE(f.entries(), QStringList({"b"}));
         QCOMPARE(f.file(), QByteArray("b\t2\t\r\n"));
     }
 
     void useCloseAndDoubleClickHandOver() {
         LibraryFixture f("a\t\\d\tstored\r\n");
         // A double click hands over the stored pair, whatever the boxes say.
-        QTest::mouseClick(f.list()->viewport(), Qt::LeftButton, {}, f.itemCentre(0));
+        f.clickEntry(0);
         f.type("REtxt", "typed");
         QTest::mouseDClick(f.list()->viewport(), Qt::LeftButton, {}, f.itemCentre(0));
         QCOMPARE(f.window->result(), int(QDialog::Accepted));

@@ -11,6 +11,7 @@
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMimeData>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -24,6 +25,7 @@
 #include <vector>
 
 #include "core/MessageHost.h"
+#include "library/LibraryState.h"
 #include "support/TempTree.h"
 #include "ui/DesktopServices.h"
 #include "ui/HistoryCombo.h"
@@ -205,6 +207,35 @@ struct FormFixture {
         QStringList texts;
         for (int r = 0; r < rows().rowCount(); ++r) texts << rows().index(r, column).data().toString();
         return texts;
+    }
+};
+
+// A library or batch jobs window on its own program folder, which holds `files` (name, bytes) when it opens.
+template <class Window>
+struct LibraryWindowFixture {
+    QTemporaryDir folder;
+    RecordingMessages messages;
+    LibraryState state;
+    std::unique_ptr<Window> window;
+
+    explicit LibraryWindowFixture(const std::vector<std::pair<const char*, QByteArray>>& files) {
+        for (const auto& [name, bytes] : files)
+            if (!bytes.isEmpty()) writeBytes(folder.filePath(QString::fromLatin1(name)), bytes);
+        window = std::make_unique<Window>(state, folder.path().toStdString(), &messages);
+    }
+    QByteArray file(const char* name) const { return fileBytes(folder.filePath(QString::fromLatin1(name))); }
+    template <class T = QWidget>
+    T* child(const char* name) const {
+        return namedChild<T>(window.get(), name);
+    }
+    QListWidget* list() const { return child<QListWidget>("RegExList"); }
+    void click(const char* button) const { QTest::mouseClick(child<QAbstractButton>(button), Qt::LeftButton); }
+    QPoint itemCentre(int row) const { return list()->visualItemRect(list()->item(row)).center(); }
+    void clickEntry(int row) const { QTest::mouseClick(list()->viewport(), Qt::LeftButton, {}, itemCentre(row)); }
+    QStringList entries() const {
+        QStringList out;
+        for (int i = 0; i < list()->count(); ++i) out << list()->item(i)->text();
+        return out;
     }
 };
 
