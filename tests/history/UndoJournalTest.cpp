@@ -159,17 +159,7 @@ TEST(UndoJournalKillTest, AJournalCutShortByAKillSaysWhichFilesWereWritten) {
             SystemCallFaults::beforeRename = [&](const std::string&, const std::string& to) {
                 if (to.rfind(files.root(), 0) == 0 && ++renames == killedAt) ::_exit(0);
             };
-            RunRequest r;
-            r.kind = RunKind::Replace;
-            r.jobs = {{"cat", "dog"}};
-            r.filter = "*";
-            r.startFolder = files.root();
-            r.threads = 1;
-            r.journal = &cut;
-            SearchState state;
-            RecordingHost host;
-            host.answers = {true};
-            RunSearch(r, state, host);
+            replace(files.root(), cut, "cat", "dog", false, 1);
             ::_exit(1);
         }
         int status = 0;
