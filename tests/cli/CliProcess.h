@@ -126,4 +126,10 @@ inline CliResult runCli(const std::vector<std::string>& args, const std::string&
     return CliProcess(args, cwd).wait();
 }
 
+// A run with `prefix` (such as --dir and a folder) before the arguments.
+inline CliResult runCli(std::vector<std::string> prefix, const std::vector<std::string>& args) {
+    prefix.insert(prefix.end(), args.begin(), args.end());
+    return runCli(prefix);
+}
+
 }  // namespace vantorel::test

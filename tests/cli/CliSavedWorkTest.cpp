@@ -23,10 +23,7 @@ protected:
         tree.write("site/a.html", "<p>The  colour   is <b>red</b></p>\n");
         tree.write("site/b.html", "<i>colour</i>\n");
     }
-    CliResult cli(std::vector<std::string> args) {
-        args.insert(args.begin(), {"--data-dir", tree.path("data"), "-d", tree.path("site")});
-        return runCli(args);
-    }
+    CliResult cli(const std::vector<std::string>& args) { return runCli({"--data-dir", tree.path("data"), "-d", tree.path("site")}, args); }
     test::TempTree tree;
 };
 

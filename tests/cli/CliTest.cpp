@@ -30,10 +30,7 @@ protected:
         tree.write("sub/c.txt", "cat\n");
         tree.write("sub/d.htm", "<p>cat</p>\n");
     }
-    CliResult cli(std::vector<std::string> args) {
-        args.insert(args.begin(), {"--dir", tree.root()});
-        return runCli(args);
-    }
+    CliResult cli(const std::vector<std::string>& args) { return runCli({"--dir", tree.root()}, args); }
     TempTree tree;
 };
 

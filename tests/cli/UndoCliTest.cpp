@@ -36,10 +36,7 @@ protected:
         tree.write("sub/utf16.txt", std::string("\xff\xfe" "c\0a\0t\0\n\0", 10));
         tree.write("none.txt", "dog\n");
     }
-    CliResult cli(std::vector<std::string> args) {
-        args.insert(args.begin(), {"--dir", tree.root()});
-        return runCli(args);
-    }
+    CliResult cli(const std::vector<std::string>& args) { return runCli({"--dir", tree.root()}, args); }
     TempTree tree, state;
 };
 
