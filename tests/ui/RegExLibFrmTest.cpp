@@ -65,7 +65,7 @@ private slots:
         // A double click hands over the stored pair, whatever the boxes say.
         f.clickEntry(0);
         f.type("REtxt", "typed");
-        QTest::mouseDClick(f.list()->viewport(), Qt::LeftButton, {}, f.itemCentre(0));
+        QTest::mouseDClick(f.list()->viewport(), Qt::LeftButton, {}, f.list()->visualItemRect(f.list()->item(0)).center());
         QCOMPARE(f.window->result(), int(QDialog::Accepted));
         QCOMPARE(f.state.choice.pattern, std::string("\\d"));
         QCOMPARE(f.state.choice.replacement, std::string("stored"));

@@ -188,10 +188,7 @@ private slots:
         f.type("RText", "keep");
         whenModal([](QWidget* modal) {
             QCOMPARE(modal->findChild<QLineEdit*>("REtxt")->text(), QString("mine"));
-            auto* list = modal->findChild<QListWidget*>("RegExList");
-            const QPoint item = list->visualItemRect(list->item(0)).center();
-            QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, item);
-            QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, item);
+            clickEntry(modal->findChild<QListWidget*>("RegExList"), 0, true);
         });
         f.click("ShowLibBtn");
         QCOMPARE(f.text("FText"), QString("\\d+"));

@@ -20,14 +20,6 @@ using namespace vantorel::test;
 
 namespace {
 
-void showActive(FormFixture& f) {
-    f.child<QTimer>("SplashTimer")->stop();
-    f.form->show();
-    f.form->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(f.form.get()));
-    f.child<QTimer>("SplashTimer")->stop();
-}
-
 ui::frmOptions* openOptions(FormFixture& f) {
     QTest::mouseClick(f.button("OptBtn"), Qt::LeftButton);
     return f.form->findChild<ui::frmOptions*>();
@@ -55,10 +47,7 @@ private slots:
             QVERIFY(window);
             shownPattern = window->findChild<QLineEdit*>("REtxt")->text();
             shownReplacement = window->findChild<QLineEdit*>("RepTxt")->text();
-            auto* list = window->findChild<QListWidget*>("RegExList");
-            const QPoint words = list->visualItemRect(list->item(1)).center();
-            QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, words);
-            QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, words);
+            clickEntry(window->findChild<QListWidget*>("RegExList"), 1, true);
         });
         QTest::mouseClick(f.button("ShowLibBtn"), Qt::LeftButton);
         QCOMPARE(shownPattern, QString("typed"));
@@ -85,11 +74,10 @@ private slots:
         TempTree tree;
         tree.write("p.txt", "hit a\nhit b\nhit c\n");
         FormFixture f;
-        showActive(f);
+        f.showActive();
         f.action("mAllFound")->trigger();  // one file at a time
         f.form->settings().HitsPerPage = 2;
-        f.setInputs(root(tree), "*.txt", "hit");
-        QVERIFY(f.runBy("FindBtn"));
+        QVERIFY(f.run(root(tree), "*.txt", "hit"));
         auto* heading = f.child<QLabel>("PreviewLbl");
         QTRY_VERIFY(heading->text().startsWith(" Results 1-2: "));
         f.combo("FindText")->setItems({"old", "older"});
@@ -114,7 +102,7 @@ private slots:
         QTRY_VERIFY(!f.form->findChild<ui::frmOptions*>());
 
         // Ctrl+, opens it again; Cancel.
-        showActive(f);
+        f.showActive();
         QTest::keyClick(f.form.get(), Qt::Key_Comma, Qt::ControlModifier);
         QTRY_VERIFY(f.form->findChild<ui::frmOptions*>());
         QTest::mouseClick(f.form->findChild<ui::frmOptions*>()->findChild<QAbstractButton*>("CmdCancel"),
@@ -126,7 +114,7 @@ private slots:
 
     void keysReachTheFindBoxHelpAndEveryControlByItsOwnAccessKey() {
         FormFixture f;
-        showActive(f);
+        f.showActive();
         f.combo("FindText")->setEditText("needle");
         f.child("ListView1")->setFocus();
         QTest::keyClick(f.form.get(), Qt::Key_F, Qt::ControlModifier);
@@ -173,7 +161,7 @@ private slots:
         // As saved on a larger screen that is not there any more.
         f.form->resize(room.width() + 300, room.height() + 200);
         f.form->move(room.right() + 2000, room.bottom() + 1500);
-        showActive(f);
+        f.showActive();
         QVERIFY2(room.contains(f.form->frameGeometry()),
                  qPrintable(QString("%1x%2").arg(f.form->width()).arg(f.form->height())));
         // Room for the smallest window on a 1280x900 screen at a scale factor of 2.

@@ -25,10 +25,7 @@ void setModified(const std::string& path, std::time_t when) {
 }
 
 void showWindow(FormFixture& f) {
-    f.child<QTimer>("SplashTimer")->stop();
-    f.form->show();
-    QVERIFY(QTest::qWaitForWindowExposed(f.form.get()));
-    f.child<QTimer>("SplashTimer")->stop();
+    f.showActive();
     f.form->resize(900, 700);  // larger than the test screen, which showing it fits
 }
 

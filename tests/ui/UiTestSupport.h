@@ -130,6 +130,13 @@ inline QByteArray fileBytes(const QString& path) {
     return in.open(QIODevice::ReadOnly) ? in.readAll() : QByteArray();
 }
 
+// Clicks, and when `twice` double-clicks, an entry of a list.
+inline void clickEntry(QListWidget* list, int row, bool twice = false) {
+    const QPoint at = list->visualItemRect(list->item(row)).center();
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, at);
+    if (twice) QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, at);
+}
+
 // A window on its own settings file, with recording doubles.
 struct FormFixture {
     QTemporaryDir config;
@@ -161,6 +168,14 @@ struct FormFixture {
     template <class T = QWidget>
     T* child(const char* name) const {
         return namedChild<T>(form.get(), name);
+    }
+    // Shows the window, active, without the first run's about box.
+    void showActive() {
+        child<QTimer>("SplashTimer")->stop();
+        form->show();
+        form->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(form.get()));
+        child<QTimer>("SplashTimer")->stop();
     }
     ui::HistoryCombo* combo(const char* name) const { return child<ui::HistoryCombo>(name); }
     QAbstractButton* button(const char* name) const { return child<QAbstractButton>(name); }
@@ -230,8 +245,7 @@ struct LibraryWindowFixture {
     }
     QListWidget* list() const { return child<QListWidget>("RegExList"); }
     void click(const char* button) const { QTest::mouseClick(child<QAbstractButton>(button), Qt::LeftButton); }
-    QPoint itemCentre(int row) const { return list()->visualItemRect(list()->item(row)).center(); }
-    void clickEntry(int row) const { QTest::mouseClick(list()->viewport(), Qt::LeftButton, {}, itemCentre(row)); }
+    void clickEntry(int row, bool twice = false) const { test::clickEntry(list(), row, twice); }
     QStringList entries() const {
         QStringList out;
         for (int i = 0; i < list()->count(); ++i) out << list()->item(i)->text();
