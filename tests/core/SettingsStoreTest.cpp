@@ -83,29 +83,30 @@ protected:
         return reg.ValueExists(name) ? reg.ReadString(name) : "<missing>";
     }
 
-    void load(AppSettings& settings, FakeWindow& window) {
+    void load(AppSettings& into, FakeWindow& onto) {
         RegistryStore store(file(), &host);
-        SettingsStore(store, host, "1.2.3").LoadSettings(settings, window);
+        SettingsStore(store, host, "1.2.3").LoadSettings(into, onto);
     }
-
-    void save(const AppSettings& settings, const FakeWindow& window) {
+    void load() { load(settings, window); }
+    void save(const AppSettings& from, const FakeWindow& of) {
         RegistryStore store(file(), &host);
-        SettingsStore(store, host, "1.2.3").SaveSettings(settings, window);
+        SettingsStore(store, host, "1.2.3").SaveSettings(from, of);
     }
+    void save() { save(settings, window); }
 
     TempTree folder;
     ScriptedMessages host;
+    AppSettings settings;
+    FakeWindow window;
 };
 
 TEST_F(SettingsStoreTest, FirstRunAppliesTheDefaultsAndCreatesTheKey) {
-    AppSettings settings;
     settings.HitsPerPage = 7;
     settings.LastFolder = "/elsewhere";
     settings.PreviewAll = false;
     settings.ShowLineNumbers = false;
     settings.PreviewFontName = "Courier";
-    FakeWindow window;
-    load(settings, window);
+    load();
 
     EXPECT_EQ(settings, AppSettings{});
     EXPECT_EQ(window.lists[HistoryBox::Filter],
@@ -126,8 +127,6 @@ TEST_F(SettingsStoreTest, FirstRunAppliesTheDefaultsAndCreatesTheKey) {
 TEST_F(SettingsStoreTest, FirstRunWhenTheKeyCannotBeCreated) {
     folder.write("blocker", "x");
     RegistryStore store(folder.path("blocker/settings.reg"), &host);
-    AppSettings settings;
-    FakeWindow window;
     SettingsStore(store, host).LoadSettings(settings, window);
     ASSERT_EQ(host.shown.size(), 1u);
     EXPECT_TRUE(host.shown[0].text.starts_with("Error creating registry key.")) << host.shown[0].text;
@@ -135,100 +134,72 @@ TEST_F(SettingsStoreTest, FirstRunWhenTheKeyCannotBeCreated) {
     EXPECT_EQ(window.texts[HistoryBox::Filter], "*.txt");  // the defaults apply all the same
 }
 
-// One numeric value stored as text, and the field it lands in.
-struct NumberCase {
+// One value stored as text (or missing), and what it loads as.
+struct LoadCase {
     const char* label;
     const char* name;
     std::optional<std::string> stored;  // nullopt: value missing
-    long AppSettings::*field;
     long expected;
 };
 
-class SettingsNumbers : public SettingsStoreTest, public ::testing::WithParamInterface<NumberCase> {};
+// Where each value lands once loaded.
+long loaded(const std::string& name, const AppSettings& s, const FakeWindow& w) {
+    const std::map<std::string, long> fields{
+        {"LinePrev", s.HitsPerPage}, {"EndPrev", s.CharsAround}, {"MidPrev", s.CharsBetween},
+        {"Fsize", s.PreviewFontSize}, {"ScanSub", s.ScanSubfolders}, {"Baks", s.MakeBackups},
+        {"ClrTxt", s.ClearExtractText}, {"SkipVCS", s.SkipVersionControl}, {"PreviewAll", s.PreviewAll},
+        {"ShowAll", s.ShowAll}, {"ShowLineNos", s.ShowLineNumbers},
+        {"REMode", w.options.at(OptionBox::RegularExpression)}, {"CaseSens", w.options.at(OptionBox::MatchCase)},
+        {"WholeWord", w.options.at(OptionBox::WholeWords)}};
+    return fields.at(name);
+}
 
-TEST_P(SettingsNumbers, LoadAsDesigned) {
+class SettingsValues : public SettingsStoreTest, public ::testing::WithParamInterface<LoadCase> {};
+
+TEST_P(SettingsValues, LoadAsDesigned) {
     const auto& c = GetParam();
     std::map<std::string, std::string> values{{"Version", "1"}};
     if (c.stored) values[c.name] = *c.stored;
     seed(values);
-    AppSettings settings;
-    FakeWindow window;
-    load(settings, window);
-    EXPECT_EQ(settings.*c.field, c.expected);
+    settings.ScanSubfolders = !c.expected;  // make sure the load decides
+    settings.SkipVersionControl = !c.expected;
+    settings.ShowLineNumbers = !c.expected;
+    for (auto& [box, checked] : window.options) checked = !c.expected;
+    load();
+    EXPECT_EQ(loaded(c.name, settings, window), c.expected);
     EXPECT_TRUE(host.shown.empty());
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Values, SettingsNumbers,
-    ::testing::Values(NumberCase{"LinePrev_zero", "LinePrev", "0", &AppSettings::HitsPerPage, 100},
-                      NumberCase{"LinePrev_negative", "LinePrev", "-5", &AppSettings::HitsPerPage, 100},
-                      NumberCase{"LinePrev_saved_empty", "LinePrev", "", &AppSettings::HitsPerPage, 100},
-                      NumberCase{"LinePrev_rounded", "LinePrev", "7.6 lines", &AppSettings::HitsPerPage, 8},
-                      NumberCase{"EndPrev_zero", "EndPrev", "0", &AppSettings::CharsAround, 0},
-                      NumberCase{"EndPrev_negative", "EndPrev", "-3", &AppSettings::CharsAround, -3},
-                      NumberCase{"EndPrev_saved_empty", "EndPrev", "", &AppSettings::CharsAround, 0},
-                      NumberCase{"EndPrev_missing", "EndPrev", std::nullopt, &AppSettings::CharsAround, 25},
-                      NumberCase{"MidPrev_text", "MidPrev", "many", &AppSettings::CharsBetween, 0},
-                      NumberCase{"Fsize_text", "Fsize", "large", &AppSettings::PreviewFontSize, 10},
-                      NumberCase{"Fsize_zero", "Fsize", "0", &AppSettings::PreviewFontSize, 10}),
-    [](const auto& info) { return std::string(info.param.label); });
-
-// One flag or check box stored as text (or missing), and what it loads as.
-struct FlagCase {
-    const char* label;
-    const char* name;
-    std::optional<std::string> stored;
-    std::function<bool(const AppSettings&, const FakeWindow&)> loaded;
-    bool expected;
-};
-
-class SettingsFlags : public SettingsStoreTest, public ::testing::WithParamInterface<FlagCase> {};
-
-TEST_P(SettingsFlags, LoadAsDesigned) {
-    const auto& c = GetParam();
-    std::map<std::string, std::string> values{{"Version", "1"}};
-    if (c.stored) values[c.name] = *c.stored;
-    seed(values);
-    AppSettings settings;
-    settings.ScanSubfolders = !c.expected;  // make sure the load decides
-    settings.SkipVersionControl = !c.expected;
-    settings.ShowLineNumbers = !c.expected;
-    FakeWindow window;
-    for (auto& [box, checked] : window.options) checked = !c.expected;
-    load(settings, window);
-    EXPECT_EQ(c.loaded(settings, window), c.expected);
-}
-
-bool scanSub(const AppSettings& s, const FakeWindow&) { return s.ScanSubfolders; }
-bool baks(const AppSettings& s, const FakeWindow&) { return s.MakeBackups; }
-bool clrTxt(const AppSettings& s, const FakeWindow&) { return s.ClearExtractText; }
-bool skipVcs(const AppSettings& s, const FakeWindow&) { return s.SkipVersionControl; }
-bool previewAll(const AppSettings& s, const FakeWindow&) { return s.PreviewAll; }
-bool showAll(const AppSettings& s, const FakeWindow&) { return s.ShowAll; }
-bool lineNos(const AppSettings& s, const FakeWindow&) { return s.ShowLineNumbers; }
-bool reMode(const AppSettings&, const FakeWindow& w) { return w.options.at(OptionBox::RegularExpression); }
-bool caseSens(const AppSettings&, const FakeWindow& w) { return w.options.at(OptionBox::MatchCase); }
-bool wholeWord(const AppSettings&, const FakeWindow& w) { return w.options.at(OptionBox::WholeWords); }
-
-INSTANTIATE_TEST_SUITE_P(
-    Values, SettingsFlags,
-    ::testing::Values(FlagCase{"ScanSub_missing", "ScanSub", std::nullopt, scanSub, true},
-                      FlagCase{"ScanSub_0", "ScanSub", "0", scanSub, false},
-                      FlagCase{"Baks_missing", "Baks", std::nullopt, baks, true},
-                      FlagCase{"Baks_other_text", "Baks", "no", baks, true},
-                      FlagCase{"ClrTxt_0", "ClrTxt", "0", clrTxt, false},
-                      FlagCase{"ClrTxt_saved_empty", "ClrTxt", "", clrTxt, true},
-                      FlagCase{"SkipVCS_missing", "SkipVCS", std::nullopt, skipVcs, true},
-                      FlagCase{"SkipVCS_0", "SkipVCS", "0", skipVcs, false},
-                      FlagCase{"ShowLineNos_missing", "ShowLineNos", std::nullopt, lineNos, false},
-                      FlagCase{"ShowLineNos_1", "ShowLineNos", "1", lineNos, true},
-                      FlagCase{"PreviewAll_missing", "PreviewAll", std::nullopt, previewAll, false},
-                      FlagCase{"PreviewAll_other_text", "PreviewAll", "yes", previewAll, false},
-                      FlagCase{"ShowAll_1", "ShowAll", "1", showAll, true},
-                      FlagCase{"REMode_missing", "REMode", std::nullopt, reMode, true},
-                      FlagCase{"REMode_0", "REMode", "0", reMode, false},
-                      FlagCase{"CaseSens_2", "CaseSens", "2", caseSens, true},
-                      FlagCase{"WholeWord_0", "WholeWord", "0", wholeWord, false}),
+    Values, SettingsValues,
+    ::testing::Values(LoadCase{"LinePrev_zero", "LinePrev", "0", 100},
+                      LoadCase{"LinePrev_negative", "LinePrev", "-5", 100},
+                      LoadCase{"LinePrev_saved_empty", "LinePrev", "", 100},
+                      LoadCase{"LinePrev_rounded", "LinePrev", "7.6 lines", 8},
+                      LoadCase{"EndPrev_zero", "EndPrev", "0", 0},
+                      LoadCase{"EndPrev_negative", "EndPrev", "-3", -3},
+                      LoadCase{"EndPrev_saved_empty", "EndPrev", "", 0},
+                      LoadCase{"EndPrev_missing", "EndPrev", std::nullopt, 25},
+                      LoadCase{"MidPrev_text", "MidPrev", "many", 0},
+                      LoadCase{"Fsize_text", "Fsize", "large", 10},
+                      LoadCase{"Fsize_zero", "Fsize", "0", 10},
+                      LoadCase{"ScanSub_missing", "ScanSub", std::nullopt, true},
+                      LoadCase{"ScanSub_0", "ScanSub", "0", false},
+                      LoadCase{"Baks_missing", "Baks", std::nullopt, true},
+                      LoadCase{"Baks_other_text", "Baks", "no", true},
+                      LoadCase{"ClrTxt_0", "ClrTxt", "0", false},
+                      LoadCase{"ClrTxt_saved_empty", "ClrTxt", "", true},
+                      LoadCase{"SkipVCS_missing", "SkipVCS", std::nullopt, true},
+                      LoadCase{"SkipVCS_0", "SkipVCS", "0", false},
+                      LoadCase{"ShowLineNos_missing", "ShowLineNos", std::nullopt, false},
+                      LoadCase{"ShowLineNos_1", "ShowLineNos", "1", true},
+                      LoadCase{"PreviewAll_missing", "PreviewAll", std::nullopt, false},
+                      LoadCase{"PreviewAll_other_text", "PreviewAll", "yes", false},
+                      LoadCase{"ShowAll_1", "ShowAll", "1", true},
+                      LoadCase{"REMode_missing", "REMode", std::nullopt, true},
+                      LoadCase{"REMode_0", "REMode", "0", false},
+                      LoadCase{"CaseSens_2", "CaseSens", "2", true},
+                      LoadCase{"WholeWord_0", "WholeWord", "0", false}),
     [](const auto& info) { return std::string(info.param.label); });
 
 TEST_F(SettingsStoreTest, HistoriesSkipMissingEntriesAndFillByPosition) {
@@ -237,10 +208,8 @@ TEST_F(SettingsStoreTest, HistoriesSkipMissingEntriesAndFillByPosition) {
           {"Dir0", "/d0"}, {"Dir1", "/d1"}, {"Dir4", "/d4"}, {"Dir9", ""},
           {"Filt0", "*.md"},
           {"LastDir", "/work"}, {"LastFilter", "*.md;*.txt"}});
-    AppSettings settings;
-    FakeWindow window;
     window.lists[HistoryBox::Folder] = {"/designed0", "/designed1", "/designed2"};
-    load(settings, window);
+    load();
     EXPECT_EQ(window.lists[HistoryBox::Find], (std::vector<std::string>{"alpha", "delta", "last"}));
     EXPECT_EQ(window.lists[HistoryBox::Replace], std::vector<std::string>{"r0"});
     EXPECT_EQ(window.lists[HistoryBox::Folder], (std::vector<std::string>{"/d0", "/d1", "/designed2", "/d4"}));
@@ -253,9 +222,7 @@ TEST_F(SettingsStoreTest, HistoriesSkipMissingEntriesAndFillByPosition) {
 TEST_F(SettingsStoreTest, EmptySavedValuesComeBackAsALoneNul) {
     seed({{"LastDir", ""}, {"OpenWithFile", ""}, {"Fname", ""}, {"WinTop", ""}, {"WinLeft", "120"},
           {"WinWidth", "9000"}, {"WinHeight", "7000"}, {"WinDragline", "2500"}});
-    AppSettings settings;
-    FakeWindow window;
-    load(settings, window);
+    load();
     EXPECT_EQ(window.texts[HistoryBox::Folder], kNul);
     EXPECT_EQ(settings.LastFolder, kNul);
     EXPECT_EQ(settings.OpenWithProgram, kNul);
@@ -271,9 +238,7 @@ TEST_F(SettingsStoreTest, ValuesOfOtherTypesAreReadAsTheirBytes) {
                                 "\"LinePrev\"=dword:00000020\n"
                                 "\"Find0\"=hex:41,42\n"
                                 "\"WinTop\"=hex(2):31,32,00\n");
-    AppSettings settings;
-    FakeWindow window;
-    load(settings, window);
+    load();
     EXPECT_EQ(settings.HitsPerPage, 100);  // the bytes 20 00 00 00 are no number
     EXPECT_EQ(window.lists[HistoryBox::Find], std::vector<std::string>{"AB"});
     EXPECT_EQ(window.normal.top, 12);
@@ -283,9 +248,7 @@ TEST_F(SettingsStoreTest, ValuesOfOtherTypesAreReadAsTheirBytes) {
 TEST_F(SettingsStoreTest, AKeyWithoutWinTopKeepsTheDesignedGeometry) {
     seed({{"Find0", "x"}, {"ShowAll", "1"}, {"WinLeft", "5"}, {"WinWidth", "6"}, {"WinDragline", "7"},
           {"WinMax", "1"}});
-    AppSettings settings;
-    FakeWindow window;
-    load(settings, window);
+    load();
     EXPECT_EQ(window.lists[HistoryBox::Find], std::vector<std::string>{"x"});
     EXPECT_TRUE(settings.ShowAll);
     EXPECT_EQ(window.normal, kDesigned);
@@ -294,7 +257,6 @@ TEST_F(SettingsStoreTest, AKeyWithoutWinTopKeepsTheDesignedGeometry) {
 }
 
 TEST_F(SettingsStoreTest, SaveWritesEveryValueAndLoadRestoresIt) {
-    AppSettings settings;
     settings.HitsPerPage = 40;
     settings.CharsAround = 0;
     settings.CharsBetween = 75;
@@ -310,7 +272,6 @@ TEST_F(SettingsStoreTest, SaveWritesEveryValueAndLoadRestoresIt) {
     settings.OpenWithProgram = "/usr/bin/kate";
     settings.LastFolder = "/srv/data";
     settings.UndoRuns = 3;
-    FakeWindow window;
     window.lists[HistoryBox::Find] = {"f0", "f1"};
     window.lists[HistoryBox::Replace] = {"r0"};
     window.lists[HistoryBox::Folder] = {"/srv/data", "/tmp"};
@@ -322,7 +283,7 @@ TEST_F(SettingsStoreTest, SaveWritesEveryValueAndLoadRestoresIt) {
     window.normal = {100, 200, 12345, 6789};
     window.divider = 3100;
     seed({});
-    save(settings, window);
+    save();
     EXPECT_TRUE(host.shown.empty());
 
     const std::map<std::string, std::string> expected{
@@ -350,7 +311,6 @@ TEST_F(SettingsStoreTest, SaveWritesEveryValueAndLoadRestoresIt) {
 }
 
 TEST_F(SettingsStoreTest, SavingThreeFiltersOverSevenRewritesOnlyTheFirstThree) {
-    AppSettings settings;
     FakeWindow first;
     load(settings, first);  // first run: the seven default filters
     save(settings, first);
@@ -369,16 +329,14 @@ TEST_F(SettingsStoreTest, SavingThreeFiltersOverSevenRewritesOnlyTheFirstThree) 
 }
 
 TEST_F(SettingsStoreTest, MaximisedOrMinimisedKeepsTheNormalGeometry) {
-    AppSettings settings;
-    FakeWindow window;
     seed({});
     window.normal = {10, 20, 9000, 8000};
-    save(settings, window);
+    save();
 
     window.state = WindowShowState::Maximised;
     window.normal = {0, 0, 30000, 20000};  // what a maximised window would report
     window.divider = 5000;
-    save(settings, window);
+    save();
     EXPECT_EQ(stored("WinMax"), "1");
     EXPECT_EQ(stored("WinTop"), "10");
     EXPECT_EQ(stored("WinWidth"), "9000");
@@ -386,7 +344,7 @@ TEST_F(SettingsStoreTest, MaximisedOrMinimisedKeepsTheNormalGeometry) {
 
     window.state = WindowShowState::Minimised;
     window.normal = {-32000, -32000, 2000, 500};
-    save(settings, window);
+    save();
     EXPECT_EQ(stored("WinMax"), "1");  // a minimised window leaves WinMax alone too
     EXPECT_EQ(stored("WinLeft"), "20");
 
@@ -397,9 +355,7 @@ TEST_F(SettingsStoreTest, MaximisedOrMinimisedKeepsTheNormalGeometry) {
 }
 
 TEST_F(SettingsStoreTest, SaveWithoutTheKeyWritesNothing) {
-    AppSettings settings;
-    FakeWindow window;
-    save(settings, window);
+    save();
     EXPECT_FALSE(fs::exists(file()));
     EXPECT_TRUE(host.shown.empty());
 }
@@ -410,8 +366,6 @@ TEST_F(SettingsStoreTest, AStoreThatCannotBeWrittenIsReportedOnSave) {
     const int held = ::open((file().string() + ".lock").c_str(), O_RDWR);
     ASSERT_GE(held, 0);
     ASSERT_EQ(::flock(held, LOCK_EX), 0);
-    AppSettings settings;
-    FakeWindow window;
     SettingsStore(store, host).SaveSettings(settings, window);
     ::close(held);
     ASSERT_EQ(host.shown.size(), 1u);
@@ -422,10 +376,8 @@ TEST_F(SettingsStoreTest, AStoreThatCannotBeWrittenIsReportedOnSave) {
 
 TEST_F(SettingsStoreTest, UnexpectedFailuresAreReportedAndEndTheStep) {
     seed({{"Find0", "f"}, {"Rep0", "r"}, {"Dir0", "/d"}, {"LinePrev", "55"}});
-    AppSettings settings;
-    FakeWindow window;
     window.throwOn = HistoryBox::Folder;
-    load(settings, window);
+    load();
     ASSERT_EQ(host.shown.size(), 1u);
     EXPECT_EQ(host.shown[0].text, "Error reading settings from system registry.");
     EXPECT_EQ(window.lists[HistoryBox::Find], std::vector<std::string>{"f"});  // applied before the failure
@@ -443,10 +395,8 @@ TEST_F(SettingsStoreTest, UnexpectedFailuresAreReportedAndEndTheStep) {
 
 TEST_F(SettingsStoreTest, ADamagedStoreIsReportedOnceAndTheFirstRunFollows) {
     folder.write("settings.reg", "Windows Registry Editor Version 5.00\n[HKEY_CURRENT_USER\\Software\n");
-    AppSettings settings;
-    FakeWindow window;
-    load(settings, window);
-    save(settings, window);
+    load();
+    save();
     ASSERT_EQ(host.shown.size(), 1u);
     EXPECT_NE(host.shown[0].text.find("is damaged"), std::string::npos) << host.shown[0].text;
     EXPECT_EQ(window.firstRunCalls, 1);
