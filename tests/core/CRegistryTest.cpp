@@ -2,8 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
+#include "support/ScopedEnvironment.h"
 #include "support/TempTree.h"
 
 namespace vantorel {
@@ -183,11 +182,10 @@ TEST_F(CRegistryTest, NumbersBinaryAndExpandableStrings) {
     EXPECT_EQ(reg.ReadBinary("Bin"), (std::vector<unsigned char>{0, 255, 7}));
     EXPECT_TRUE(reg.ReadBinary("Missing").empty());
 
-    ::setenv("VANTOREL_REGISTRY_TEST", "/opt/x", 1);
+    test::ScopedEnvironment env("VANTOREL_REGISTRY_TEST", "/opt/x");
     ASSERT_TRUE(reg.WriteEnvironmentString("%VANTOREL_REGISTRY_TEST%\\bin 100%% %NO_SUCH_VARIABLE_HERE%", "Env"));
     EXPECT_EQ(store.value(kVantorelKey, "Env")->type, REG_EXPAND_SZ);
     EXPECT_EQ(reg.ReadEnviromentString("Env"), "/opt/x\\bin 100% %NO_SUCH_VARIABLE_HERE%");
-    ::unsetenv("VANTOREL_REGISTRY_TEST");
     ASSERT_TRUE(reg.WriteString("plain", "Str"));  // back to REG_SZ after one expandable write
     EXPECT_EQ(store.value(kVantorelKey, "Str")->type, REG_SZ);
 }

@@ -7,6 +7,7 @@
 
 #include <fstream>
 
+#include "support/ScopedEnvironment.h"
 #include "support/TempTree.h"
 
 namespace vantorel {
@@ -14,18 +15,9 @@ namespace {
 
 class ProgramFolderTest : public ::testing::Test {
 protected:
-    void SetUp() override {
-        const char* saved = std::getenv("XDG_DATA_HOME");
-        savedXdg_ = saved ? std::optional<std::string>(saved) : std::nullopt;
-        ::setenv("XDG_DATA_HOME", data_.root().c_str(), 1);
-    }
-    void TearDown() override {
-        if (savedXdg_) ::setenv("XDG_DATA_HOME", savedXdg_->c_str(), 1);
-        else ::unsetenv("XDG_DATA_HOME");
-    }
     test::TempTree program_;
     test::TempTree data_;
-    std::optional<std::string> savedXdg_;
+    test::ScopedEnvironment xdg_{"XDG_DATA_HOME", data_.root().c_str()};
 };
 
 TEST_F(ProgramFolderTest, AWritableProgramFolderHoldsTheDataFiles) {

@@ -9,11 +9,9 @@
 
 #include <algorithm>
 #include <csignal>
-#include <map>
-#include <cstdlib>
-#include <optional>
 
 #include "core/RegistryFile.h"
+#include "support/ScopedEnvironment.h"
 #include "support/ScriptedMessages.h"
 #include "support/SystemCallFaults.h"
 #include "support/TempTree.h"
@@ -36,32 +34,6 @@ std::vector<std::string> listFolder(const fs::path& folder) {
     return names;
 }
 
-// Sets environment variables for one test and puts the old values back.
-class ScopedEnvironment {
-public:
-    void set(const char* name, const char* value) {
-        if (!saved_.count(name)) {
-            const char* old = std::getenv(name);
-            saved_[name] = old ? std::optional<std::string>(old) : std::nullopt;
-        }
-        if (value)
-            ::setenv(name, value, 1);
-        else
-            ::unsetenv(name);
-    }
-    ~ScopedEnvironment() {
-        for (const auto& [name, value] : saved_) {
-            if (value)
-                ::setenv(name.c_str(), value->c_str(), 1);
-            else
-                ::unsetenv(name.c_str());
-        }
-    }
-
-private:
-    std::map<std::string, std::optional<std::string>> saved_;
-};
-
 struct PathCase {
     const char* label;
     const char* own;   // VANTOREL_CONFIG_HOME
@@ -74,7 +46,7 @@ class RegistryStorePath : public ::testing::TestWithParam<PathCase> {};
 
 TEST_P(RegistryStorePath, FollowsTheEnvironment) {
     const auto& c = GetParam();
-    ScopedEnvironment env;
+    test::ScopedEnvironment env;
     env.set("VANTOREL_CONFIG_HOME", c.own);
     env.set("XDG_CONFIG_HOME", c.xdg);
     env.set("HOME", c.home);
