@@ -75,29 +75,29 @@ TEST_F(CliTest, RefusedInputGoesToStandardErrorAndExitsWithTwo) {
         std::vector<std::string> args;
         std::string message;
     };
+    const std::string invalid = "Regular Expression is invalid - please check syntax.\n";
+    const std::string help = "\nTry 'vantorel-cli --help'.\n";
     const std::vector<Case> cases = {
-        {{"-d", tree.root(), "-e", "find", "(cat"},
-         "Regular Expression is invalid - please check syntax.\nAt character 1: Missing ')' to close this group\n"},
+        {{"-d", tree.root(), "-e", "find", "(cat"}, invalid + "At character 1: Missing ')' to close this group\n"},
         {{"-d", tree.root(), "-e", "find", "x(?<=a+)"},
-         "Regular Expression is invalid - please check syntax.\nAt character 2: Each alternative of a look-behind "
-         "must match a fixed number of characters here (no *, +, ?, {n,m} or back-reference inside (?<=...) or "
-         "(?<!...))\n"},
+         invalid + "At character 2: Each alternative of a look-behind must match a fixed number of characters here "
+                   "(no *, +, ?, {n,m} or back-reference inside (?<=...) or (?<!...))\n"},
         {{"-d", tree.root(), "-e", "find", "xa{65536}"},
-         "Regular Expression is invalid - please check syntax.\nAt character 2: Repetition counts above 65535 are "
-         "not supported\n"},
+         invalid + "At character 2: Repetition counts above 65535 are not supported\n"},
         {{"-d", tree.root(), "find", std::string(40000, 'a')},
-         "Regular Expression is invalid - please check syntax.\nThe text to find is too long: the regular "
-         "expression engine holds at most 64 KiB of compiled pattern (about 32,000 characters of plain text)\n"},
+         invalid + "The text to find is too long: the regular expression engine holds at most 64 KiB of compiled "
+                   "pattern (about 32,000 characters of plain text)\n"},
         {{"-d", tree.root(), "-f", "", "find", "cat"}, "Please enter a valid file type filter (eg. *.txt)\n"},
         {{"-d", tree.path("missing"), "find", "cat"}, "Missing or invalid start location\n"},
         {{"-d", "", "replace", "cat", "cow"}, "Missing or invalid start location\n"},  // an unset variable
-        {{"--frobnicate", "find", "x"}, "vantorel-cli: unknown option '--frobnicate'\nTry 'vantorel-cli --help'.\n"},
-        {{"find", "x", "-d"}, "vantorel-cli: option '-d' needs a value\nTry 'vantorel-cli --help'.\n"},
-        {{"replace", "x"}, "vantorel-cli: replace needs FIND and REPLACEMENT\nTry 'vantorel-cli --help'.\n"},
-        {{"-j", "0", "find", "x"}, "vantorel-cli: --threads needs a whole number from 1 to 1024, not '0'\nTry 'vantorel-cli --help'.\n"},
-        {{"search", "x"}, "vantorel-cli: unknown command 'search' (use find, replace, extract, undo, library or jobs)\nTry 'vantorel-cli --help'.\n"},
-        {{"--diff", "find", "x"}, "vantorel-cli: --dry-run and --diff go with replace\nTry 'vantorel-cli --help'.\n"},
-        {{"find", "x", "--list"}, "vantorel-cli: --list goes with undo\nTry 'vantorel-cli --help'.\n"},
+        {{"--frobnicate", "find", "x"}, "vantorel-cli: unknown option '--frobnicate'" + help},
+        {{"find", "x", "-d"}, "vantorel-cli: option '-d' needs a value" + help},
+        {{"replace", "x"}, "vantorel-cli: replace needs FIND and REPLACEMENT" + help},
+        {{"-j", "0", "find", "x"}, "vantorel-cli: --threads needs a whole number from 1 to 1024, not '0'" + help},
+        {{"search", "x"},
+         "vantorel-cli: unknown command 'search' (use find, replace, extract, undo, library or jobs)" + help},
+        {{"--diff", "find", "x"}, "vantorel-cli: --dry-run and --diff go with replace" + help},
+        {{"find", "x", "--list"}, "vantorel-cli: --list goes with undo" + help},
     };
     for (const Case& c : cases) {
         const CliResult r = runCli(c.args);

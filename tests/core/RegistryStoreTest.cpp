@@ -140,18 +140,14 @@ TEST(RegistryStore, TwoInstancesKeepEachOthersChanges) {
     second.setValue(kKey, "FromSecond", REG_SZ, sz("2"));
     second.setValue(kKey, "Both", REG_SZ, sz("second"));
     ASSERT_TRUE(first.flush());
-
-    // Reading the newer file keeps the changes not yet written on top.
-    second.refresh();
-    EXPECT_EQ(second.value(kKey, "FromFirst")->data, sz("1"));
-    EXPECT_EQ(second.value(kKey, "FromSecond")->data, sz("2"));
-    EXPECT_EQ(second.value(kKey, "Both")->data, sz("second"));
-    ASSERT_TRUE(second.flush());
-
-    first.refresh();
-    EXPECT_EQ(first.value(kKey, "FromFirst")->data, sz("1"));
-    EXPECT_EQ(first.value(kKey, "FromSecond")->data, sz("2"));
-    EXPECT_EQ(first.value(kKey, "Both")->data, sz("second"));  // the last writer wins
+    // Reading the newer file keeps the changes not yet written on top; the last writer wins.
+    for (RegistryStore* reader : {&second, &first}) {
+        reader->refresh();
+        EXPECT_EQ(reader->value(kKey, "FromFirst")->data, sz("1"));
+        EXPECT_EQ(reader->value(kKey, "FromSecond")->data, sz("2"));
+        EXPECT_EQ(reader->value(kKey, "Both")->data, sz("second"));
+        ASSERT_TRUE(reader->flush());
+    }
 }
 
 TEST(RegistryStore, WaitsForTheLockAndGivesUp) {
