@@ -30,17 +30,19 @@ class RepFormRunTest : public QObject {
         tree.write("d.log", "colour\n");
         tree.write("docs/a.txt", "colour one\ncolour two colour\n");
     }
+    struct TreeForm : FormFixture {
+        TempTree tree;
+        TreeForm() { writeTree(tree); }
+    };
 
 private slots:
     void findListsFilesAndShowsTheirSections() {
-        TempTree tree;
-        writeTree(tree);
-        FormFixture f;
-        QVERIFY(f.run(root(tree), "*.txt", "colour"));
+        TreeForm f;
+        QVERIFY(f.run(root(f.tree), "*.txt", "colour"));
         QCOMPARE(f.status(), QString("3 files processed, 4 occurences found in 2 file(s)"));
         QVERIFY(f.messages.messages.empty());
         QCOMPARE(f.column(0), QStringList({"b.txt", "a.txt"}));
-        QCOMPARE(f.column(1), QStringList({root(tree) + "/", root(tree) + "/docs/"}));
+        QCOMPARE(f.column(1), QStringList({root(f.tree) + "/", root(f.tree) + "/docs/"}));
         QCOMPARE(f.column(2), QStringList({"1", "3"}));
         QCOMPARE(f.column(3), QStringList({"7", "29"}));
         QVERIFY(f.rows().index(0, 0).data(Qt::FontRole).value<QFont>().bold());
@@ -49,14 +51,14 @@ private slots:
         // The combined preview: each file's section under its header, and each
         // row leads to its own section.
         const QString text = f.pane()->toPlainText();
-        QVERIFY2(text.contains(root(tree) + "/b.txt  (1 Found)\n00000001 | Colour"), qPrintable(text));
-        QVERIFY(text.contains(root(tree) + "/docs/a.txt  (3 Found)\n00000001 | colour one\n00000002 | colour two colour"));
-        QVERIFY(f.sectionOf(1).startsWith(root(tree) + "/docs/a.txt  ("));
-        QVERIFY(f.sectionOf(0).startsWith(root(tree) + "/b.txt  ("));
+        QVERIFY2(text.contains(root(f.tree) + "/b.txt  (1 Found)\n00000001 | Colour"), qPrintable(text));
+        QVERIFY(text.contains(root(f.tree) + "/docs/a.txt  (3 Found)\n00000001 | colour one\n00000002 | colour two colour"));
+        QVERIFY(f.sectionOf(1).startsWith(root(f.tree) + "/docs/a.txt  ("));
+        QVERIFY(f.sectionOf(0).startsWith(root(f.tree) + "/b.txt  ("));
 
         // The inputs went to the top of their histories.
         QCOMPARE(f.combo("FindText")->itemText(0), QString("colour"));
-        QCOMPARE(f.combo("StartDir")->itemText(0), root(tree));
+        QCOMPARE(f.combo("StartDir")->itemText(0), root(f.tree));
         QCOMPARE(f.combo("FilterCombo")->itemText(0), QString("*.txt"));
         QCOMPARE(f.combo("FilterCombo")->count(), 7);  // "*.txt" was listed already
         QCOMPARE(f.combo("RepText")->count(), 0);        // only a Replace records it
@@ -89,9 +91,7 @@ private slots:
     }
 
     void replaceAsksOnceOnTheWindowThreadAndRewritesFiles() {
-        TempTree tree;
-        writeTree(tree);
-        FormFixture f;
+        TreeForm f;
         f.messages.answers = {true};
         bool busyWhileAsked = false;
         f.messages.onQuestion = [&](const Message&) {
@@ -107,7 +107,7 @@ private slots:
             busyWhileAsked = busyWhileAsked && bar->percent() == 100 && bar->fillColour() == QColor(255, 255, 0) &&
                              bar->backColour() == QColor(0, 0, 255);
         };
-        QVERIFY(f.run(root(tree), "*.txt", "colour", "color", "RepBtn"));
+        QVERIFY(f.run(root(f.tree), "*.txt", "colour", "color", "RepBtn"));
         QVERIFY(busyWhileAsked);
         QVERIFY(!f.messages.offWindowThread);
         QCOMPARE(f.messages.questions.size(), size_t(1));
@@ -118,13 +118,13 @@ private slots:
         QCOMPARE(f.messages.messages[0].text, std::string("3 files processed, 4 occurences changed in 2 file(s)"));
         QCOMPARE(f.messages.messages[0].icon, MessageIcon::Information);
         QCOMPARE(f.status(), QString("3 files processed, 4 occurences changed in 2 file(s)"));
-        QCOMPARE(tree.read("docs/a.txt"), std::string("color one\ncolor two color\n"));
-        QCOMPARE(tree.read("b.txt"), std::string("color\n"));
-        QCOMPARE(tree.read("d.log"), std::string("colour\n"));
+        QCOMPARE(f.tree.read("docs/a.txt"), std::string("color one\ncolor two color\n"));
+        QCOMPARE(f.tree.read("b.txt"), std::string("color\n"));
+        QCOMPARE(f.tree.read("d.log"), std::string("colour\n"));
         QCOMPARE(f.column(0), QStringList({"b.txt", "a.txt"}));  // rebuilt by the writing pass
         // The writing pass's rows lead to the sections the counting pass showed.
-        QVERIFY(f.sectionOf(0).startsWith(root(tree) + "/b.txt  ("));
-        QVERIFY(f.sectionOf(1).startsWith(root(tree) + "/docs/a.txt  ("));
+        QVERIFY(f.sectionOf(0).startsWith(root(f.tree) + "/b.txt  ("));
+        QVERIFY(f.sectionOf(1).startsWith(root(f.tree) + "/docs/a.txt  ("));
         QCOMPARE(f.combo("RepText")->itemText(0), QString("color"));
         QCOMPARE(f.form->previewPattern(), std::string("color"));
 
@@ -135,15 +135,13 @@ private slots:
     }
 
     void declinedOrStoppedReplaceKeepsTheFiles() {
-        TempTree tree;
-        writeTree(tree);
-        FormFixture f;
+        TreeForm f;
         f.messages.answers = {false};
-        QVERIFY(f.run(root(tree), "*.txt", "colour", "color", "RepBtn"));
+        QVERIFY(f.run(root(f.tree), "*.txt", "colour", "color", "RepBtn"));
         QCOMPARE(f.status(), QString("3 files processed, 4 occurences found in 2 file(s)"));
         QVERIFY(f.messages.messages.empty());
         QCOMPARE(f.column(0), QStringList({"b.txt", "a.txt"}));  // the counting pass's rows stay
-        QCOMPARE(tree.read("b.txt"), std::string("Colour\n"));
+        QCOMPARE(f.tree.read("b.txt"), std::string("Colour\n"));
 
         // Stop pressed while the question is open: the writing pass never starts.
         f.messages.answers = {true};
@@ -151,24 +149,22 @@ private slots:
         QVERIFY(f.runBy("RepBtn"));
         QCOMPARE(f.messages.texts(), std::vector<std::string>({"Search operation stopped."}));
         QCOMPARE(f.status(), QString("3 files processed, 4 occurences found in 2 file(s)"));
-        QCOMPARE(tree.read("docs/a.txt"), std::string("colour one\ncolour two colour\n"));
+        QCOMPARE(f.tree.read("docs/a.txt"), std::string("colour one\ncolour two colour\n"));
         QVERIFY(f.button("RepBtn")->isEnabled());
     }
 
     void refusedInputsShowTheirMessageAndLeaveTheWindowIdle() {
-        TempTree tree;
-        writeTree(tree);
-        FormFixture f;
+        TreeForm f;
         struct Case {
             QString folder, filter, find;
             bool regex;
             std::string message;
         };
         const Case cases[] = {
-            {root(tree), "", "colour", false, "Please enter a valid file type filter (eg. *.txt)"},
+            {root(f.tree), "", "colour", false, "Please enter a valid file type filter (eg. *.txt)"},
             {"", "*.txt", "colour", false, "Missing or invalid start location"},
             // The pattern is checked before the filter.
-            {root(tree), "", "a)b", true, "Regular Expression is invalid - please check syntax."},
+            {root(f.tree), "", "a)b", true, "Regular Expression is invalid - please check syntax."},
         };
         for (const Case& c : cases) {
             f.messages.messages.clear();
@@ -188,11 +184,9 @@ private slots:
     }
 
     void versionControlFoldersFollowTheSetting() {
-        TempTree tree;
-        writeTree(tree);
-        FormFixture f;
-        tree.write(".git/config.txt", "zebra\n");
-        QVERIFY(f.run(root(tree), "*.txt", "zebra"));
+        TreeForm f;
+        f.tree.write(".git/config.txt", "zebra\n");
+        QVERIFY(f.run(root(f.tree), "*.txt", "zebra"));
         QCOMPARE(f.messages.texts(), std::vector<std::string>({"No matches found in files."}));
         f.form->settings().SkipVersionControl = false;
         QVERIFY(f.runBy("FindBtn"));
@@ -213,10 +207,8 @@ private slots:
     }
 
     void markedFilesRunTakesOnlyTheMarkedRows() {
-        TempTree tree;
-        writeTree(tree);
-        FormFixture f;
-        QVERIFY(f.run(root(tree), "*.txt", "colour"));
+        TreeForm f;
+        QVERIFY(f.run(root(f.tree), "*.txt", "colour"));
         auto* marked = f.child<QCheckBox>("MarkedChk");
         QVERIFY(!marked->isEnabled());
 
@@ -226,7 +218,7 @@ private slots:
             QVERIFY2(!f.child(input)->isEnabled(), input);
         f.rows().setData(f.rows().index(0, 0), Qt::Unchecked, Qt::CheckStateRole);
 
-        tree.write("docs/a.txt", "colour colour\n");
+        f.tree.write("docs/a.txt", "colour colour\n");
         QVERIFY(f.runBy("FindBtn"));
         QVERIFY(f.messages.messages.empty());
         QCOMPARE(f.status(), QString("1 files processed, 2 occurences found in 1 file(s)"));
