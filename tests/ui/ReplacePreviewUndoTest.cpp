@@ -17,7 +17,6 @@ class ReplacePreviewUndoTest : public QObject {
 
     std::unique_ptr<QTemporaryDir> state_;  // each test's own undo journal
 
-
 private slots:
     void init() {
         state_ = std::make_unique<QTemporaryDir>();
@@ -30,8 +29,7 @@ private slots:
         tree.write("b.txt", "cat and cat\n");
         tree.write("c.txt", "no match\n");
         FormFixture f;
-        f.setInputs(root(tree), "*.txt", "cat", "dog");
-        QVERIFY(f.runBy("PreviewBtn"));
+        QVERIFY(f.run(root(tree), "*.txt", "cat", "dog", "PreviewBtn"));
         QVERIFY(f.messages.questions.empty());  // nothing asked, nothing written
         QCOMPARE(tree.read("a.txt"), std::string("one cat\ntwo\n"));
         QCOMPARE(f.status(), QString("3 files processed, 3 occurences found in 2 file(s)"));
@@ -71,9 +69,8 @@ private slots:
         FormFixture f;
         QAction* undo = f.action("mUndoReplace");
         QVERIFY(!undo->isEnabled());
-        f.setInputs(root(tree), "*.txt", "cat", "dog");
         f.messages.answers = {true};
-        QVERIFY(f.runBy("RepBtn"));
+        QVERIFY(f.run(root(tree), "*.txt", "cat", "dog", "RepBtn"));
         QVERIFY(undo->isEnabled());
         tree.write("b.txt", "edited\n");
 
