@@ -28,6 +28,10 @@ protected:
         tree.write("sub1/e.txt", "e");
         tree.write("sub2/f.TXT", "f");
     }
+    // The files listed below the tree's root, relative to it.
+    std::vector<std::string> listed(const std::string& filter, bool subfolders = true) {
+        return paths(BuildFileList(tree.root(), filter, subfolders, stop), tree.root());
+    }
     TempTree tree;
     std::atomic<bool> stop{false};
 };
@@ -78,10 +82,8 @@ TEST_F(FileListBuilderTest, LinkedFilesAreListedLinkedFoldersAreNotEntered) {
     ASSERT_EQ(::symlink(tree.root().c_str(), tree.path("sub1/deep/up").c_str()), 0);
     ASSERT_EQ(::symlink(tree.path("a.txt").c_str(), tree.path("sub2/link.txt").c_str()), 0);
     ASSERT_EQ(::symlink(tree.path("missing").c_str(), tree.path("sub2/dangling.txt").c_str()), 0);
-    const FileList list = BuildFileList(tree.root(), "*.txt", true, stop);
-    EXPECT_EQ(paths(list, tree.root()), (std::vector<std::string>{"a.txt", "b.txt", "sub1/e.txt",
-                                                                  "sub2/f.TXT", "sub2/link.txt",
-                                                                  "sub1/deep/d.txt"}));
+    EXPECT_EQ(listed("*.txt"), (std::vector<std::string>{"a.txt", "b.txt", "sub1/e.txt", "sub2/f.TXT",
+                                                         "sub2/link.txt", "sub1/deep/d.txt"}));
 }
 
 TEST_F(FileListBuilderTest, VersionControlFoldersAreEnteredOnlyWhenAskedFor) {
@@ -90,12 +92,10 @@ TEST_F(FileListBuilderTest, VersionControlFoldersAreEnteredOnlyWhenAskedFor) {
     tree.write("sub2/.github/ci.txt", "y");  // similar names are ordinary folders
     tree.write("sub2/cvs/z.txt", "z");
     tree.write("sub2/.git", "gitdir: elsewhere");  // a file of that name is listed
-    const std::vector<std::string> ordinary{"a.txt",         "b.txt",          "sub1/e.txt",
-                                            "sub2/f.TXT",    "sub1/deep/d.txt", "sub2/.github/ci.txt",
-                                            "sub2/cvs/z.txt"};
-    EXPECT_EQ(paths(BuildFileList(tree.root(), "*.txt", true, stop), tree.root()), ordinary);
-    EXPECT_EQ(paths(BuildFileList(tree.root(), ".git", true, stop), tree.root()),
-              (std::vector<std::string>{"sub2/.git"}));
+    const std::vector<std::string> ordinary{"a.txt", "b.txt", "sub1/e.txt", "sub2/f.TXT", "sub1/deep/d.txt",
+                                            "sub2/.github/ci.txt", "sub2/cvs/z.txt"};
+    EXPECT_EQ(listed("*.txt"), ordinary);
+    EXPECT_EQ(listed(".git"), (std::vector<std::string>{"sub2/.git"}));
     EXPECT_EQ(BuildFileList(tree.root(), "*.txt", true, stop, {}, false).size(), ordinary.size() + 6);
     // Named as the start folder, such a folder is searched.
     EXPECT_EQ(BuildFileList(tree.path("sub1/.git"), "*", true, stop).size(), 1u);
@@ -105,16 +105,14 @@ TEST_F(FileListBuilderTest, SpecialFilesTemporaryFilesAndUnreadableFoldersContri
     ASSERT_EQ(::mkfifo(tree.path("pipe.txt").c_str(), 0644), 0);
     tree.write(".vantorel-4242-7-a.txt", "a write in progress");
     tree.write(".vantorel-4242-8", "the same, for a long name");
-    const FileList list = BuildFileList(tree.root(), "*.txt", false, stop);
-    EXPECT_EQ(paths(list, tree.root()), (std::vector<std::string>{"a.txt", "b.txt"}));
+    EXPECT_EQ(listed("*.txt", false), (std::vector<std::string>{"a.txt", "b.txt"}));
     EXPECT_TRUE(BuildFileList(tree.path("no-such-folder"), "*", true, stop).empty());
 }
 
 TEST_F(FileListBuilderTest, StopEndsEachFolderAfterItsFirstEntry) {
     stop = true;
-    const FileList list = BuildFileList(tree.root(), "*", true, stop);
     // The start folder gives its first entry (a.txt); no folder was queued.
-    EXPECT_EQ(paths(list, tree.root()), (std::vector<std::string>{"a.txt"}));
+    EXPECT_EQ(listed("*"), (std::vector<std::string>{"a.txt"}));
 }
 
 TEST_F(FileListBuilderTest, NoFolderIsEnteredTwice) {
