@@ -51,11 +51,10 @@ Replaced replace(const TempTree& tree, RunRequest r, unsigned threads = 1,
     return run;
 }
 
-RunRequest job(std::string find, std::string replacement, std::string filter = "*.txt", bool backups = false) {
+RunRequest job(std::string find, std::string replacement, std::string filter = "*.txt") {
     RunRequest r;
     r.jobs = {{std::move(find), std::move(replacement)}};
     r.filter = std::move(filter);
-    r.makeBackups = backups;
     return r;
 }
 
@@ -87,7 +86,9 @@ TEST(ReplaceWriteTest, ABackupThatReplacesALaterListedFileGivesWhatOneThreadGive
             tree.write("a" + std::to_string(k) + ".b.c", "cat b.c " + std::to_string(k));
             tree.write("a" + std::to_string(k) + ".bak", "cat bak " + std::to_string(k));
         }
-        const Replaced run = replace(tree, job("cat", "dog", "*", true), threads);
+        RunRequest r = job("cat", "dog", "*");
+        r.makeBackups = true;
+        const Replaced run = replace(tree, r, threads);
         std::vector<std::string> files;
         for (const auto& entry : std::filesystem::directory_iterator(tree.root()))
             files.push_back(entry.path().filename().string() + "=" + tree.read(entry.path().filename()));
@@ -109,7 +110,10 @@ TEST(ReplaceWriteTest, EachRowSaysWhatBecameOfItsFileAndOnlyWhatWasWrittenCounts
     ASSERT_EQ(::symlink(outside.c_str(), tree.path("out.txt").c_str()), 0);
     const std::string inside = tree.write("data/t.dat", "old");
     ASSERT_EQ(::symlink(inside.c_str(), tree.path("in.txt").c_str()), 0);
-    const Replaced run = replace(tree, job("old", "new", "*.txt", true));
+    RunRequest r = job("old", "new");
+    r.makeBackups = true;
+    const Replaced run = replace(tree, r);
+
     EXPECT_EQ(tree.read("w.txt"), "new");
     EXPECT_EQ(tree.read("w.bak"), "old");
     EXPECT_EQ(tree.read("data/t.dat"), "new");  // through a link that stays inside
@@ -156,7 +160,9 @@ TEST(ReplaceWriteTest, WithoutHardLinksTheBackupIsACopyAndTheFileNeverLosesItsNa
         for (const char* name : {"a.txt", "sub/b.txt"})
             if (!tree.exists(name)) missing.push_back(std::string(name) + " before the rename to " + to);
     };
-    const Replaced run = replace(tree, job("v1", "v2", "*.txt", true));
+    RunRequest r = job("v1", "v2");
+    r.makeBackups = true;
+    const Replaced run = replace(tree, r);
     EXPECT_THAT(missing, IsEmpty());
     EXPECT_EQ(tree.read("a.txt"), "v2");
     EXPECT_EQ(tree.read("a.bak"), "v1");
@@ -180,7 +186,8 @@ TEST(ReplaceWriteTest, AFileThatCannotBeWrittenIsReportedByItsNameAndTheRunGoesO
     ASSERT_EQ(run.messages.size(), 2u);
     EXPECT_THAT(run.messages[0], ::testing::StartsWith("Error writing " + locked + "\r\n"));
     EXPECT_EQ(run.messages[1], "3 files processed, 2 occurences changed in 2 file(s)");
-    EXPECT_EQ(replace(tree, job("old", "new", "a.txt")).messages.back(), "1 files processed, 0 occurences changed in 0 file(s)");
+    RunRequest lockedOnly = job("old", "new", "a.txt");
+    EXPECT_EQ(replace(tree, lockedOnly).messages.back(), "1 files processed, 0 occurences changed in 0 file(s)");
 }
 
 TEST(ReplaceWriteTest, NewTextsWaitingForTheirTurnHoldLittleMoreThanTheLargestFile) {
@@ -209,7 +216,9 @@ TEST(ReplaceWriteTest, EachFolderIsFlushedOnceAfterItsRenames) {
     for (const char* name : {"a.txt", "b.txt", "c.txt", "sub/d.txt", "sub/e.txt"}) tree.write(name, "old");
     SystemCallFaults::Scope faults;
     SystemCallFaults::watchSyncs = true;
-    replace(tree, job("old", "new", "*.txt", true), 2);
+    RunRequest r = job("old", "new");
+    r.makeBackups = true;
+    replace(tree, r, 2);
     const std::string root = std::filesystem::canonical(tree.root()).string();
     EXPECT_THAT(SystemCallFaults::syncedFolders(), ElementsAre(root, root + "/sub"));
 }
