@@ -58,6 +58,7 @@
 #include "ui/ScreenFit.h"
 #include "ui/Twips.h"
 #include "ui/UndoReplace.h"
+#include "ui/WholeTextLabel.h"
 #include "ui/frmAbout.h"
 #include "ui/frmOptions.h"
 
@@ -168,9 +169,8 @@ void RepForm::buildWidgets() {
     stopButton_->setShortcut(QKeySequence(Qt::Key_Escape));
     extractButton_->setToolTip(QStringLiteral("Gather the text of every match (regular expressions only)"));
     progress_ = new ColourProgressBar(mid_);
-    versionLabel_ = new QLabel(mid_);
+    versionLabel_ = new WholeTextLabel(mid_);  // the first to give way in a narrow window
     versionLabel_->setObjectName(QStringLiteral("VLabel"));
-    versionLabel_->setMinimumWidth(1);  // the first to give way in a narrow window
     logo_ = new QLabel(mid_);
     logo_->setObjectName(QStringLiteral("Picture2"));
     logo_->setPixmap(makerLogo(28));
