@@ -200,12 +200,16 @@ void AtomicFileWriter::write(std::string_view bytes) {
     else buffer_.append(bytes);
 }
 
-void AtomicFileWriter::finish() {
+void AtomicFileWriter::finish() { close(true, 0); }
+
+void AtomicFileWriter::finishUnsynced(dev_t device) { close(false, device); }
+
+void AtomicFileWriter::close(bool sync, dev_t unsyncedDevice) {
     flushBuffer();
     std::string().swap(buffer_);  // a finished file may wait a while for its turn
-    if (::fsync(fd_) != 0) fail(errno);
     struct stat st {};
     if (::fstat(fd_, &st) != 0) fail(errno);
+    if ((sync || st.st_dev != unsyncedDevice) && ::fsync(fd_) != 0) fail(errno);
     written_.hash = hash_.value();
     written_.modifiedNs = static_cast<std::int64_t>(st.st_mtim.tv_sec) * 1000000000 + st.st_mtim.tv_nsec;
     written_.device = st.st_dev;
@@ -222,7 +226,7 @@ void AtomicFileWriter::commit(FolderSync* folders) {
     tempPath_.clear();
     const std::size_t slash = target_.rfind('/');
     const std::string folder = slash == std::string::npos ? std::string() : target_.substr(0, slash + 1);
-    if (folders) folders->add(folder);
+    if (folders) folders->add(folder, written_.device);
     else FolderSync::syncNow(folder);
 }
 

@@ -54,6 +54,10 @@ public:
     void write(std::string_view bytes);
     // Flushes, syncs and closes the temporary file. Throws on failure.
     void finish();
+    // The same, but leaves the new contents in the system's cache when the
+    // file lies on `device`: the caller then syncs that whole file system
+    // (FileSystemSync) before commit(), once for many files.
+    void finishUnsynced(dev_t device);
     // Renames the finished temporary file over the target, then flushes the
     // folder at once or, given `folders`, when the batch moves on. Throws on
     // failure.
@@ -69,6 +73,7 @@ private:
     void keepAttributes(const Attributes& keep, mode_t mode, bool folderHasDefaultAcl);
     void writeAll(std::string_view bytes);
     void flushBuffer();
+    void close(bool sync, dev_t unsyncedDevice);
     [[noreturn]] void fail(int error) const;
 
     std::string target_;

@@ -73,9 +73,12 @@ std::optional<FileKey> entryOf(const std::string& path) {
 }  // namespace
 
 FileOutcome processFile(const std::string& path, const std::vector<CompiledJob>& jobs,
-                        const PassSettings& pass, WriteTurn* turn) {
+                        const PassSettings& pass, WriteTurn* turn, std::unique_ptr<KeptText> kept) {
     FileOutcome outcome;
-    FileText::Result read = FileText::read(path);
+    FileText::Result read;
+    if (kept && FileIdentity::of(path) == kept->text.identity()) read.text = std::move(kept->text);
+    else read = FileText::read(path);
+    kept.reset();
     switch (read.status) {
         case FileText::Status::Ok: break;
         case FileText::Status::Vanished: return outcome;
@@ -122,6 +125,9 @@ FileOutcome processFile(const std::string& path, const std::vector<CompiledJob>&
                                     MessageIcon::None, MessageKind::FileError};
         return changed;
     }
+    if (pass.keepTexts && outcome.matches > 0 && !text.mapped())
+        if (auto share = pass.keepTexts->tryShare(text.bytes().size()))
+            outcome.keptText.reset(new KeptText{std::move(read.text), std::move(*share)});
     return outcome;
 }
 

@@ -42,6 +42,13 @@ private:
     bool encodingIndependent_;
 };
 
+// The text of a file that the counting pass of a Replace found matches in,
+// kept for the writing pass within a budget of memory.
+struct KeptText {
+    FileText text;
+    WriteBudget::Share share;
+};
+
 struct PassSettings {
     bool replacing = false;  // a pass of a Replace run
     bool write = false;      // the writing pass
@@ -50,6 +57,7 @@ struct PassSettings {
     const RunRequest* request = nullptr;  // its preview builder, when set
     bool listsEveryFile = false;          // files without matches are listed too
     const WriteSettings* writing = nullptr;  // the writing pass or a preview of it; none: defaults
+    WriteBudget* keepTexts = nullptr;        // the counting pass keeps the texts with matches that fit
 };
 
 // Where a name leads: the file system's device and file number.
@@ -75,6 +83,8 @@ struct FileOutcome {
     // The counting pass of a Replace with backups: the file that its backup
     // will replace, if one exists.
     std::optional<FileKey> backupEntry;
+    // The counting pass of a Replace: the text, when it is kept.
+    std::unique_ptr<KeptText> keptText;
     // The writing pass: the new text, ready to replace the file, or why the
     // file is left as it is, and what to tell about it.
     std::unique_ptr<PendingWrite> pendingWrite;
@@ -83,9 +93,12 @@ struct FileOutcome {
 };
 
 // Nothing the user can see changes here: in the writing pass the new text
-// waits in `pendingWrite` until the driver commits it. Throws MatchError for
-// an engine failure, which ends the run, and MatchStopped for a stop.
+// waits in `pendingWrite` until the driver commits it. The writing pass
+// takes `kept` as the file's text when the file is still as it was when it
+// was read, and reads it again when not. Throws MatchError for an engine
+// failure, which ends the run, and MatchStopped for a stop.
 FileOutcome processFile(const std::string& path, const std::vector<CompiledJob>& jobs,
-                        const PassSettings& pass, WriteTurn* turn = nullptr);
+                        const PassSettings& pass, WriteTurn* turn = nullptr,
+                        std::unique_ptr<KeptText> kept = nullptr);
 
 }  // namespace vantorel

@@ -48,6 +48,8 @@ std::string readErrorMessage(const std::string& path, const std::string& error) 
     return "Error reading " + path + "\r\n" + error;
 }
 
+FileText::FileText() = default;
+
 FileText::FileText(FileText&& other) noexcept { *this = std::move(other); }
 
 FileText& FileText::operator=(FileText&& other) noexcept {

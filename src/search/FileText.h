@@ -36,7 +36,7 @@ struct FileIdentity {
 
 class FileText {
 public:
-    FileText() = default;
+    FileText();
     FileText(FileText&& other) noexcept;
     FileText& operator=(FileText&& other) noexcept;
     ~FileText();
@@ -60,6 +60,8 @@ public:
     mode_t mode() const noexcept { return mode_; }
     uid_t owner() const noexcept { return owner_; }
     gid_t group() const noexcept { return group_; }
+    // True when the text is the file mapped into memory, not a copy.
+    bool mapped() const noexcept { return mapping_ != nullptr; }
     // True when the file was cut short or rewritten while its text was in
     // use: what was read from it is then not to be trusted.
     bool changedWhileRead() const;

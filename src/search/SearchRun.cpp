@@ -45,6 +45,11 @@ Message information(std::string text, MessageKind kind, std::string title = kPro
 // New texts that wait on disk for their turn, beyond the one the writes
 // wait for: enough to keep every thread busy on small files.
 constexpr std::uint64_t kWaitingBytes = std::uint64_t{16} << 20;
+// The texts that the counting pass keeps in memory for the writing pass.
+constexpr std::uint64_t kKeptTextBytes = std::uint64_t{64} << 20;
+// New files flushed to disk together, at most, before they replace theirs
+// (and no more than half the bytes that may wait on disk).
+constexpr std::size_t kFilesFlushedTogether = 256;
 
 struct FileKeyHash {
     std::size_t operator()(const FileKey& key) const noexcept {
@@ -209,7 +214,7 @@ private:
             if (after != kNone && !turn.waitUntil([after](std::size_t handled) { return handled > after; }))
                 throw MatchStopped();
             DriverWriteTurn writeTurn(turn, position, *budget_);
-            return processFile(files_.path(position), jobs_, settings, &writeTurn);
+            return processFile(files_.path(position), jobs_, settings, &writeTurn, std::move(kept_[position]));
         } catch (const MatchStopped&) {
             FileOutcome stopped;
             stopped.interrupted = true;
@@ -232,10 +237,20 @@ private:
         if (writing) {
             budget_ = std::make_unique<WriteBudget>(kWaitingBytes);
             if (request_.journal) recorder_ = request_.journal->startRun(request_);
+            // Backups are made in file order, some files waiting for those of
+            // others: their new files are flushed one by one.
+            if (!request_.makeBackups && folders_.coverFileSystemOf(request_.startFolder))
+                write.syncedLater = folders_.coveredDevice();
         }
-        const PassSettings settings{request_.kind == RunKind::Replace, writing,
-                                    request_.kind == RunKind::Extract, request_.makeBackups, &request_,
-                                    request_.showAll || request_.markedOnly, &write};
+        PassSettings settings{request_.kind == RunKind::Replace, writing,
+                              request_.kind == RunKind::Extract, request_.makeBackups, &request_,
+                              request_.showAll || request_.markedOnly, &write};
+        if (pass == PassKind::Counting && !request_.dryRun) {
+            keptBudget_ = std::make_unique<WriteBudget>(kKeptTextBytes);
+            kept_.resize(files_.size());
+            settings.keepTexts = keptBudget_.get();
+        }
+        const bool batched = write.syncedLater.has_value();
         const unsigned threads = threadCount(request_.threads);
         OrderedWork<FileOutcome> work(
             files_.size(), threads, std::size_t{threads} * 64,
@@ -253,21 +268,59 @@ private:
                 duplicate_[position] = skipped_[position] = true;
                 continue;
             }
-            ++filesDone_;
-            if (!outcome) continue;  // a file without matches in the counting pass
-            const std::string path = files_.path(position);
-            host_.setStatus((writing ? "Replacing:" : "Searching:") + files_.names[position]);
-            host_.setProgress(percentOf(position, files_.size()), pass);
-            const std::uint64_t counted = deliver(path, *outcome);
-            totalMatches_ += counted;
-            matchesFound_ += outcome->matches;
-            if (counted < 1) skipped_[position] = true;
-            else ++filesWithMatches_;
-            if (pass == PassKind::Counting && request_.makeBackups && counted > 0) noteBackup(position, path, *outcome);
+            const bool newFile = outcome && outcome->pendingWrite;
+            if (batched && (newFile || !batch_.empty())) {
+                // Its new file is flushed with others before it replaces the
+                // file; what comes after it waits its turn.
+                if (newFile) ++batchWrites_;
+                batch_.emplace_back(position, std::move(outcome));
+                if (batchWrites_ >= kFilesFlushedTogether || budget_->pending() >= kWaitingBytes / 2)
+                    commitBatch(pass);
+                continue;
+            }
+            take(position, outcome, pass);
         }
+        commitBatch(pass);
         folders_.flush();
+        if (batched) folders_.syncFileSystem();  // the last files' new names
         if (recorder_) recorder_->finished();
         recorder_.reset();
+    }
+
+    void take(std::size_t position, std::optional<FileOutcome>& file, PassKind pass) {
+        ++filesDone_;
+        if (!file) return;  // a file without matches in the counting pass
+        FileOutcome& outcome = *file;
+        const std::string path = files_.path(position);
+        host_.setStatus((pass == PassKind::Writing ? "Replacing:" : "Searching:") + files_.names[position]);
+        host_.setProgress(percentOf(position, files_.size()), pass);
+        const std::uint64_t counted = deliver(path, outcome);
+        totalMatches_ += counted;
+        matchesFound_ += outcome.matches;
+        if (counted < 1) skipped_[position] = true;
+        else ++filesWithMatches_;
+        if (pass == PassKind::Counting && counted > 0) {
+            if (request_.makeBackups) noteBackup(position, path, outcome);
+            if (outcome.keptText) kept_[position] = std::move(outcome.keptText);
+        }
+    }
+
+    // Flushes the waiting new files to disk at once, then lets each replace
+    // its file in turn, until a stop. A file system that failed to take
+    // them gets none.
+    void commitBatch(PassKind pass) {
+        if (batch_.empty()) return;
+        const int error = batchWrites_ > 0 ? folders_.syncFileSystem() : 0;
+        for (auto& [position, outcome] : batch_) {
+            if (state_.stopRequested) break;  // the files after it are left as they are
+            if (error && outcome && outcome->pendingWrite) {
+                outcome->refused = outcome->pendingWrite->abandon(error, outcome->writeMessages);
+                outcome->pendingWrite.reset();
+            }
+            take(position, outcome, pass);
+        }
+        batch_.clear();
+        batchWrites_ = 0;
     }
 
     // Remembers whose backup replaces which entry, so that the writing pass
@@ -354,6 +407,10 @@ private:
     std::unordered_map<FileKey, std::size_t, FileKeyHash> backupOwners_;
     std::unordered_map<std::string, std::size_t> backupNames_;
     std::unique_ptr<WriteBudget> budget_;
+    std::unique_ptr<WriteBudget> keptBudget_;
+    std::vector<std::unique_ptr<KeptText>> kept_;  // the counting pass's texts, by position
+    std::vector<std::pair<std::size_t, std::optional<FileOutcome>>> batch_;  // waiting for their new files' flush
+    std::size_t batchWrites_ = 0;
     FolderSync folders_;
     std::unique_ptr<ReplaceRecorder> recorder_;  // the writing pass's, when the run is recorded
     std::uint64_t filesDone_ = 0;

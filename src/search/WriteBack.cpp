@@ -272,6 +272,11 @@ WriteOutcome PendingWrite::commit(std::vector<Message>& messages, FolderSync& fo
     return outcome;
 }
 
+WriteOutcome PendingWrite::abandon(int error, std::vector<Message>& messages) {
+    writer_->discard();
+    return failure(path_, std::system_error(error, std::generic_category(), path_), messages);
+}
+
 WriteOutcome PendingWrite::replace(std::vector<Message>& messages, FolderSync& folders) {
     const std::string& target = writer_->target();
     WriteOutcome outcome = refusal(WriteStatus::Written, target);
@@ -371,7 +376,8 @@ PreparedWrite prepareWriteBack(const std::string& path, const FileText& text,
         WriterSink fileSink(*writer);
         result.matches = writeNewText(text, jobs, fileSink);
         if (result.matches == 0) return result;  // nothing changed: the writer removes its file
-        writer->finish();
+        if (settings.syncedLater) writer->finishUnsynced(*settings.syncedLater);
+        else writer->finish();
     } catch (const std::system_error& error) {
         if (result.matches == 0) {  // the failure came first: what would have been replaced?
             DiscardSink discard;

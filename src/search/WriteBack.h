@@ -42,6 +42,10 @@ struct WriteSettings {
     // known to be inside it unless they are links; empty: every file is
     // resolved.
     std::string walkedFolder;
+    // New texts on this device are left in the system's cache: the driver
+    // flushes the whole file system before it commits them. Nothing: each
+    // is flushed as it is finished.
+    std::optional<dev_t> syncedLater;
 };
 
 // Lets the driver hold a file back until it may write its temporary file.
@@ -65,6 +69,8 @@ public:
     // it since it was read; appends the messages to show. Folders changed
     // are flushed through `folders`; `recorder` hears of the file first.
     WriteOutcome commit(std::vector<Message>& messages, FolderSync& folders, ReplaceRecorder* recorder = nullptr);
+    // Gives up the new text, which could not be flushed to disk (`error`).
+    WriteOutcome abandon(int error, std::vector<Message>& messages);
 
 private:
     WriteOutcome replace(std::vector<Message>& messages, FolderSync& folders);

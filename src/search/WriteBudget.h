@@ -1,11 +1,14 @@
 #pragma once
-// The bytes of new texts that wait on disk, as temporary files, for their
-// turn to be renamed into place. A Replace running ahead on many threads
-// holds back its next temporary file while these pass the budget, so that
-// it needs little more free space than its largest file.
+// A budget of bytes. A Replace keeps two: the new texts that wait on disk,
+// as temporary files, for their turn to be renamed into place (running
+// ahead on many threads, it holds back its next temporary file while these
+// pass the budget, so that it needs little more free space than its largest
+// file), and the texts that its counting pass keeps in memory for the
+// writing pass, which then need not read them again.
 
 #include <atomic>
 #include <cstdint>
+#include <optional>
 #include <utility>
 
 namespace vantorel {
@@ -24,6 +27,8 @@ public:
         Share(WriteBudget* budget, std::uint64_t bytes) : budget_(budget), bytes_(bytes) {
             if (budget_) budget_->pending_ += bytes_;
         }
+        struct Taken {};
+        Share(WriteBudget* budget, std::uint64_t bytes, Taken) noexcept : budget_(budget), bytes_(bytes) {}
         Share(Share&& other) noexcept
             : budget_(std::exchange(other.budget_, nullptr)), bytes_(other.bytes_) {}
         Share& operator=(Share&& other) noexcept {
@@ -50,6 +55,15 @@ public:
         WriteBudget* budget_ = nullptr;
         std::uint64_t bytes_ = 0;
     };
+
+    // A share of `bytes` when they fit, nothing when they do not.
+    std::optional<Share> tryShare(std::uint64_t bytes) noexcept {
+        std::uint64_t pending = pending_.load();
+        do {
+            if (pending + bytes > limit_) return std::nullopt;
+        } while (!pending_.compare_exchange_weak(pending, pending + bytes));
+        return Share(this, bytes, Share::Taken{});
+    }
 
 private:
     const std::uint64_t limit_;

@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <filesystem>
+#include <mutex>
 #include <thread>
 
 #include <gmock/gmock.h>
@@ -221,6 +222,47 @@ TEST(ReplaceWriteTest, EachFolderIsFlushedOnceAfterItsRenames) {
     replace(tree, r, 2);
     const std::string root = std::filesystem::canonical(tree.root()).string();
     EXPECT_THAT(SystemCallFaults::syncedFolders(), ElementsAre(root, root + "/sub"));
+}
+
+TEST(ReplaceWriteTest, EveryNewFileIsOnDiskWholeBeforeItTakesItsFilesName) {
+    for (const bool backups : {false, true}) {  // flushed many at once, or one by one
+        TempTree tree;
+        for (int i = 0; i < 600; ++i)
+            tree.write("d" + std::to_string(i % 3) + "/f" + std::to_string(i) + ".txt", "old " + std::to_string(i));
+        tree.write("big.txt", "old" + std::string(9 << 20, '.'));  // past half the bytes that may wait
+        SystemCallFaults::Scope faults;
+        SystemCallFaults::watchFlushesUnder = tree.root();
+        std::vector<std::string> unflushed;
+        std::mutex mutex;
+        SystemCallFaults::beforeRename = [&](const std::string& from, const std::string&) {
+            std::lock_guard lock(mutex);
+            if (!SystemCallFaults::flushedAsItIs(from)) unflushed.push_back(from);
+        };
+        RunRequest r = job("old", "new");
+        r.makeBackups = backups;
+        const Replaced run = replace(tree, r, 2);
+        EXPECT_THAT(unflushed, IsEmpty());
+        EXPECT_EQ(run.messages.back(), "601 files processed, 601 occurences changed in 601 file(s)");
+        for (int i = 0; i < 600; i += 7)
+            EXPECT_EQ(tree.read("d" + std::to_string(i % 3) + "/f" + std::to_string(i) + ".txt"), "new " + std::to_string(i));
+        EXPECT_EQ(tree.read("big.txt").substr(0, 4), "new.");
+    }
+}
+
+TEST(ReplaceWriteTest, NewFilesTheDiskFailsToTakeReplaceNothing) {
+    TempTree tree;
+    for (const char* name : {"a.txt", "b.txt", "sub/c.txt"}) tree.write(name, "old");
+    SystemCallFaults::Scope faults;
+    SystemCallFaults::syncfsError = EIO;
+    const Replaced run = replace(tree, job("old", "new"), 2);
+    const std::string why = "\r\n" + systemErrorText(EIO);
+    EXPECT_THAT(run.messages, ElementsAre("Error writing " + tree.path("a.txt") + why, "Error writing " + tree.path("b.txt") + why,
+                                          "Error writing " + tree.path("sub/c.txt") + why,
+                                          "3 files processed, 0 occurences changed in 0 file(s)"));
+    for (const char* name : {"a.txt", "b.txt", "sub/c.txt"}) EXPECT_EQ(tree.read(name), "old");
+    std::size_t files = 0;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(tree.root())) files += entry.is_regular_file();
+    EXPECT_EQ(files, 3u);  // no new file left behind
 }
 
 TEST(ReplaceWriteTest, Utf16FilesAreSearchedAndWrittenBackInUtf16WithTheirMark) {

@@ -352,6 +352,21 @@ TEST_F(SearchRunTest, AnEngineFailureEndsTheRunNamingTheFile) {
     }
 }
 
+TEST_F(SearchRunTest, AFileChangedAfterItWasCountedIsWrittenFromWhatItHoldsThen) {
+    tree.write("a.txt", "x1");
+    tree.write("b.txt", "x1");
+    host.answers = {true};
+    bool changed = false;
+    host.onRow = [&](const FileReport& row) {
+        if (changed || FileNameOf(row.path) != "b.txt") return;
+        tree.write("a.txt", "x2 x");  // a.txt was counted already
+        changed = true;
+    };
+    run(request(RunKind::Replace, "x", "y"));
+    EXPECT_EQ(tree.read("a.txt"), "y2 y");
+    EXPECT_EQ(tree.read("b.txt"), "y1");
+}
+
 TEST_F(SearchRunTest, ManyThreadsShowExactlyWhatOneThreadShows) {
     for (int i = 0; i < 150; ++i) {
         std::string text;

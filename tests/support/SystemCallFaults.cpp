@@ -7,6 +7,7 @@
 
 #include <cerrno>
 #include <climits>
+#include <filesystem>
 
 namespace vantorel::test {
 
@@ -15,13 +16,49 @@ std::function<void(const std::string&, const std::string&)> SystemCallFaults::be
 std::atomic<bool> SystemCallFaults::watchSyncs{false};
 std::mutex SystemCallFaults::mutex_;
 std::vector<std::string> SystemCallFaults::synced_;
+std::string SystemCallFaults::watchFlushesUnder;
+std::atomic<int> SystemCallFaults::syncfsError{0};
+std::set<std::tuple<dev_t, ino_t, off_t, std::int64_t>> SystemCallFaults::flushed_;
+
+namespace {
+
+std::tuple<dev_t, ino_t, off_t, std::int64_t> identity(const struct stat& st) {
+    return {st.st_dev, st.st_ino, st.st_size, std::int64_t{st.st_mtim.tv_sec} * 1000000000 + st.st_mtim.tv_nsec};
+}
+
+}  // namespace
 
 SystemCallFaults::Scope::~Scope() {
     refuseLinks = false;
     beforeRename = nullptr;
     watchSyncs = false;
+    syncfsError = 0;
     std::lock_guard lock(mutex_);
     synced_.clear();
+    watchFlushesUnder.clear();
+    flushed_.clear();
+}
+
+bool SystemCallFaults::flushedAsItIs(const std::string& path) {
+    struct stat st {};
+    std::lock_guard lock(mutex_);
+    return ::stat(path.c_str(), &st) == 0 && flushed_.count(identity(st)) > 0;
+}
+
+void SystemCallFaults::noteFlushed(int fd) {
+    struct stat st {};
+    std::lock_guard lock(mutex_);
+    if (!watchFlushesUnder.empty() && ::fstat(fd, &st) == 0 && S_ISREG(st.st_mode)) flushed_.insert(identity(st));
+}
+
+void SystemCallFaults::noteFileSystemFlushed() {
+    std::lock_guard lock(mutex_);
+    if (watchFlushesUnder.empty()) return;
+    std::error_code ignored;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(watchFlushesUnder, ignored)) {
+        struct stat st {};
+        if (::lstat(entry.path().c_str(), &st) == 0 && S_ISREG(st.st_mode)) flushed_.insert(identity(st));
+    }
 }
 
 std::vector<std::string> SystemCallFaults::syncedFolders() {
@@ -59,5 +96,15 @@ extern "C" int fsync(int fd) {
         const ssize_t n = ::readlink(link.c_str(), path, sizeof path);
         if (n > 0) SystemCallFaults::noteSync(std::string(path, static_cast<std::size_t>(n)));
     }
+    SystemCallFaults::noteFlushed(fd);
     return static_cast<int>(::syscall(SYS_fsync, fd));
+}
+
+extern "C" int syncfs(int fd) {
+    if (const int error = SystemCallFaults::syncfsError) {
+        errno = error;
+        return -1;
+    }
+    SystemCallFaults::noteFileSystemFlushed();  // what is there now reaches the disk
+    return static_cast<int>(::syscall(SYS_syncfs, fd));
 }

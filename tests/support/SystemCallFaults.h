@@ -1,13 +1,18 @@
 #pragma once
 // Faults and observations at the level of system calls, for the whole test
-// program: it defines linkat, rename and fsync, which the engine then calls
+// program: it defines linkat, rename, fsync and syncfs, which the engine then calls
 // in place of the C library's. They pass straight through unless a test asks
 // for more. Use through a Scope, which puts everything back at its end.
 
+#include <sys/types.h>
+
 #include <atomic>
+#include <cstdint>
 #include <functional>
 #include <mutex>
+#include <set>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace vantorel::test {
@@ -21,6 +26,13 @@ public:
     // Folders flushed (fsync of a folder), in order, while `watchSyncs` is set.
     static std::atomic<bool> watchSyncs;
     static std::vector<std::string> syncedFolders();
+    // Whether the file at `path`, as it is now (same file, size and time),
+    // had reached the disk: flushed by fsync, or whole when a syncfs flushed
+    // the file system, while `watchFlushesUnder` names the folder it is in.
+    static std::string watchFlushesUnder;
+    static bool flushedAsItIs(const std::string& path);
+    // syncfs fails with this error when not 0.
+    static std::atomic<int> syncfsError;
 
     class Scope {
     public:
@@ -31,10 +43,13 @@ public:
     };
 
     static void noteSync(const std::string& folder);
+    static void noteFlushed(int fd);
+    static void noteFileSystemFlushed();
 
 private:
     static std::mutex mutex_;
     static std::vector<std::string> synced_;
+    static std::set<std::tuple<dev_t, ino_t, off_t, std::int64_t>> flushed_;
 };
 
 }  // namespace vantorel::test
