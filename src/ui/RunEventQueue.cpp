@@ -1,5 +1,7 @@
 #include "ui/RunEventQueue.h"
 
+#include <utility>
+
 namespace vantorel::ui {
 
 std::size_t weightOf(const RunEvent& event) {
@@ -41,7 +43,11 @@ void RunEventQueue::post(RunReport report) {
     std::unique_lock lock(mutex_);
     changed_.wait(lock, [this] { return abandoned_ || !fullLocked(); });
     if (abandoned_) return;
-    const bool wake = std::holds_alternative<reports::Finished>(report);
+    // The first row of a list is shown as soon as it is found, without
+    // waiting for the window's next look.
+    if (std::holds_alternative<reports::RowsCleared>(report)) rowShown_ = false;
+    const bool firstRow = std::holds_alternative<reports::Row>(report) && !std::exchange(rowShown_, true);
+    const bool wake = firstRow || std::holds_alternative<reports::Finished>(report);
     push(lock, std::move(report), wake);
 }
 

@@ -32,7 +32,8 @@ public:
     RunEventQueue(std::size_t maxEvents = 4000, std::size_t maxBytes = std::size_t{4} << 20);
 
     // Called on the worker whenever an event arrives that the window should
-    // see at once (a message, a question, the end of the run).
+    // see at once (a message, a question, the first row of a list, the end
+    // of the run).
     void setWakeUp(std::function<void()> wakeUp);
 
     // Worker: adds a report, first waiting while the queue is full.
@@ -62,6 +63,7 @@ private:
     const std::size_t maxBytes_;
     std::optional<bool> answer_;
     bool abandoned_ = false;
+    bool rowShown_ = false;  // since the list was last cleared
     std::function<void()> wakeUp_;
 };
 
