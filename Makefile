@@ -64,9 +64,10 @@ install: build
 
 BENCH_PACKAGES := ripgrep grep sed findutils time
 
+# PARTS="find replace batch firstrow cold" picks some (see bench/all.sh).
 bench: build
 	@$(MAKE) --no-print-directory deps DEBIAN_PACKAGES="$(BENCH_PACKAGES)"
-	bench/run.sh
+	bench/all.sh
 
 clean:
 	rm -rf $(BUILD_DIR) build-asan build-tsan

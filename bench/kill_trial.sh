@@ -6,7 +6,7 @@
 #
 # Environment: BUILD_DIR (default build), SOURCE (default /usr/include/linux),
 # TRIALS (default 20), LONGEST (the latest moment of the kill, in ms,
-# default 1500), WORK (where the copies go, default $TMPDIR).
+# default 400), WORK (where the copies go, default $TMPDIR).
 set -euo pipefail
 
 here=$(cd "$(dirname "$0")" && pwd)
@@ -14,7 +14,7 @@ build=${BUILD_DIR:-$(dirname "$here")/build}
 cli=${CLI:-$build/vantorel-cli}
 source_tree=${SOURCE:-/usr/include/linux}
 trials=${TRIALS:-20}
-longest=${LONGEST:-1500}
+longest=${LONGEST:-400}
 [ -x "$cli" ] || { echo "bench: build first (make)" >&2; exit 2; }
 work=$(mktemp -d "${WORK:-${TMPDIR:-/tmp}}/vantorel-kill-trial-XXXXXX")
 trap 'rm -rf "$work"' EXIT

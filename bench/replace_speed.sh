@@ -8,7 +8,8 @@
 # files.
 #
 # Environment: BUILD_DIR (default build), SOURCE (default /usr/include),
-# RUNS (default 3), THREADS, WORK (where the copies go, default $TMPDIR).
+# RUNS (default 3), THREADS, WORK (where the copies go, default $TMPDIR),
+# SETTLE (seconds between deleting a copy and making the next, default 11).
 set -euo pipefail
 
 here=$(cd "$(dirname "$0")" && pwd)
@@ -34,9 +35,10 @@ ratio() { awk -v a="$1" -v b="$2" 'BEGIN { if (b > 0) printf "%.2fx", a / b; els
 # $1: on, off or sed; leaves the result in $work/$1.
 one_run() {
   local tree="$work/$1"
-  # Files deleted a moment ago slow down ext4's choice of new inodes: the
-  # copy is made once the last deletion is some seconds old.
-  rm -rf "$tree" "$work/state"; sync; sleep "${SETTLE:-3}"; cp -a "$source_tree" "$tree"; sync
+  # Files deleted a moment ago slow down ext4's choice of new inodes (for
+  # 5 to 10 s, without a journal): the copy is made once the last deletion
+  # is older than that.
+  rm -rf "$tree" "$work/state"; sync; sleep "${SETTLE:-11}"; cp -a "$source_tree" "$tree"; sync
   local start end
   start=$(now)
   case $1 in
