@@ -280,7 +280,9 @@ TEST(ReplaceWriteTest, Utf16FilesAreSearchedAndWrittenBackInUtf16WithTheirMark) 
     find.kind = RunKind::Find;
     find.startFolder = tree.root();
     std::string previewed;
+    std::mutex previewing;  // the files are read on several threads
     find.previewSection = [&](const std::string&, std::string_view text, TextEncoding encoding, const CompiledPattern&) {
+        std::lock_guard lock(previewing);
         if (previewed.empty() && encoding == TextEncoding::Utf8) previewed = text;
         return StyledText{};
     };
