@@ -5,7 +5,6 @@
 # Driven as a user would. Needs: xvfb imagemagick xdotool (apt-get install them).
 # Usage: docs/screenshots/take-batch.sh [BUILD_DIR]   (from the repository's root)
 source "$(dirname "$0")/setup.sh"
-cmake --build "$root/$build" --target vantorel-tool-window vantorel > /dev/null
 
 printf '%s\r\n' \
   $'Non-breaking spaces\t&nbsp;\t ' \

@@ -4,7 +4,6 @@
 # Needs: xvfb imagemagick xdotool.
 # Usage: docs/screenshots/take-options.sh [BUILD_DIR]   (from the repository's root)
 source "$(dirname "$0")/setup.sh"
-cmake --build "$root/$build" --target screenshot_app >/dev/null
 
 shoot() {  # shoot NAME [--dark]
   "$root/$build/docs/screenshots/screenshot_app" "${@:2}" "$root/sample" &

@@ -4,7 +4,6 @@
 # xdotool (apt-get install them).
 # Usage: docs/screenshots/take-tools.sh [BUILD_DIR]   (from the repository's root)
 source "$(dirname "$0")/setup.sh"
-cmake --build "$root/$build" --target vantorel-tool-window > /dev/null
 
 printf '%s\r\n' \
   $'Digits\t\\d+\t' \

@@ -6,7 +6,6 @@
 # Needs: xvfb imagemagick xdotool (apt-get install them).
 # Usage: docs/screenshots/take.sh [BUILD_DIR]   (from the repository's root)
 source "$(dirname "$0")/setup.sh"
-cmake --build "$root/$build" --target screenshot_app >/dev/null
 shot() { sleep "$2"; import -window root -crop "${3:-900x700+0+0}" "$out/$1.png"; }
 
 "$root/$build/vantorel" "$root/sample" &
