@@ -11,25 +11,13 @@
 # FILES (default 30000), RUNS (default 5), THREADS, WORK (where the copies
 # go, default $TMPDIR: /dev/shm takes the disk out and leaves the processor's
 # share).
-set -euo pipefail
-
-here=$(cd "$(dirname "$0")" && pwd)
-root=$(dirname "$here")
-build=${BUILD_DIR:-$root/build}
-corpus=${CORPUS:-$here/corpus-undo}
-runs=${RUNS:-5}
-cli="$build/vantorel-cli"
-threads=${THREADS:+-j $THREADS}
-[ -x "$cli" ] || { echo "bench: build first (make)" >&2; exit 2; }
-if [ ! -d "$corpus/tree" ]; then
-  echo "Writing the corpus to $corpus ..."
-  "$build/bench/vantorel-make-corpus" "$corpus" "${FILES:-30000}" 0
-fi
+# Its own corpus, without the large files, unless CORPUS says otherwise.
+CORPUS=${CORPUS:-$(cd "$(dirname "$0")" && pwd)/corpus-undo} BIG_MB=${BIG_MB:-0} RUNS=${RUNS:-5}
+source "$(dirname "$0")/common.sh"
 work=$(mktemp -d "${WORK:-${TMPDIR:-/tmp}}/vantorel-undo-bench-XXXXXX")
-trap 'rm -rf "$work"' EXIT
+trap 'rm -rf "$work" "$sink"' EXIT
 export VANTOREL_CONFIG_HOME="$work/state"
 
-now() { date +%s%N; }
 median() { printf '%s\n' "$@" | sort -n | awk '{a[NR]=$1} END {printf "%.3f", a[int((NR+1)/2)]/1000}'; }
 
 on=() off=() on_cpu=() off_cpu=() journal_kb=0 kept_kb=0 written=0 remove_ms=()
