@@ -43,13 +43,16 @@ int undoLastRun(UndoJournal& journal, MessageHost& asker) {
     if (!asker.askYesNo(Message{undoQuestion(*run), kUndoTitle, MessageIcon::Question, MessageKind::Notice})) return 1;
     const UndoJournal::Undo undo = journal.undo(*run);
     if (undo.status != UndoJournal::UndoStatus::Done) {
-        std::fprintf(stderr, "%s\n", undo.status == UndoJournal::UndoStatus::Busy ? kUndoBusy : kUndoUnreadable);
+        std::fprintf(stderr, "%s\n", undo.message.c_str());
         return 2;
     }
     for (const UndoFile& file : undo.outcome.files)
         std::printf("%s\t%s\n", file.path.c_str(), undoReason(file).c_str());
     std::printf("%s\n", undoSummary(undo.outcome).c_str());
-    return undo.outcome.left() == 0 ? 0 : 2;
+    for (const std::uint64_t line : undo.outcome.damagedLines)
+        std::fprintf(stderr, "Record %llu of this Replace's journal is damaged: the file it recorded was not restored.\n",
+                     static_cast<unsigned long long>(line));
+    return undo.outcome.left() == 0 && undo.outcome.complete() ? 0 : 2;
 }
 
 }  // namespace vantorel::cli

@@ -1,6 +1,8 @@
 #include "core/AtomicFileWriter.h"
 
 #include <fcntl.h>
+#include <stdio.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -8,6 +10,8 @@
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
+#include <mutex>
+#include <optional>
 #include <system_error>
 #include <vector>
 
@@ -49,42 +53,67 @@ const Process& process() {
     return instance;
 }
 
-// The names of a file's extended attributes; empty when it has none or the
-// file system keeps none.
-std::vector<std::string> attributeNames(const std::string& path) {
-    std::vector<std::string> names;
-    std::vector<char> list;
-    for (int attempt = 0; attempt < 3; ++attempt) {
-        const ssize_t size = ::listxattr(path.c_str(), nullptr, 0);
-        if (size <= 0) return names;
-        list.resize(static_cast<std::size_t>(size));
-        const ssize_t got = ::listxattr(path.c_str(), list.data(), list.size());
-        if (got < 0 && errno == ERANGE) continue;  // it grew meanwhile
-        if (got <= 0) return names;
-        for (std::size_t at = 0; at < static_cast<std::size_t>(got);) {
-            names.emplace_back(list.data() + at);
-            at += names.back().size() + 1;
-        }
-        break;
-    }
-    return names;
+// A new file without a name holds its descriptor until it is committed:
+// a Replace with many files waiting for their turn needs more descriptors
+// than the usual soft limit of 1024. The hard limit is the system's word.
+void allowManyOpenFiles() {
+    static std::once_flag once;
+    std::call_once(once, [] {
+        rlimit limit{};
+        if (::getrlimit(RLIMIT_NOFILE, &limit) != 0 || limit.rlim_cur >= limit.rlim_max) return;
+        limit.rlim_cur = std::min<rlim_t>(limit.rlim_max, rlim_t{1} << 16);
+        ::setrlimit(RLIMIT_NOFILE, &limit);
+    });
 }
 
-// Copies one attribute; false with errno set when that fails.
-bool copyAttribute(const std::string& from, int to, const std::string& name) {
-    std::vector<char> value;
+// Reads an attribute list or value whose size may change meanwhile.
+template <class Get>
+std::optional<std::vector<char>> readSized(Get get) {
+    std::vector<char> bytes;
     for (int attempt = 0; attempt < 3; ++attempt) {
-        const ssize_t size = ::getxattr(from.c_str(), name.c_str(), nullptr, 0);
-        if (size < 0) return errno == ENODATA;  // removed meanwhile
-        value.resize(static_cast<std::size_t>(size));
-        const ssize_t got = ::getxattr(from.c_str(), name.c_str(), value.data(), value.size());
-        if (got < 0 && errno == ERANGE) continue;
-        if (got < 0) return false;
-        return ::fsetxattr(to, name.c_str(), value.data(), static_cast<std::size_t>(got), 0) == 0;
+        const ssize_t size = get(nullptr, 0);
+        if (size < 0) return std::nullopt;
+        bytes.resize(static_cast<std::size_t>(size));
+        if (size == 0) return bytes;
+        const ssize_t got = get(bytes.data(), bytes.size());
+        if (got < 0 && errno == ERANGE) continue;  // it grew meanwhile
+        if (got < 0) return std::nullopt;
+        bytes.resize(static_cast<std::size_t>(got));
+        return bytes;
     }
     errno = ERANGE;
-    return false;
+    return std::nullopt;
 }
+
+// Where extended attributes are read from: an open file, or a path.
+struct AttributeSource {
+    int fd = -1;
+    std::string path;
+
+    // The names of its attributes; empty when it has none or the file
+    // system keeps none.
+    std::vector<std::string> names() const {
+        const auto list = readSized([this](char* out, std::size_t size) {
+            return fd >= 0 ? ::flistxattr(fd, out, size) : ::listxattr(path.c_str(), out, size);
+        });
+        std::vector<std::string> names;
+        if (!list) return names;
+        for (std::size_t at = 0; at < list->size();) {
+            names.emplace_back(list->data() + at);
+            at += names.back().size() + 1;
+        }
+        return names;
+    }
+
+    // Copies one attribute to `to`; false with errno set when that fails.
+    bool copy(const std::string& name, int to) const {
+        const auto value = readSized([&](char* out, std::size_t size) {
+            return fd >= 0 ? ::fgetxattr(fd, name.c_str(), out, size) : ::getxattr(path.c_str(), name.c_str(), out, size);
+        });
+        if (!value) return errno == ENODATA;  // removed meanwhile
+        return ::fsetxattr(to, name.c_str(), value->data(), value->size(), 0) == 0;
+    }
+};
 
 // Attributes that only a privileged process (or a security module) may set
 // are kept where allowed; the new file then has what the system gives it.
@@ -92,93 +121,131 @@ bool mayBeLost(const std::string& name) {
     return name.rfind("security.", 0) == 0 || name.rfind("trusted.", 0) == 0;
 }
 
+// Unnamed files are not to be had here (an older kernel, a file system
+// without them): the new file is named from the start.
+bool noUnnamedFiles(int error) {
+    return error == EOPNOTSUPP || error == EISDIR || error == EINVAL || error == ENOENT;
+}
+
 }  // namespace
 
-AtomicFileWriter::AtomicFileWriter(const std::string& target) : target_(target) {
+int linkOpenFile(int fd, int folder, const std::string& name) {
+    // A process allowed to reach any file links the descriptor itself;
+    // others go through the descriptor's entry in /proc.
+    if (::linkat(fd, "", folder, name.c_str(), AT_EMPTY_PATH) == 0) return 0;
+    if (errno != ENOENT) return errno;
+    const std::string self = "/proc/self/fd/" + std::to_string(fd);
+    return ::linkat(AT_FDCWD, self.c_str(), folder, name.c_str(), AT_SYMLINK_FOLLOW) == 0 ? 0 : errno;
+}
+
+int exchangeNames(int fromFolder, const std::string& from, int toFolder, const std::string& to) {
+    return ::renameat2(fromFolder, from.c_str(), toFolder, to.c_str(), RENAME_EXCHANGE) == 0 ? 0 : errno;
+}
+
+AtomicFileWriter::AtomicFileWriter(const std::string& target) : path_(target) {
+    const std::size_t slash = target.rfind('/');
+    const std::string folder = slash == std::string::npos ? "." : slash == 0 ? "/" : target.substr(0, slash);
+    name_ = slash == std::string::npos ? target : target.substr(slash + 1);
+    ownFolder_.reset(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!ownFolder_) fail(errno);
     struct stat st {};
-    if (::stat(target.c_str(), &st) == 0) {
-        const Attributes keep{st.st_mode, st.st_uid, st.st_gid, {}};
-        create(&keep);
+    if (::fstatat(ownFolder_.get(), name_.c_str(), &st, 0) == 0) {
+        const Attributes keep{st.st_mode, st.st_uid, st.st_gid, -1};
+        create(ownFolder_.get(), &keep, target);
     } else {
-        create(nullptr);
+        create(ownFolder_.get(), nullptr, {});
     }
 }
 
-AtomicFileWriter::AtomicFileWriter(const std::string& target, const Attributes& keep) : target_(target) {
-    create(&keep);
+AtomicFileWriter::AtomicFileWriter(const std::string& target, const Attributes& keep) : path_(target) {
+    const std::size_t slash = target.rfind('/');
+    const std::string folder = slash == std::string::npos ? "." : slash == 0 ? "/" : target.substr(0, slash);
+    name_ = slash == std::string::npos ? target : target.substr(slash + 1);
+    ownFolder_.reset(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!ownFolder_) fail(errno);
+    create(ownFolder_.get(), &keep, {});
+}
+
+AtomicFileWriter::AtomicFileWriter(int folder, std::string name, std::string path, const Attributes* keep)
+    : name_(std::move(name)), path_(std::move(path)) {
+    create(folder, keep, {});
 }
 
 void AtomicFileWriter::fail(int error) const {
-    throw std::system_error(error, std::generic_category(), target_);
+    throw std::system_error(error, std::generic_category(), path_);
 }
 
-void AtomicFileWriter::create(const Attributes* keep) {
+void AtomicFileWriter::create(int folder, const Attributes* keep, const std::string& keepFrom) {
     const Process& self = process();
+    allowManyOpenFiles();
+    struct stat st {};
+    if (::fstat(folder, &st) != 0) fail(errno);
+    folderDevice_ = st.st_dev;
+    folderInode_ = st.st_ino;
     const mode_t mode = keep ? (keep->mode & 07777) : (0666 & ~self.umask);
-    const std::size_t slash = target_.rfind('/');
-    const std::size_t nameStart = slash == std::string::npos ? 0 : slash + 1;
-    const std::string folder = target_.substr(0, nameStart);
-    const std::string_view name = std::string_view(target_).substr(nameStart);
     const TemporaryFiles::FolderFacts facts = TemporaryFiles::prepareFolder(folder);
-    static std::atomic<unsigned long> counter{0};
-    bool shortName = false;
-    for (int attempt = 0; fd_ < 0; ++attempt) {
-        const unsigned long number = counter++;
-        tempPath_ = folder + (shortName ? TemporaryFiles::shortNameFor(self.id, number)
-                                        : TemporaryFiles::nameFor(name, self.id, number));
-        fd_ = ::open(tempPath_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode & 0777);
-        if (fd_ >= 0) break;
-        const int error = errno;
-        if (error == ENAMETOOLONG && !shortName) {
-            shortName = true;  // a file system whose names are shorter than most
-            continue;
-        }
-        if (error != EEXIST || attempt > 100) {
-            tempPath_.clear();
-            fail(error);
+    fd_.reset(::openat(folder, ".", O_TMPFILE | O_RDWR | O_CLOEXEC, mode & 0777));
+    if (fd_) {
+        unnamed_ = true;
+    } else if (!noUnnamedFiles(errno)) {
+        fail(errno);
+    } else {
+        for (int attempt = 0; !fd_; ++attempt) {
+            std::string name = TemporaryFiles::newName();
+            fd_.reset(::openat(folder, name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode & 0777));
+            if (fd_) {
+                tempName_ = std::move(name);
+                tempFolder_ = ::fcntl(folder, F_DUPFD_CLOEXEC, 0);
+                break;
+            }
+            if (errno != EEXIST || attempt > 100) fail(errno);
         }
     }
     // A new file (nothing to keep) takes what the folder gives new files.
     if (!keep) return;
     try {
-        keepAttributes(*keep, mode, facts.hasDefaultAcl);
+        keepAttributes(*keep, mode, facts.hasDefaultAcl, keepFrom);
     } catch (...) {
         discard();
         throw;
     }
 }
 
-void AtomicFileWriter::keepAttributes(const Attributes& keep, mode_t mode, bool folderHasDefaultAcl) {
+void AtomicFileWriter::keepAttributes(const Attributes& keep, mode_t mode, bool folderHasDefaultAcl,
+                                      const std::string& keepFrom) {
     const Process& self = process();
+    const int fd = fd_.get();
     // The owner and group first: changing them clears the set-user-ID and
     // set-group-ID bits, which the mode then sets again. Only a privileged
     // process may give a file away; failing that the file is ours.
     const uid_t owner = self.euid == 0 && keep.owner != self.euid ? keep.owner : static_cast<uid_t>(-1);
     const gid_t group = keep.group != self.egid ? keep.group : static_cast<gid_t>(-1);
     bool ownerChanged = false;
-    if (owner != static_cast<uid_t>(-1) || group != static_cast<gid_t>(-1))
-        ownerChanged = ::fchown(fd_, owner, group) == 0;
-    const std::string& source = keep.source.empty() ? target_ : keep.source;
-    const std::vector<std::string> names = attributeNames(source);
+    if (owner != static_cast<uid_t>(-1) || group != static_cast<gid_t>(-1)) ownerChanged = ::fchown(fd, owner, group) == 0;
+    AttributeSource source;
+    if (keep.source >= 0) source.fd = keep.source;
+    else source.path = keepFrom;
+    const std::vector<std::string> names =
+        source.fd >= 0 || !source.path.empty() ? source.names() : std::vector<std::string>();
     bool sourceHasAcl = false;
     for (const std::string& n : names) sourceHasAcl = sourceHasAcl || n == kAccessAcl;
     // A folder's default ACL gave the new file an ACL the old one did not have.
-    if (folderHasDefaultAcl && !sourceHasAcl && ::fremovexattr(fd_, kAccessAcl) != 0 && errno != ENODATA)
-        fail(errno);
+    if (folderHasDefaultAcl && !sourceHasAcl && ::fremovexattr(fd, kAccessAcl) != 0 && errno != ENODATA) fail(errno);
     const bool maskedAtCreation = (mode & ~self.umask) != mode || folderHasDefaultAcl;
-    if ((maskedAtCreation || ownerChanged || (mode & 07000) != 0) && ::fchmod(fd_, mode) != 0) fail(errno);
+    if ((maskedAtCreation || ownerChanged || (mode & 07000) != 0) && ::fchmod(fd, mode) != 0) fail(errno);
     // The ACL last: it sets the group bits of the mode to its mask, as on the old file.
     for (const std::string& n : names)
-        if (!copyAttribute(source, fd_, n) && !mayBeLost(n)) fail(errno);
+        if (!source.copy(n, fd) && !mayBeLost(n)) fail(errno);
 }
 
 AtomicFileWriter::~AtomicFileWriter() {
     if (!committed_) discard();
+    if (tempFolder_ >= 0) ::close(tempFolder_);
 }
 
 void AtomicFileWriter::writeAll(std::string_view bytes) {
     while (!bytes.empty()) {
-        const ssize_t n = ::write(fd_, bytes.data(), bytes.size());
+        const ssize_t n = ::write(fd_.get(), bytes.data(), bytes.size());
         if (n < 0) {
             if (errno == EINTR) continue;
             fail(errno);
@@ -205,38 +272,103 @@ void AtomicFileWriter::finish() { close(true, 0); }
 void AtomicFileWriter::finishUnsynced(dev_t device) { close(false, device); }
 
 void AtomicFileWriter::close(bool sync, dev_t unsyncedDevice) {
+    if (finished_) return;
     flushBuffer();
     std::string().swap(buffer_);  // a finished file may wait a while for its turn
     struct stat st {};
-    if (::fstat(fd_, &st) != 0) fail(errno);
-    if ((sync || st.st_dev != unsyncedDevice) && ::fsync(fd_) != 0) fail(errno);
+    if (::fstat(fd_.get(), &st) != 0) fail(errno);
+    if ((sync || st.st_dev != unsyncedDevice) && ::fsync(fd_.get()) != 0) fail(errno);
     written_.hash = hash_.value();
     written_.modifiedNs = static_cast<std::int64_t>(st.st_mtim.tv_sec) * 1000000000 + st.st_mtim.tv_nsec;
     written_.device = st.st_dev;
     written_.inode = st.st_ino;
-    const int fd = fd_;
-    fd_ = -1;
-    if (::close(fd) != 0) fail(errno);
+    finished_ = true;
+    // A named file needs no descriptor any more; an unnamed one lives by it.
+    if (!unnamed_ && ::close(fd_.release()) != 0) fail(errno);
 }
 
-void AtomicFileWriter::commit(FolderSync* folders) {
-    if (fd_ >= 0) finish();
-    if (::rename(tempPath_.c_str(), target_.c_str()) != 0) fail(errno);
+// The file system takes no second name for the new file: it is copied
+// into a named file of its own, which keeps the same attributes.
+void AtomicFileWriter::nameCopy(int folder) {
+    struct stat st {};
+    if (::fstat(fd_.get(), &st) != 0) fail(errno);
+    FileDescriptor copy;
+    std::string name;
+    for (int attempt = 0; !copy; ++attempt) {
+        name = TemporaryFiles::newName();
+        copy.reset(::openat(folder, name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, st.st_mode & 0777));
+        if (!copy && (errno != EEXIST || attempt > 100)) fail(errno);
+    }
+    tempName_ = name;
+    tempFolder_ = ::fcntl(folder, F_DUPFD_CLOEXEC, 0);
+    if (st.st_uid != process().euid || st.st_gid != process().egid) ::fchown(copy.get(), st.st_uid, st.st_gid);
+    if (::fchmod(copy.get(), st.st_mode & 07777) != 0) fail(errno);
+    const AttributeSource source{fd_.get(), {}};
+    for (const std::string& n : source.names())
+        if (!source.copy(n, copy.get()) && !mayBeLost(n)) fail(errno);
+    std::vector<char> buffer(kBufferSize);
+    for (off_t at = 0;;) {
+        const ssize_t n = ::pread(fd_.get(), buffer.data(), buffer.size(), at);
+        if (n < 0 && errno == EINTR) continue;
+        if (n < 0) fail(errno);
+        if (n == 0) break;
+        for (ssize_t done = 0; done < n;) {
+            const ssize_t w = ::write(copy.get(), buffer.data() + done, static_cast<std::size_t>(n - done));
+            if (w < 0 && errno == EINTR) continue;
+            if (w < 0) fail(errno);
+            done += w;
+        }
+        at += n;
+    }
+    if (::fsync(copy.get()) != 0) fail(errno);
+    if (::fstat(copy.get(), &st) != 0) fail(errno);
+    written_.device = st.st_dev;
+    written_.inode = st.st_ino;
+    written_.modifiedNs = static_cast<std::int64_t>(st.st_mtim.tv_sec) * 1000000000 + st.st_mtim.tv_nsec;
+    fd_.reset();
+    unnamed_ = false;
+}
+
+const std::string& AtomicFileWriter::link(int folder) {
+    if (!finished_) finish();
+    if (!unnamed_ || !tempName_.empty()) return tempName_;
+    for (int attempt = 0;; ++attempt) {
+        std::string name = TemporaryFiles::newName();
+        const int error = linkOpenFile(fd_.get(), folder, name);
+        if (error == 0) {
+            tempName_ = std::move(name);
+            tempFolder_ = ::fcntl(folder, F_DUPFD_CLOEXEC, 0);
+            return tempName_;
+        }
+        if (error == EEXIST && attempt < 100) continue;
+        if (error == EPERM || error == EOPNOTSUPP || error == EMLINK || error == ENOSYS) {
+            nameCopy(folder);
+            return tempName_;
+        }
+        fail(error);
+    }
+}
+
+void AtomicFileWriter::placed() noexcept {
     committed_ = true;
-    tempPath_.clear();
-    const std::size_t slash = target_.rfind('/');
-    const std::string folder = slash == std::string::npos ? std::string() : target_.substr(0, slash + 1);
+    tempName_.clear();
+    fd_.reset();
+}
+
+void AtomicFileWriter::commit(FolderSync* folders) { commit(ownFolder_.get(), folders); }
+
+void AtomicFileWriter::commit(int folder, FolderSync* folders) {
+    const std::string& temp = link(folder);
+    if (::renameat(folder, temp.c_str(), folder, name_.c_str()) != 0) fail(errno);
+    placed();
     if (folders) folders->add(folder, written_.device);
     else FolderSync::syncNow(folder);
 }
 
 void AtomicFileWriter::discard() noexcept {
-    if (fd_ >= 0) {
-        ::close(fd_);
-        fd_ = -1;
-    }
-    if (!tempPath_.empty() && !committed_) ::unlink(tempPath_.c_str());
-    tempPath_.clear();
+    fd_.reset();
+    if (!tempName_.empty() && !committed_ && tempFolder_ >= 0) ::unlinkat(tempFolder_, tempName_.c_str(), 0);
+    tempName_.clear();
 }
 
 }  // namespace vantorel

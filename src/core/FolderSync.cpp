@@ -10,23 +10,33 @@ namespace vantorel {
 
 FolderSync::~FolderSync() { flush(); }
 
+void FolderSync::add(int folder, dev_t device) {
+    if (covered_ && device == *covered_) return;
+    struct stat st {};
+    if (::fstat(folder, &st) != 0) return;
+    if (covered_ && st.st_dev == *covered_) return;
+    if (pending_ && st.st_dev == pendingDevice_ && st.st_ino == pendingInode_) return;
+    flush();
+    pending_.reset(::fcntl(folder, F_DUPFD_CLOEXEC, 0));
+    pendingDevice_ = st.st_dev;
+    pendingInode_ = st.st_ino;
+}
+
 void FolderSync::add(const std::string& folder, dev_t device) {
     if (covered_ && device == *covered_) return;
-    if (hasPending_ && pending_ == folder) return;
-    flush();
-    pending_ = folder;
-    hasPending_ = true;
+    const FileDescriptor fd(::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (fd) add(fd.get(), device);
 }
 
 void FolderSync::flush() noexcept {
-    if (hasPending_) syncNow(pending_);
-    hasPending_ = false;
+    if (pending_) syncNow(pending_.get());
+    pending_.reset();
 }
 
-bool FolderSync::coverFileSystemOf(const std::string& folder) {
+bool FolderSync::coverFileSystemOf(int folder) {
     // Opened before any write it is to answer for: the system reports to it
     // the failures of writes that come later.
-    FileDescriptor fd(::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    FileDescriptor fd(::fcntl(folder, F_DUPFD_CLOEXEC, 0));
     struct stat st {};
     if (!fd || ::fstat(fd.get(), &st) != 0) return false;
     fileSystem_ = std::move(fd);
@@ -39,10 +49,14 @@ int FolderSync::syncFileSystem() noexcept {
     return ::syncfs(fileSystem_.get()) == 0 ? 0 : errno;
 }
 
+void FolderSync::syncNow(int folder) noexcept {
+    ::fsync(folder);  // a folder that cannot be flushed is no reason to fail a write
+}
+
 void FolderSync::syncNow(const std::string& folder) noexcept {
     const int fd = ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (fd < 0) return;
-    ::fsync(fd);  // a folder that cannot be flushed is no reason to fail a write
+    ::fsync(fd);
     ::close(fd);
 }
 

@@ -24,26 +24,30 @@ public:
     FolderSync(const FolderSync&) = delete;
     FolderSync& operator=(const FolderSync&) = delete;
 
-    // A folder (a path up to its last separator) whose entries changed. A
-    // folder other than the last one given flushes the last one. A folder
-    // on the file system that syncFileSystem() flushes waits for it.
+    // An open folder whose entries changed. A folder other than the last
+    // one given flushes the last one. A folder on the file system that
+    // syncFileSystem() flushes waits for it.
+    void add(int folder, dev_t device = 0);
+    // The same by path (a path up to its last separator).
     void add(const std::string& folder, dev_t device = 0);
     void flush() noexcept;
 
     // From now on, the file system that holds `folder` is flushed whole by
     // syncFileSystem(); false when it cannot be (nothing changes then).
-    bool coverFileSystemOf(const std::string& folder);
+    bool coverFileSystemOf(int folder);
     // The device of that file system, once covered.
     std::optional<dev_t> coveredDevice() const noexcept { return covered_; }
     // Flushes the covered file system; 0, or the error of a write to it
     // that failed since the last call (or since it was covered).
     int syncFileSystem() noexcept;
 
+    static void syncNow(int folder) noexcept;
     static void syncNow(const std::string& folder) noexcept;
 
 private:
-    std::string pending_;
-    bool hasPending_ = false;
+    FileDescriptor pending_;
+    dev_t pendingDevice_ = 0;
+    ino_t pendingInode_ = 0;
     FileDescriptor fileSystem_;
     std::optional<dev_t> covered_;
 };

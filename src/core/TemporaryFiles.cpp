@@ -7,6 +7,7 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <climits>
 #include <cstdio>
@@ -15,7 +16,9 @@
 #include <memory>
 #include <mutex>
 #include <optional>
-#include <unordered_map>
+#include <cstdint>
+#include <map>
+#include <tuple>
 
 namespace vantorel {
 namespace {
@@ -26,14 +29,15 @@ bool allDigits(std::string_view text) {
     return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
-// The number after the prefix, when `name` is a temporary file's name.
+// The process number of a temporary file's name, when `name` has exactly
+// the form ".vantorel-<process>-<number>".
 std::optional<pid_t> ownerOf(std::string_view name) {
     if (name.substr(0, kPrefix.size()) != kPrefix) return std::nullopt;
     name.remove_prefix(kPrefix.size());
     const std::size_t dash = name.find('-');
-    if (dash == std::string_view::npos || !allDigits(name.substr(0, dash)) || dash > 9) return std::nullopt;
-    const std::string_view number = name.substr(dash + 1, name.find('-', dash + 1) - dash - 1);
-    if (!allDigits(number)) return std::nullopt;
+    if (dash == std::string_view::npos || dash > 9 || !allDigits(name.substr(0, dash))) return std::nullopt;
+    const std::string_view number = name.substr(dash + 1);
+    if (!allDigits(number) || number.size() > 20) return std::nullopt;
     return static_cast<pid_t>(std::strtol(std::string(name.substr(0, dash)).c_str(), nullptr, 10));
 }
 
@@ -75,15 +79,23 @@ bool ownerIsGone(pid_t pid, const struct stat& file) {
     return started && *started > written + 1.0;  // the boot time is whole seconds
 }
 
-void removeStale(const std::string& folder) {
-    DIR* dir = ::opendir(folder.empty() ? "." : folder.c_str());
-    if (!dir) return;
+void removeStale(int folder) {
+    const int fd = ::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fd < 0) return;
+    DIR* dir = ::fdopendir(fd);
+    if (!dir) {
+        ::close(fd);
+        return;
+    }
     const pid_t self = ::getpid();
+    const uid_t user = ::geteuid();
     while (const dirent* entry = ::readdir(dir)) {
         const std::optional<pid_t> owner = ownerOf(entry->d_name);
         if (!owner || *owner == self) continue;
         struct stat st {};
-        if (::fstatat(::dirfd(dir), entry->d_name, &st, AT_SYMLINK_NOFOLLOW) != 0 || !S_ISREG(st.st_mode)) continue;
+        if (::fstatat(::dirfd(dir), entry->d_name, &st, AT_SYMLINK_NOFOLLOW) != 0 || !S_ISREG(st.st_mode) ||
+            st.st_nlink != 1 || st.st_uid != user)
+            continue;
         if (ownerIsGone(*owner, st)) ::unlinkat(::dirfd(dir), entry->d_name, 0);
     }
     ::closedir(dir);
@@ -91,40 +103,43 @@ void removeStale(const std::string& folder) {
 
 }  // namespace
 
-std::string TemporaryFiles::shortNameFor(pid_t pid, unsigned long number) {
+std::string TemporaryFiles::nameFor(pid_t pid, unsigned long number) {
     return std::string(kPrefix) + std::to_string(pid) + "-" + std::to_string(number);
 }
 
-std::string TemporaryFiles::nameFor(std::string_view fileName, pid_t pid, unsigned long number) {
-    std::string name = shortNameFor(pid, number);
-    if (name.size() + 1 + fileName.size() <= NAME_MAX) {
-        name += '-';
-        name += fileName;
-    }
-    return name;
+std::string TemporaryFiles::newName() {
+    static std::atomic<unsigned long> counter{0};
+    return nameFor(::getpid(), counter++);
 }
 
 bool TemporaryFiles::isTemporaryName(std::string_view name) noexcept {
     return ownerOf(name).has_value();
 }
 
-TemporaryFiles::FolderFacts TemporaryFiles::prepareFolder(const std::string& folder) {
+TemporaryFiles::FolderFacts TemporaryFiles::prepareFolder(int folder) {
     struct Entry {
         std::once_flag once;
         FolderFacts facts;
     };
+    // A folder is known by its file and when it was made: a folder made
+    // later in the place (and with the inode) of a removed one is another.
+    struct statx st {};
+    if (::statx(folder, "", AT_EMPTY_PATH, STATX_INO | STATX_BTIME, &st) != 0) return {};
+    const bool born = (st.stx_mask & STATX_BTIME) != 0;
+    using Key = std::tuple<std::uint32_t, std::uint32_t, std::uint64_t, std::int64_t, std::uint32_t>;
+    const Key key{st.stx_dev_major, st.stx_dev_minor, st.stx_ino, born ? st.stx_btime.tv_sec : 0,
+                  born ? st.stx_btime.tv_nsec : 0};
     static std::mutex mutex;
-    static std::unordered_map<std::string, std::unique_ptr<Entry>> folders;
+    static std::map<Key, std::unique_ptr<Entry>> folders;
     Entry* entry;
     {
         std::lock_guard lock(mutex);
-        auto& slot = folders[folder];
+        auto& slot = folders[key];
         if (!slot) slot = std::make_unique<Entry>();
         entry = slot.get();
     }
     std::call_once(entry->once, [&] {
-        const char* path = folder.empty() ? "." : folder.c_str();
-        entry->facts.hasDefaultAcl = ::getxattr(path, "system.posix_acl_default", nullptr, 0) > 0;
+        entry->facts.hasDefaultAcl = ::fgetxattr(folder, "system.posix_acl_default", nullptr, 0) > 0;
         removeStale(folder);
     });
     return entry->facts;

@@ -1,7 +1,19 @@
 #pragma once
-// The temporary files that writes leave beside their targets until the
-// rename: how they are named, how they are recognised, and how those of
-// processes that died before renaming them are cleared away.
+// The names that new files have for a moment before they replace their
+// files, and the clearing of those that a killed process left behind.
+//
+// A new file is written without a name (O_TMPFILE) where the file system
+// allows it, and gets a name only for the instant between being linked into
+// its folder and being renamed over its file: a killed run leaves nothing
+// half-written, and almost never anything at all. Where unnamed files cannot
+// be had, it is named from the start. Either way the name is
+// ".vantorel-<process>-<number>", digits only.
+//
+// Only what this program made is ever deleted: a file whose name has exactly
+// that form, that is a regular file with one name, that belongs to the user
+// the program runs as, and whose process is gone (or started after the file
+// was last written). Files that merely look alike, files of other users and
+// files of running processes are left alone.
 
 #include <sys/types.h>
 
@@ -12,20 +24,19 @@ namespace vantorel {
 
 class TemporaryFiles {
 public:
-    // ".vantorel-<pid>-<number>-<name>", or without "-<name>" when the whole
-    // would pass the file system's limit for a name.
-    static std::string nameFor(std::string_view fileName, pid_t pid, unsigned long number);
-    static std::string shortNameFor(pid_t pid, unsigned long number);
+    static std::string nameFor(pid_t pid, unsigned long number);
+    // A name of this process not given before.
+    static std::string newName();
+    // True for names of exactly the form above.
     static bool isTemporaryName(std::string_view name) noexcept;
 
     struct FolderFacts {
         bool hasDefaultAcl = false;  // new files there get an ACL of their own
     };
-    // Called before this process first writes in `folder` (a path ending in
-    // the separator, or empty for the current folder): removes the temporary
-    // files there whose process is gone, once per folder and process, and
-    // says what new files there inherit.
-    static FolderFacts prepareFolder(const std::string& folder);
+    // Called before this process first writes in the open folder `folder`:
+    // clears the temporary files there that a process now gone left (once
+    // per folder and process), and says what new files there inherit.
+    static FolderFacts prepareFolder(int folder);
 };
 
 }  // namespace vantorel

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cstdio>
 
@@ -12,8 +13,15 @@ namespace vantorel::history {
 namespace {
 
 constexpr std::string_view kRun = "run", kStep = "step", kFile = "file", kOutcome = "done", kGaveUp = "gave-up",
-                           kEnd = "end";
-constexpr std::string_view kVersion = "1";
+                           kEnd = "end", kUndone = "undone";
+constexpr std::string_view kVersion = "2";
+
+constexpr std::pair<UndoResult, std::string_view> kUndoResults[] = {
+    {UndoResult::Restored, "restored"},         {UndoResult::ChangedSince, "changed-since"},
+    {UndoResult::DeletedSince, "deleted-since"}, {UndoResult::ReadOnly, "read-only"},
+    {UndoResult::NotKept, "not-kept"},           {UndoResult::Unreachable, "unreachable"},
+    {UndoResult::Failed, "failed"},
+};
 constexpr std::size_t kCheckDigits = 16;
 
 void escapeInto(std::string& out, std::string_view field) {
@@ -66,6 +74,7 @@ void addIdentity(std::vector<std::string>& fields, const FileIdentity& identity)
     fields.push_back(number(static_cast<std::uint64_t>(identity.inode)));
     fields.push_back(number(identity.size));
     fields.push_back(number(identity.modifiedNs));
+    fields.push_back(number(identity.changedNs));
 }
 
 // Reads the fields of one parsed line in order; any failure marks it bad.
@@ -95,6 +104,7 @@ public:
         identity.inode = static_cast<ino_t>(integer<std::uint64_t>());
         identity.size = integer<std::int64_t>();
         identity.modifiedNs = integer<std::int64_t>();
+        identity.changedNs = integer<std::int64_t>();
         return identity;
     }
 
@@ -123,6 +133,15 @@ std::optional<std::pair<std::string, std::vector<std::string>>> parseLine(std::s
     return std::make_pair(std::move(kind), std::move(fields));
 }
 
+// Where the file numbered `number` is in the journal's list; nothing when
+// no record of it was read.
+JournalFileRecord* fileNumbered(Journal& journal, std::uint64_t number) {
+    auto& files = journal.files;
+    const auto at = std::lower_bound(files.begin(), files.end(), number,
+                                     [](const JournalFileRecord& file, std::uint64_t n) { return file.number < n; });
+    return at != files.end() && at->number == number ? &*at : nullptr;
+}
+
 // Applies one record; false when it does not make sense where it stands.
 bool apply(Journal& journal, const std::string& kind, Fields fields, bool first) {
     if (first != (kind == kRun)) return false;
@@ -138,6 +157,9 @@ bool apply(Journal& journal, const std::string& kind, Fields fields, bool first)
         header.wholeWords = flags.find('w') != std::string::npos;
         header.backups = flags.find('b') != std::string::npos;
         header.batch = flags.find('B') != std::string::npos;
+        header.realFolder = fields.text();
+        header.folderDevice = static_cast<dev_t>(fields.integer<std::uint64_t>());
+        header.folderInode = static_cast<ino_t>(fields.integer<std::uint64_t>());
     } else if (kind == kStep) {
         JournalStep step;
         step.find = fields.text();
@@ -146,31 +168,45 @@ bool apply(Journal& journal, const std::string& kind, Fields fields, bool first)
     } else if (kind == kFile) {
         JournalFileRecord file;
         file.number = fields.integer<std::uint64_t>();
-        if (file.number != journal.files.size() + 1) return false;
+        if (file.number == 0 || (!journal.files.empty() && file.number <= journal.files.back().number)) return false;
         file.path = fields.text();
         file.target = fields.text();
+        file.relative = fields.text();
         file.old = fields.identity();
         file.kept = fields.text();
         file.keptIdentity = fields.identity();
+        file.keptHash = fields.integer<std::uint64_t>();
         file.written = fields.identity();
         file.writtenHash = fields.integer<std::uint64_t>();
         file.backup = fields.text();
+        file.backupRelative = fields.text();
         file.keptBackup = fields.text();
         file.keptBackupIdentity = fields.identity();
         journal.files.push_back(std::move(file));
     } else if (kind == kOutcome) {
         const auto which = fields.integer<std::uint64_t>();
         const auto status = writeStatusNamed(fields.text());
-        if (which == 0 || which > journal.files.size() || !status) return false;
-        JournalFileRecord& file = journal.files[which - 1];
-        file.status = status;
-        file.backupMade = fields.identity();
+        JournalFileRecord* file = fileNumbered(journal, which);
+        if (!status) return false;
+        const FileIdentity backupMade = fields.identity();
+        if (!file) {
+            journal.damagedFiles.push_back(which);  // its own record is the damaged one
+        } else {
+            file->status = status;
+            file->backupMade = backupMade;
+        }
+    } else if (kind == kUndone) {
+        const auto which = fields.integer<std::uint64_t>();
+        const std::string result = fields.text();
+        JournalFileRecord* file = fileNumbered(journal, which);
+        for (const auto& [known, name] : kUndoResults)
+            if (name == result && file) file->undone = known;
     } else if (kind == kGaveUp) {
         journal.gaveUp = fields.text();
     } else if (kind == kEnd) {
         journal.finishedNs = fields.integer<std::int64_t>();
     }
-    return fields.ok() && fields.done();  // a record of a kind not known here stops the reading too
+    return fields.ok() && fields.done();  // a record of a kind not known here counts as damaged
 }
 
 }  // namespace
@@ -191,19 +227,23 @@ std::string runLine(const RunHeader& header) {
     if (header.wholeWords) flags += 'w';
     if (header.backups) flags += 'b';
     if (header.batch) flags += 'B';
-    return journalLine(kRun, {std::string(kVersion), number(header.startedNs), header.folder, header.filter, flags});
+    return journalLine(kRun, {std::string(kVersion), number(header.startedNs), header.folder, header.filter, flags,
+                              header.realFolder, number(static_cast<std::uint64_t>(header.folderDevice)),
+                              number(static_cast<std::uint64_t>(header.folderInode))});
 }
 
 std::string stepLine(const JournalStep& step) { return journalLine(kStep, {step.find, step.replace}); }
 
 std::string fileLine(const JournalFileRecord& file) {
-    std::vector<std::string> fields{number(file.number), file.path, file.target};
+    std::vector<std::string> fields{number(file.number), file.path, file.target, file.relative};
     addIdentity(fields, file.old);
     fields.push_back(file.kept);
     addIdentity(fields, file.keptIdentity);
+    fields.push_back(number(file.keptHash));
     addIdentity(fields, file.written);
     fields.push_back(number(file.writtenHash));
     fields.push_back(file.backup);
+    fields.push_back(file.backupRelative);
     fields.push_back(file.keptBackup);
     addIdentity(fields, file.keptBackupIdentity);
     return journalLine(kFile, fields);
@@ -217,19 +257,49 @@ std::string outcomeLine(std::uint64_t which, WriteStatus status, const FileIdent
 
 std::string gaveUpLine(const std::string& why) { return journalLine(kGaveUp, {why}); }
 
+std::string undoneLine(std::uint64_t which, UndoResult result) {
+    std::string name;
+    for (const auto& [known, text] : kUndoResults)
+        if (known == result) name = text;
+    return journalLine(kUndone, {number(which), name});
+}
+
 std::string endLine(std::int64_t finishedNs) { return journalLine(kEnd, {number(finishedNs)}); }
 
 Journal parseJournal(std::string_view bytes) {
     Journal journal;
-    std::size_t at = 0;
-    while (at < bytes.size()) {
+    std::vector<std::uint64_t> bad;  // lines that failed, not yet known to be damaged rather than cut short
+    std::uint64_t line = 0;
+    bool started = false;
+    for (std::size_t at = 0; at < bytes.size();) {
         const std::size_t end = bytes.find('\n', at);
         if (end == std::string_view::npos) break;  // cut short
-        auto line = parseLine(bytes.substr(at, end - at));
-        if (!line || !apply(journal, line->first, Fields(std::move(line->second)), at == 0)) break;
+        ++line;
+        auto parsed = parseLine(bytes.substr(at, end - at));
         at = end + 1;
+        if (!parsed || !apply(journal, parsed->first, Fields(std::move(parsed->second)), !started)) {
+            if (!started) break;  // without its first record a journal says nothing
+            bad.push_back(line);
+            continue;
+        }
+        started = true;
+        // A whole record after failed ones: those were damaged, not cut short.
+        journal.damagedLines.insert(journal.damagedLines.end(), bad.begin(), bad.end());
+        bad.clear();
         journal.validBytes = at;
     }
+    std::sort(journal.damagedFiles.begin(), journal.damagedFiles.end());
+    journal.damagedFiles.erase(std::unique(journal.damagedFiles.begin(), journal.damagedFiles.end()),
+                               journal.damagedFiles.end());
+    // Numbers skipped between whole file records belong to damaged ones too.
+    std::uint64_t expected = 1;
+    for (const JournalFileRecord& file : journal.files) {
+        for (; expected < file.number; ++expected) journal.damagedFiles.push_back(expected);
+        expected = file.number + 1;
+    }
+    std::sort(journal.damagedFiles.begin(), journal.damagedFiles.end());
+    journal.damagedFiles.erase(std::unique(journal.damagedFiles.begin(), journal.damagedFiles.end()),
+                               journal.damagedFiles.end());
     return journal;
 }
 

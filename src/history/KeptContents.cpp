@@ -8,6 +8,7 @@
 #include <system_error>
 
 #include "core/AtomicFileWriter.h"
+#include "core/ContentHash.h"
 #include "core/FileDescriptor.h"
 #include "files/FileFunctions.h"
 #include "files/FileListBuilder.h"
@@ -41,44 +42,54 @@ bool privateFolder(const std::string& path) {
 
 KeptContents::KeptContents(std::string folder, std::string runName)
     : folder_(withTrailingSeparator(std::move(folder))), runName_(std::move(runName)) {
+    folderFd_.reset(::open(folder_.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
     struct stat st {};
-    if (::stat(folder_.c_str(), &st) != 0) fail(folder_);
+    if (!folderFd_ || ::fstat(folderFd_.get(), &st) != 0) fail(folder_);
     device_ = st.st_dev;
 }
 
-KeptContents::Kept KeptContents::keep(const std::string& file, const FileIdentity& identity, const std::string& name) {
-    std::optional<std::string> folder =
-        identity.device == device_ ? std::optional(folder_) : folderOn(identity.device, file);
+KeptContents::Kept KeptContents::keep(int file, dev_t device, const std::string& path, const std::string& name) {
+    std::optional<std::string> folder = device == device_ ? std::optional(folder_) : folderOn(device, path);
     if (folder) {
-        const std::string kept = *folder + name;
-        if (::linkat(AT_FDCWD, file.c_str(), AT_FDCWD, kept.c_str(), 0) == 0) {
+        const FileDescriptor there(*folder == folder_ ? ::fcntl(folderFd_.get(), F_DUPFD_CLOEXEC, 0)
+                                                      : ::open(folder->c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+        const int error = there ? linkOpenFile(file, there.get(), name) : errno;
+        if (error == 0) {
             unsynced_.insert(*folder);
-            return Kept{kept, identity};  // a second name of the same file
+            struct stat st {};
+            if (::fstat(file, &st) != 0) fail(path);
+            return Kept{*folder + name, FileIdentity::of(st), 0};  // a second name of the same file
         }
-        if (errno == ENOENT) fail(file);
+        if (error == ENOSPC || error == EDQUOT) {
+            errno = error;
+            fail(path);
+        }
     }
-    return copy(file, name);  // no second name to be had there
+    return copy(file, path, name);  // no second name to be had there
 }
 
-KeptContents::Kept KeptContents::copy(const std::string& file, const std::string& name) {
-    const FileDescriptor fd(::open(file.c_str(), O_RDONLY | O_CLOEXEC));
-    if (!fd) fail(file);
+KeptContents::Kept KeptContents::copy(int file, const std::string& path, const std::string& name) {
     struct stat st {};
-    if (::fstat(fd.get(), &st) != 0) fail(file);
+    if (::fstat(file, &st) != 0) fail(path);
     // The copy keeps the file's attributes, to give them back with it; the
     // run's folder keeps it private.
     const std::string kept = folder_ + name;
-    AtomicFileWriter writer(kept, AtomicFileWriter::Attributes{st.st_mode, st.st_uid, st.st_gid, file});
+    const AtomicFileWriter::Attributes keepAttributes{st.st_mode, st.st_uid, st.st_gid, file};
+    AtomicFileWriter writer(folderFd_.get(), name, kept, &keepAttributes);
+    ContentHash hash;
     std::string buffer(1 << 20, '\0');
-    while (true) {
-        const ssize_t n = ::read(fd.get(), buffer.data(), buffer.size());
+    for (off_t at = 0;;) {
+        const ssize_t n = ::pread(file, buffer.data(), buffer.size(), at);
         if (n < 0 && errno == EINTR) continue;
-        if (n < 0) fail(file);
+        if (n < 0) fail(path);
         if (n == 0) break;
-        writer.write(std::string_view(buffer.data(), static_cast<std::size_t>(n)));
+        const std::string_view piece(buffer.data(), static_cast<std::size_t>(n));
+        writer.write(piece);
+        hash.add(piece);
+        at += n;
     }
-    writer.commit(&copies_);
-    return Kept{kept, identityOf(kept)};
+    writer.commit(folderFd_.get(), &copies_);
+    return Kept{kept, identityOf(kept), hash.value()};
 }
 
 std::optional<std::string> KeptContents::folderOn(dev_t device, const std::string& file) {

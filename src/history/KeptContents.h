@@ -9,6 +9,7 @@
 
 #include <sys/types.h>
 
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <set>
@@ -16,6 +17,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/FileDescriptor.h"
 #include "core/FolderSync.h"
 #include "search/FileText.h"
 
@@ -30,10 +32,13 @@ public:
     struct Kept {
         std::string path;
         FileIdentity identity;
+        std::uint64_t hash = 0;  // of a copy's contents; 0 for a second name of the file itself
     };
-    // Keeps what `file` (a regular file, no link, `identity` as it is now)
-    // holds, as `name`. Throws std::system_error.
-    Kept keep(const std::string& file, const FileIdentity& identity, const std::string& name);
+    // Keeps what the open file `file` holds (a regular file, on `device`;
+    // `path` names it and tells where its file system's top is), as `name`:
+    // a second name of that very file, whatever its names lead to by now, or
+    // a copy of it. Throws std::system_error.
+    Kept keep(int file, dev_t device, const std::string& path, const std::string& name);
     // Flushes the folders that got new names since the last call.
     void sync();
     // The run's folders elsewhere, in the order they were made.
@@ -41,11 +46,12 @@ public:
 
 private:
     std::optional<std::string> folderOn(dev_t device, const std::string& file);
-    Kept copy(const std::string& file, const std::string& name);
+    Kept copy(int file, const std::string& path, const std::string& name);
 
     std::string folder_;  // ends in the separator
     std::string runName_;
     dev_t device_ = 0;
+    FileDescriptor folderFd_;
     std::map<dev_t, std::optional<std::string>> elsewhereByDevice_;
     std::vector<std::string> elsewhere_;
     std::set<std::string> unsynced_;

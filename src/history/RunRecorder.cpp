@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -13,6 +14,7 @@
 #include "core/FolderSync.h"
 #include "files/FileFunctions.h"
 #include "history/UndoJournal.h"
+#include "history/UndoTexts.h"
 
 namespace vantorel::history {
 namespace {
@@ -27,10 +29,19 @@ std::int64_t nowNs() {
         .count();
 }
 
+bool outOfSpace(int error) { return error == ENOSPC || error == EDQUOT; }
+
+Message spaceMessage(const std::string& text) {
+    return Message{text, kProgramTitle, MessageIcon::Warning, MessageKind::FileError};
+}
+
 }  // namespace
 
-RunRecorder::RunRecorder(UndoJournal& journal, RunHeader header, std::vector<JournalStep> steps)
-    : journal_(journal), header_(std::move(header)), steps_(std::move(steps)) {}
+RunRecorder::RunRecorder(UndoJournal& journal, RunHeader header, std::vector<JournalStep> steps, int root)
+    : journal_(journal),
+      header_(std::move(header)),
+      steps_(std::move(steps)),
+      root_(::fcntl(root, F_DUPFD_CLOEXEC, 0)) {}
 
 RunRecorder::~RunRecorder() {
     try {
@@ -41,15 +52,15 @@ RunRecorder::~RunRecorder() {
 }
 
 void RunRecorder::start() {
-    lock_.reset(journal_.lock(false));
+    if (!lock_) lock_.reset(journal_.lock(false));
     header_.startedNs = nowNs();
-    const std::string name = UndoJournal::runName(header_.startedNs, ::getpid());
-    folder_ = withTrailingSeparator(journal_.folder()) + name + "/";
+    name_ = UndoJournal::runName(header_.startedNs, ::getpid());
+    folder_ = withTrailingSeparator(journal_.folder()) + name_ + "/";
     if (::mkdir(folder_.c_str(), 0700) != 0 || ::mkdir((folder_ + UndoJournal::kKeptFolder).c_str(), 0700) != 0)
         fail(folder_);
-    kept_.emplace(folder_ + UndoJournal::kKeptFolder, name);
+    kept_.emplace(folder_ + UndoJournal::kKeptFolder, name_);
     const std::string journal = folder_ + UndoJournal::kJournalFile;
-    fd_.reset(::open(journal.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_APPEND | O_CLOEXEC, 0600));
+    fd_.reset(::open(journal.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_APPEND | O_NOFOLLOW | O_CLOEXEC, 0600));
     if (!fd_) fail(folder_ + UndoJournal::kJournalFile);
     std::string head = runLine(header_);
     for (const JournalStep& step : steps_) head += stepLine(step);
@@ -83,7 +94,7 @@ void RunRecorder::noteElsewhere() {
     const std::vector<std::string>& elsewhere = kept_->elsewhere();
     if (elsewhere.size() == elsewhereNoted_) return;
     const std::string list = folder_ + UndoJournal::kElsewhereFile;
-    const FileDescriptor fd(::open(list.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600));
+    const FileDescriptor fd(::open(list.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_NOFOLLOW | O_CLOEXEC, 0600));
     if (!fd) fail(list);
     std::string lines;
     for (; elsewhereNoted_ < elsewhere.size(); ++elsewhereNoted_) lines += elsewhere[elsewhereNoted_] + "\n";
@@ -92,30 +103,40 @@ void RunRecorder::noteElsewhere() {
 }
 
 void RunRecorder::replacing(const ReplacingFile& file, std::vector<Message>& messages) {
-    if (failed_ || finished_) return;
+    const std::lock_guard guard(mutex_);
+    if (failed_ || dropped_ || finished_) return;
     try {
         if (!fd_) start();
         JournalFileRecord record;
         record.number = files_ + 1;
         record.path = file.path;
         record.target = file.target;
+        record.relative = file.relative;
         record.old = file.readFrom;
-        const KeptContents::Kept old = kept_->keep(file.target, file.readFrom, std::to_string(record.number));
+        // The locked file itself is kept, whatever its name leads to by now.
+        const KeptContents::Kept old =
+            kept_->keep(file.file, file.readFrom.device, file.target, std::to_string(record.number));
         record.kept = old.path;
         record.keptIdentity = old.identity;
+        record.keptHash = old.hash;
         const AtomicFileWriter::Written& written = file.written;
         record.written = FileIdentity{written.device, written.inode, static_cast<std::int64_t>(written.size),
-                                      written.modifiedNs};
+                                      written.modifiedNs, 0};
         record.writtenHash = written.hash;
         record.backup = file.backup;
-        struct stat backup {};
+        record.backupRelative = file.backupRelative;
         // An older backup that this one replaces (not the file itself on a file system that ignores case).
-        if (!file.backup.empty() && ::lstat(file.backup.c_str(), &backup) == 0 && S_ISREG(backup.st_mode) &&
-            !(file.readFrom.device == backup.st_dev && file.readFrom.inode == backup.st_ino)) {
-            const KeptContents::Kept older =
-                kept_->keep(file.backup, FileIdentity::of(backup), std::to_string(record.number) + ".bak");
-            record.keptBackup = older.path;
-            record.keptBackupIdentity = older.identity;
+        if (file.backupFolder >= 0) {
+            const FileDescriptor older(::openat(file.backupFolder, file.backupName.c_str(),
+                                                O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
+            struct stat backup {};
+            if (older && ::fstat(older.get(), &backup) == 0 && S_ISREG(backup.st_mode) &&
+                !(file.readFrom.device == backup.st_dev && file.readFrom.inode == backup.st_ino)) {
+                const KeptContents::Kept kept =
+                    kept_->keep(older.get(), backup.st_dev, file.backup, std::to_string(record.number) + ".bak");
+                record.keptBackup = kept.path;
+                record.keptBackupIdentity = kept.identity;
+            }
         }
         noteElsewhere();
         append(outcomes_ + fileLine(record));  // the outcome before it comes along: one write a file
@@ -124,12 +145,19 @@ void RunRecorder::replacing(const ReplacingFile& file, std::vector<Message>& mes
         pending_ = std::move(record);
         if (std::chrono::steady_clock::now() - lastSync_ >= kSyncInterval) sync();
     } catch (const std::system_error& error) {
+        if (outOfSpace(error.code().value())) {
+            // Keeping would cost the Replace its files: keep nothing.
+            drop();
+            messages.push_back(spaceMessage(notEnoughSpaceToKeep()));
+            return;
+        }
         giveUp(file.path, error.code().value(), messages);
     }
 }
 
 void RunRecorder::replaced(const WriteOutcome& outcome) {
-    if (!pending_ || failed_) return;
+    const std::lock_guard guard(mutex_);
+    if (!pending_ || failed_ || dropped_) return;
     const JournalFileRecord record = std::move(*pending_);
     pending_.reset();
     FileIdentity backupMade;
@@ -155,7 +183,59 @@ void RunRecorder::giveUp(const std::string& path, int error, std::vector<Message
     }
 }
 
+void RunRecorder::drop() {
+    dropped_ = true;
+    pending_.reset();
+    outcomes_.clear();
+    if (!fd_) return;
+    fd_.reset();
+    std::error_code ignored;
+    if (kept_)
+        for (const std::string& elsewhere : kept_->elsewhere()) std::filesystem::remove_all(elsewhere, ignored);
+    std::filesystem::remove_all(folder_, ignored);
+    kept_.reset();
+}
+
+std::optional<std::uint64_t> RunRecorder::freeSpace() const {
+    struct statvfs fs {};
+    if (!root_ || ::fstatvfs(root_.get(), &fs) != 0) return std::nullopt;
+    return static_cast<std::uint64_t>(fs.f_bavail) * fs.f_frsize;
+}
+
+void RunRecorder::plan(std::uint64_t keepBytes, std::uint64_t writeBytes, std::vector<Message>& messages) {
+    const std::lock_guard guard(mutex_);
+    if (keepBytes == 0 || failed_ || dropped_) return;
+    std::optional<std::uint64_t> free = freeSpace();
+    if (!free || *free >= keepBytes + writeBytes) return;
+    try {
+        if (!lock_) lock_.reset(journal_.lock(false));
+        while (*free < keepBytes + writeBytes && journal_.giveBackOldest(name_)) {
+            free = freeSpace();
+            if (!free) return;
+        }
+    } catch (const std::system_error&) {
+        // No journal to give back from: this run keeps nothing either way.
+    }
+    if (*free >= keepBytes + writeBytes) return;
+    drop();
+    messages.push_back(spaceMessage(notEnoughSpaceToKeep(keepBytes)));
+}
+
+bool RunRecorder::giveBackSpace(std::vector<Message>& messages) {
+    const std::lock_guard guard(mutex_);
+    if (finished_) return false;
+    try {
+        if (journal_.giveBackOldest(name_)) return true;
+    } catch (const std::system_error&) {
+    }
+    if (dropped_ || !fd_) return false;  // nothing kept: the disk is full without us
+    drop();
+    messages.push_back(spaceMessage(notEnoughSpaceToKeep()));
+    return true;
+}
+
 void RunRecorder::finished() {
+    const std::lock_guard guard(mutex_);
     if (finished_) return;
     finished_ = true;
     if (fd_) {

@@ -11,7 +11,9 @@
 // from which file on it cannot be undone.
 
 #include <chrono>
+#include <cstdint>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
@@ -27,12 +29,15 @@ class UndoJournal;
 
 class RunRecorder : public ReplaceRecorder {
 public:
-    RunRecorder(UndoJournal& journal, RunHeader header, std::vector<JournalStep> steps);
+    // `root`: the run's start folder, held open.
+    RunRecorder(UndoJournal& journal, RunHeader header, std::vector<JournalStep> steps, int root);
     ~RunRecorder() override;
 
     void replacing(const ReplacingFile& file, std::vector<Message>& messages) override;
     void replaced(const WriteOutcome& outcome) override;
     void finished() override;
+    void plan(std::uint64_t keepBytes, std::uint64_t writeBytes, std::vector<Message>& messages) override;
+    bool giveBackSpace(std::vector<Message>& messages) override;
 
 private:
     void start();
@@ -40,13 +45,19 @@ private:
     void sync();
     void noteElsewhere();
     void giveUp(const std::string& path, int error, std::vector<Message>& messages);
+    // Keeps nothing more and gives back what was kept: the run will not be undone.
+    void drop();
+    std::optional<std::uint64_t> freeSpace() const;
 
+    std::mutex mutex_;  // giveBackSpace() comes from other threads
     UndoJournal& journal_;
     RunHeader header_;
     std::vector<JournalStep> steps_;
+    FileDescriptor root_;
     FileDescriptor lock_;
     FileDescriptor fd_;
     std::string folder_;
+    std::string name_;
     std::optional<KeptContents> kept_;
     std::size_t elsewhereNoted_ = 0;
     std::optional<JournalFileRecord> pending_;
@@ -54,6 +65,7 @@ private:
     std::uint64_t files_ = 0;
     std::uint64_t written_ = 0;
     bool failed_ = false;
+    bool dropped_ = false;
     bool finished_ = false;
     std::chrono::steady_clock::time_point lastSync_;
 };

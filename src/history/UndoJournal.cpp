@@ -1,6 +1,7 @@
 #include "history/UndoJournal.h"
 
 #include <fcntl.h>
+#include <signal.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -16,9 +17,11 @@
 
 #include "core/AtomicFileWriter.h"
 #include "core/FileDescriptor.h"
+#include "core/TreeRoot.h"
 #include "files/FileFunctions.h"
 #include "files/FileListBuilder.h"
 #include "history/RunRecorder.h"
+#include "history/UndoTexts.h"
 
 namespace vantorel::history {
 namespace {
@@ -58,7 +61,7 @@ std::string UndoJournal::runName(std::int64_t startedNs, int pid) {
 
 UndoJournal::UndoJournal(std::string folder, unsigned keepRuns) : folder_(std::move(folder)), keepRuns_(keepRuns) {}
 
-std::unique_ptr<ReplaceRecorder> UndoJournal::startRun(const RunRequest& request) {
+std::unique_ptr<ReplaceRecorder> UndoJournal::startRun(const RunRequest& request, const TreeRoot& root) {
     if (keepRuns_ == 0 || folder_.empty()) return nullptr;
     RunHeader header;
     header.folder = request.startFolder;
@@ -68,9 +71,12 @@ std::unique_ptr<ReplaceRecorder> UndoJournal::startRun(const RunRequest& request
     header.wholeWords = request.wholeWords;
     header.backups = request.makeBackups;
     header.batch = request.batch;
+    header.realFolder = root.realPath();
+    header.folderDevice = root.device();
+    header.folderInode = root.inode();
     std::vector<JournalStep> steps;
     for (const FindReplaceJob& job : request.jobs) steps.push_back({job.findText, job.replaceText});
-    return std::make_unique<RunRecorder>(*this, std::move(header), std::move(steps));
+    return std::make_unique<RunRecorder>(*this, std::move(header), std::move(steps), root.fd());
 }
 
 int UndoJournal::lock(bool alone) const {
@@ -135,33 +141,69 @@ bool UndoJournal::canUndo() const {
 
 UndoJournal::Undo UndoJournal::undo(const RecordedRun& run) {
     Undo undo;
+    auto refuse = [&](UndoStatus status, std::string message) {
+        undo.status = status;
+        undo.message = std::move(message);
+        return undo;
+    };
     int fd = -1;
     try {
         fd = lock(true);
     } catch (const std::system_error&) {
-        undo.status = UndoStatus::Unreadable;
-        return undo;
+        return refuse(UndoStatus::Unreadable, kUndoUnreadable);
     }
     const FileDescriptor held(fd);
-    if (held.get() < 0) {
-        undo.status = UndoStatus::Busy;
-        return undo;
-    }
+    if (held.get() < 0) return refuse(UndoStatus::Busy, kUndoBusy);
     const std::string folder = folder_ + "/" + run.name + "/";
     const std::optional<Journal> journal = readJournal(folder + kJournalFile);
-    if (!journal) {
-        undo.status = UndoStatus::Unreadable;
-        return undo;
-    }
-    undo.outcome = takeBack(*journal);
+    if (!journal || journal->header.realFolder.empty()) return refuse(UndoStatus::Unreadable, kUndoUnreadable);
+    // Only below the folder the Replace ran in, reached as it was then.
+    std::optional<TreeRoot> root;
     try {
-        AtomicFileWriter writer(folder + kUndoneFile, AtomicFileWriter::Attributes{0600, ::geteuid(), ::getegid(), {}});
+        root.emplace(TreeRoot::reopen(journal->header.realFolder, journal->header.folderDevice,
+                                      journal->header.folderInode));
+    } catch (const std::system_error& error) {
+        return refuse(UndoStatus::FolderGone, undoFolderGone(journal->header.realFolder, error.code().value()));
+    }
+    // Each file's result is recorded as soon as it is settled.
+    const FileDescriptor log(::open((folder + kJournalFile).c_str(), O_WRONLY | O_APPEND | O_NOFOLLOW | O_CLOEXEC));
+    undo.outcome = takeBack(*journal, *root, [&](std::uint64_t number, UndoResult result) {
+        const std::string line = undoneLine(number, result);
+        if (log && ::write(log.get(), line.data(), line.size()) != static_cast<ssize_t>(line.size())) {
+            // Not recorded: the next Undo finds the file restored, or as it was.
+        }
+    });
+    if (log) ::fdatasync(log.get());
+    if (!undo.outcome.complete()) return undo;  // taken again, for what is left
+    try {
+        AtomicFileWriter writer(folder + kUndoneFile, AtomicFileWriter::Attributes{0600, ::geteuid(), ::getegid(), -1});
         writer.write(std::to_string(undo.outcome.restored()) + "\t" + std::to_string(undo.outcome.left()) + "\n");
         writer.commit();
     } catch (const std::system_error&) {
-        // Taken back all the same; another Undo of it would find its files changed and leave them.
+        // Taken back all the same; another Undo of it would find every file settled.
     }
     return undo;
+}
+
+bool UndoJournal::giveBackOldest(const std::string& except) {
+    if (hasSetAside()) {
+        removeSetAside();
+        return true;
+    }
+    for (const std::string& name : runNames()) {  // oldest first
+        if (name == except) continue;
+        const std::string run = folder_ + "/" + name;
+        const std::optional<Journal> journal = readJournal(run + "/" + kJournalFile);
+        if (journal && !journal->finishedNs) {
+            // Being recorded by a process that still runs: not ours to take.
+            const pid_t pid = static_cast<pid_t>(std::strtol(name.c_str() + name.find('-') + 1, nullptr, 10));
+            if (pid > 0 && (::kill(pid, 0) == 0 || errno != ESRCH)) continue;
+        }
+        if (::rename(run.c_str(), (folder_ + "/" + kSetAsidePrefix + name).c_str()) != 0) continue;
+        removeSetAside();
+        return true;
+    }
+    return false;
 }
 
 std::vector<std::string> UndoJournal::elsewhereOf(const std::string& folder) const {

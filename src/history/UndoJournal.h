@@ -51,7 +51,7 @@ public:
     // `keepRuns` of 0 records nothing.
     explicit UndoJournal(std::string folder, unsigned keepRuns = kDefaultRuns);
 
-    std::unique_ptr<ReplaceRecorder> startRun(const RunRequest& request) override;
+    std::unique_ptr<ReplaceRecorder> startRun(const RunRequest& request, const TreeRoot& root) override;
 
     std::string folder() const override { return folder_; }
     unsigned keepRuns() const noexcept { return keepRuns_; }
@@ -64,13 +64,22 @@ public:
     // Whether there is one, without reading the journals.
     bool canUndo() const;
 
-    enum class UndoStatus { Done, Busy, Unreadable };
+    enum class UndoStatus { Done, Busy, Unreadable, FolderGone };
     struct Undo {
         UndoStatus status = UndoStatus::Done;
         UndoOutcome outcome;
+        std::string message;  // what to tell when not Done
     };
-    // Takes a run back (Busy while a Replace is being recorded).
+    // Takes a run back (Busy while a Replace is being recorded). A run is
+    // marked undone once every file is settled; until then Undo takes it
+    // again, and does what is left.
     Undo undo(const RecordedRun& run);
+
+    // Removes the oldest run (set-aside ones first) that no process is
+    // recording, other than `except`, with its kept contents, to give back
+    // disk space; false when there is none. Called with the journal's lock
+    // held (shared).
+    bool giveBackOldest(const std::string& except);
 
     // Sets aside the runs beyond the newest `keepRuns` (unless a run is being
     // recorded): at once, they are no longer runs.

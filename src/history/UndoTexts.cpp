@@ -1,5 +1,9 @@
 #include "history/UndoTexts.h"
 
+#include <cerrno>
+#include <cstdio>
+#include <iterator>
+
 #include "files/FileFunctions.h"
 
 namespace vantorel::history {
@@ -13,6 +17,30 @@ std::string runSummary(const RecordedRun& run) {
                        run.header.filter + ")";
     for (const JournalStep& step : run.steps) text += "\r\n\"" + step.find + "\" -> \"" + step.replace + "\"";
     return text;
+}
+
+std::string bytesText(std::uint64_t bytes) {
+    if (bytes < 1024) return std::to_string(bytes) + " bytes";
+    const char* const units[] = {"KB", "MB", "GB", "TB"};
+    double value = static_cast<double>(bytes) / 1024;
+    std::size_t unit = 0;
+    for (; value >= 1024 && unit + 1 < std::size(units); ++unit) value /= 1024;
+    char text[32];
+    std::snprintf(text, sizeof text, "%.1f %s", value, units[unit]);
+    return text;
+}
+
+std::string notEnoughSpaceToKeep(std::uint64_t bytes) {
+    return "Not enough free space to keep the replaced files" + (bytes ? " (" + bytesText(bytes) + ")" : std::string()) +
+           " for Undo: this Replace cannot be undone.";
+}
+
+std::string undoFolderGone(const std::string& folder, int error) {
+    const bool moved = error == ELOOP || error == ESTALE || error == EXDEV || error == ENOTDIR;
+    return "The folder of this Replace, " + folder +
+           (moved ? ", is no longer where it was (it, or a folder on its way, was moved or replaced by a link)"
+                  : ", cannot be reached: " + systemErrorText(error)) +
+           ". Nothing was restored.";
 }
 
 std::string undoQuestion(const RecordedRun& run) {

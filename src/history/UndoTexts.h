@@ -1,6 +1,7 @@
 #pragma once
 // The words in which a recorded Replace is described and its Undo asked for.
 
+#include <cstdint>
 #include <string>
 
 #include "history/UndoJournal.h"
@@ -14,9 +15,17 @@ std::string runSummary(const RecordedRun& run);
 // "Undo the Replace of <time>?", a blank line, the summary.
 std::string undoQuestion(const RecordedRun& run);
 
+// "Not enough free space to keep the replaced files (12.3 MB) for Undo:
+// this Replace cannot be undone.", without the size when not known.
+std::string notEnoughSpaceToKeep(std::uint64_t bytes = 0);
+// "12.3 MB" and the like.
+std::string bytesText(std::uint64_t bytes);
+
 inline constexpr const char* kNothingToUndo = "There is no Replace to undo.";
 inline constexpr const char* kUndoBusy = "A Replace is being written; undo it once it has finished.";
 inline constexpr const char* kUndoUnreadable = "The record of this Replace cannot be read; it cannot be undone.";
+// The folder of a Replace can no longer be reached as it was.
+std::string undoFolderGone(const std::string& folder, int error);
 inline constexpr const char* kUndoTitle = "Undo Last Replace";
 
 }  // namespace vantorel::history

@@ -1,5 +1,7 @@
 #include "search/ChangePreviewer.h"
 
+#include <system_error>
+
 #include "files/FileFunctions.h"
 #include "search/FileText.h"
 #include "search/PatternConstruction.h"
@@ -13,7 +15,13 @@ ChangePreviewer::ChangePreviewer(const RunRequest& request) {
         jobs_.emplace_back(job.findPattern, job.replaceText, request.ignoreCase);
     }
     settings_.makeBackups = request.makeBackups;
-    settings_.realStartFolder = realFolderOf(request.startFolder);
+    try {
+        root_.emplace(TreeRoot::open(request.startFolder));
+        settings_.root = &*root_;
+        settings_.walked = !request.markedOnly;
+    } catch (const std::system_error&) {
+        // A folder that cannot be opened: the Replace will say so.
+    }
 }
 
 ChangePreviewer::Result ChangePreviewer::preview(const std::string& path, ChangeLines lines) const {

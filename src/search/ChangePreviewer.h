@@ -4,9 +4,11 @@
 // jobs compiled as the run compiles them, files written only inside its
 // start folder. preview() may be called from several threads at once.
 
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "core/TreeRoot.h"
 #include "search/ChangePreview.h"
 #include "search/FileProcessor.h"
 #include "search/WriteBack.h"
@@ -27,6 +29,7 @@ public:
 
 private:
     std::vector<CompiledJob> jobs_;
+    std::optional<TreeRoot> root_;
     WriteSettings settings_;
 };
 

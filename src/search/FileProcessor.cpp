@@ -95,6 +95,7 @@ FileOutcome processFile(const std::string& path, const std::vector<CompiledJob>&
     if (text.bytes().empty()) return outcome;  // an empty file is never listed
     outcome.read = true;
     outcome.modified = text.modified();
+    outcome.bytes = static_cast<std::uint64_t>(text.identity().size);
     outcome.file = FileKey{text.identity().device, text.identity().inode};
     static const WriteSettings defaults;
     const WriteSettings& writing = pass.writing ? *pass.writing : defaults;

@@ -72,6 +72,7 @@ struct FileOutcome {
     std::optional<Message> readError;
     std::uint64_t matches = 0;
     std::uint64_t characters = 0;
+    std::uint64_t bytes = 0;      // the file's size
     std::time_t modified = 0;
     std::string extracted;        // UTF-8 values, each followed by CR LF
     std::vector<StyledText> previewSections;

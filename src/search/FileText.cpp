@@ -29,17 +29,6 @@ constexpr std::size_t kMapFrom = std::size_t{4} << 20;
 
 const char* const kChangedWhileRead = "The file changed while it was being read.";
 
-FileIdentity FileIdentity::of(const struct stat& st) noexcept {
-    return FileIdentity{st.st_dev, st.st_ino, static_cast<std::int64_t>(st.st_size),
-                        static_cast<std::int64_t>(st.st_mtim.tv_sec) * 1000000000 + st.st_mtim.tv_nsec};
-}
-
-std::optional<FileIdentity> FileIdentity::of(const std::string& path) {
-    struct stat st {};
-    if (::stat(path.c_str(), &st) != 0) return std::nullopt;
-    return of(st);
-}
-
 std::string tooLargeMessage(const std::string& path) {
     return path + " is too large to process.";
 }

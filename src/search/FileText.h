@@ -15,24 +15,12 @@
 #include <string>
 #include <string_view>
 
+#include "core/FileIdentity.h"
 #include "core/TextEncoding.h"
 
 namespace vantorel {
 
 class MappedFileGuard;
-
-// What identifies a file's contents as they were read: when any of it
-// differs later, the file has changed in between.
-struct FileIdentity {
-    dev_t device = 0;
-    ino_t inode = 0;
-    std::int64_t size = 0;
-    std::int64_t modifiedNs = 0;
-    bool operator==(const FileIdentity&) const = default;
-
-    static std::optional<FileIdentity> of(const std::string& path);
-    static FileIdentity of(const struct stat& st) noexcept;
-};
 
 class FileText {
 public:

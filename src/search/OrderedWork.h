@@ -6,7 +6,8 @@
 //
 // A stop request ends the walk before the next position is handed back, as
 // it would with one thread; results computed ahead are dropped (work must
-// therefore leave no visible trace until its result is taken).
+// therefore leave no visible trace until its result is taken), unless the
+// driver asks for them with nextFinished().
 //
 // Work that must not run ahead of the driver (it needs an earlier result to
 // have been dealt with, or a resource the driver frees) waits through its
@@ -28,6 +29,7 @@ template <class Result>
 class OrderedWork {
     struct Slot {
         bool ready = false;
+        bool skipped = false;  // its work was never done: a stop came first
         std::optional<Result> result;
         std::exception_ptr error;
     };
@@ -116,6 +118,34 @@ public:
         return true;
     }
 
+    // After next() returned false for a stop: the next position's result
+    // when its work was done all the same (it was under way or finished
+    // when the stop came), waiting for it to be handed over. False at the
+    // end, or at the first position whose work the stop prevented.
+    bool nextFinished(std::size_t& position, std::optional<Result>& result) {
+        if (workers_.empty()) return false;  // one thread: nothing runs ahead
+        std::unique_lock lock(mutex_);
+        handled_ = delivered_;
+        if (turnWaiters_ > 0) turnChanged_.notify_all();
+        if (delivered_ >= count_ || delivered_ >= claimed_) return false;  // never taken up
+        Slot& slot = slots_[delivered_ % window_];
+        while (!slot.ready) {
+            if (cancelled_) return false;
+            consumerWaiting_ = true;
+            resultReady_.wait_for(lock, std::chrono::milliseconds(20));
+            consumerWaiting_ = false;
+        }
+        if (slot.skipped) return false;
+        position = delivered_++;
+        slot.ready = false;
+        std::exception_ptr error = std::move(slot.error);
+        result = std::move(slot.result);
+        slot.result.reset();
+        lock.unlock();
+        if (error) std::rethrow_exception(error);
+        return true;
+    }
+
 private:
     bool nextInline(std::size_t& position, std::optional<Result>& result) {
         if (delivered_ >= count_ || stop_.load()) return false;
@@ -172,7 +202,10 @@ private:
                 run.current = position;
                 Slot& slot = run.done[position - run.first];
                 slot.ready = true;
-                if (stop_.load()) continue;  // never handed back: the driver stops first
+                if (stop_.load()) {
+                    slot.skipped = true;  // the driver stops here
+                    continue;
+                }
                 try {
                     if (needsWork_(position)) slot.result.emplace(work_(position, turn));
                 } catch (...) {

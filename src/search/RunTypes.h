@@ -75,6 +75,7 @@ enum class WriteStatus {
     ReadOnly,            // the file is read-only
     OutsideStartFolder,  // a link to a file outside the start folder, or a file outside it
     NotExactText,        // UTF-16 text that would not read back as it is
+    ForeignOwner,        // a new file would not keep its owner or group (another user's file)
     BackupFailed,        // no backup could be made, so the file was left as it was
     ChangedMeanwhile,    // another program changed the file after it was read
     Failed               // the new file could not be written or renamed into place

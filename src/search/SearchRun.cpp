@@ -8,6 +8,7 @@
 #include <unordered_set>
 
 #include "core/FolderSync.h"
+#include "core/TreeRoot.h"
 #include "files/FileFunctions.h"
 #include "files/FileListBuilder.h"
 #include "search/FileProcessor.h"
@@ -146,6 +147,9 @@ private:
         host_.runStarted(request_);
         if (!request_.markedOnly) host_.clearRows();
         host_.setProgress(-1, PassKind::Searching);
+        // A Replace writes below the start folder as it is now, whatever
+        // becomes of its name while the run goes on.
+        if (request_.kind == RunKind::Replace) root_.emplace(TreeRoot::open(request_.startFolder));
         host_.setStatus("Building file list...");
         buildList();
 
@@ -172,6 +176,7 @@ private:
                                            std::to_string(filesWithMatches_) + " file(s) ?",
                                        kProgramTitle, MessageIcon::Question, MessageKind::Notice};
                 if (host_.askYesNo(question)) {
+                    confirmed_ = true;
                     host_.clearRows();
                 } else {
                     passes = 0;
@@ -231,15 +236,23 @@ private:
         WriteSettings write;
         if (writing || (pass == PassKind::Counting && request_.changes)) {
             write.makeBackups = request_.makeBackups;
-            write.realStartFolder = realFolderOf(request_.startFolder);
-            if (!request_.markedOnly) write.walkedFolder = withTrailingSeparator(request_.startFolder);
+            write.root = root_ ? &*root_ : nullptr;
+            write.walked = !request_.markedOnly;
         }
         if (writing) {
             budget_ = std::make_unique<WriteBudget>(kWaitingBytes);
-            if (request_.journal) recorder_ = request_.journal->startRun(request_);
+            if (request_.journal && root_) {
+                recorder_ = request_.journal->startRun(request_, *root_);
+                if (recorder_) {
+                    std::vector<Message> messages;
+                    recorder_->plan(keepBytes_, kWaitingBytes + largestFile_, messages);
+                    for (const Message& message : messages) host_.showMessage(message);
+                    write.space = &relief_;
+                }
+            }
             // Backups are made in file order, some files waiting for those of
             // others: their new files are flushed one by one.
-            if (!request_.makeBackups && folders_.coverFileSystemOf(request_.startFolder))
+            if (!request_.makeBackups && root_ && folders_.coverFileSystemOf(root_->fd()))
                 write.syncedLater = folders_.coveredDevice();
         }
         PassSettings settings{request_.kind == RunKind::Replace, writing,
@@ -252,7 +265,8 @@ private:
         }
         const bool batched = write.syncedLater.has_value();
         const unsigned threads = threadCount(request_.threads);
-        OrderedWork<FileOutcome> work(
+        std::optional<OrderedWork<FileOutcome>> workers;
+        OrderedWork<FileOutcome>& work = workers.emplace(
             files_.size(), threads, std::size_t{threads} * 64,
             [this](std::size_t i) { return !skipped_[i]; },
             [this, &settings](std::size_t i, OrderedWork<FileOutcome>::Turn& turn) {
@@ -261,7 +275,10 @@ private:
             state_.stopRequested);
         std::size_t position = 0;
         std::optional<FileOutcome> outcome;
-        while (work.next(position, outcome)) {
+        // After a stop, the writing pass still takes the files whose new
+        // text is finished, in order, up to the first that is not.
+        auto next = [&] { return work.next(position, outcome) || (writing && work.nextFinished(position, outcome)); };
+        while (next()) {
             if (duplicate_[position]) continue;  // another name of a file already processed
             if (outcome && outcome->interrupted) break;
             if (outcome && outcome->file && !writing && !seen_.insert(*outcome->file).second) {
@@ -281,6 +298,7 @@ private:
             take(position, outcome, pass);
         }
         commitBatch(pass);
+        workers.reset();  // no file is worked on any more: none asks the journal for space
         folders_.flush();
         if (batched) folders_.syncFileSystem();  // the last files' new names
         if (recorder_) recorder_->finished();
@@ -302,6 +320,10 @@ private:
         if (pass == PassKind::Counting && counted > 0) {
             if (request_.makeBackups) noteBackup(position, path, outcome);
             if (outcome.keptText) kept_[position] = std::move(outcome.keptText);
+            // Undo keeps each old file (unless its backup does) on the start folder's file system.
+            if (root_ && outcome.file && outcome.file->device == root_->device() && !request_.makeBackups)
+                keepBytes_ += outcome.bytes;
+            largestFile_ = std::max(largestFile_, outcome.bytes);
         }
     }
 
@@ -312,7 +334,6 @@ private:
         if (batch_.empty()) return;
         const int error = batchWrites_ > 0 ? folders_.syncFileSystem() : 0;
         for (auto& [position, outcome] : batch_) {
-            if (state_.stopRequested) break;  // the files after it are left as they are
             if (error && outcome && outcome->pendingWrite) {
                 outcome->refused = outcome->pendingWrite->abandon(error, outcome->writeMessages);
                 outcome->pendingWrite.reset();
@@ -389,7 +410,7 @@ private:
         if (request_.batch) state_.previewPattern.clear();
         if (files_.empty())
             host_.showMessage(information(kNoFiles, MessageKind::Summary, kSearchComplete));
-        else if (matchesFound_ == 0)
+        else if (matchesFound_ == 0 && !confirmed_)  // a confirmed Replace found them in its counting pass
             host_.showMessage(information(kNoMatches, MessageKind::Summary, kSearchComplete));
     }
 
@@ -412,7 +433,22 @@ private:
     std::vector<std::pair<std::size_t, std::optional<FileOutcome>>> batch_;  // waiting for their new files' flush
     std::size_t batchWrites_ = 0;
     FolderSync folders_;
+    std::optional<TreeRoot> root_;  // a Replace's start folder, held open
     std::unique_ptr<ReplaceRecorder> recorder_;  // the writing pass's, when the run is recorded
+    // When a new file does not fit, the journal gives back what it keeps.
+    class JournalRelief : public SpaceRelief {
+    public:
+        explicit JournalRelief(std::unique_ptr<ReplaceRecorder>& recorder) : recorder_(recorder) {}
+        bool relieve(std::vector<Message>& messages) override {
+            return recorder_ && recorder_->giveBackSpace(messages);
+        }
+
+    private:
+        std::unique_ptr<ReplaceRecorder>& recorder_;
+    } relief_{recorder_};
+    std::uint64_t keepBytes_ = 0;    // the old files that Undo would keep
+    std::uint64_t largestFile_ = 0;
+    bool confirmed_ = false;         // the user said Yes to the Replace
     std::uint64_t filesDone_ = 0;
     std::uint64_t totalMatches_ = 0;     // in the writing pass, those written
     std::uint64_t matchesFound_ = 0;     // written or not

@@ -1,19 +1,27 @@
 #include "search/WriteBack.h"
 
 #include <fcntl.h>
+#include <grp.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <memory>
 #include <system_error>
+#include <vector>
 
 #include "core/AtomicFileWriter.h"
+#include "core/FileDescriptor.h"
 #include "core/FolderSync.h"
+#include "core/LockedFile.h"
+#include "core/TemporaryFiles.h"
+#include "core/TreeRoot.h"
 #include "files/FileFunctions.h"
 #include "search/FileProcessor.h"
 #include "search/ReplaceRecorder.h"
+#include "search/WriteMessages.h"
 
 namespace vantorel {
 namespace {
@@ -65,109 +73,133 @@ private:
     TextSink& second_;
 };
 
-constexpr const char* kChangedBeforeWriting =
-    " was changed by another program while it was being processed; it was left as it is.";
-constexpr const char* kLinkLeadsOutside = " is a link to a file outside the start folder; it was not changed.";
-constexpr const char* kOutside = " is outside the start folder; it was not changed.";
-constexpr const char* kNotExactText =
-    " is UTF-16 text with code units that are not characters; it was not changed.";
-
-Message fileMessage(std::string text, MessageIcon icon) {
-    return Message{std::move(text), kProgramTitle, icon, MessageKind::FileError};
+// Whether the process is in `group` (a new file of its own may be given it).
+bool inGroup(gid_t group) {
+    static const std::vector<gid_t> groups = [] {
+        std::vector<gid_t> list(static_cast<std::size_t>(std::max(::getgroups(0, nullptr), 0)));
+        list.resize(static_cast<std::size_t>(std::max(::getgroups(static_cast<int>(list.size()), list.data()), 0)));
+        list.push_back(::getegid());
+        return list;
+    }();
+    return std::find(groups.begin(), groups.end(), group) != groups.end();
 }
 
-struct Target {
-    std::string path;  // the file to replace: a link is written through, not replaced
-    bool link = false;
-    bool outside = false;
+// Whether a check is about to refuse the file, and how to say it.
+struct WriteCheck {
+    WriteTarget target;
+    std::optional<WriteStatus> refused;
+    std::string why;  // the message's ending, for some refusals
+    int error = 0;    // the system's error, for Failed
 };
 
-Target targetOf(const std::string& path, const WriteSettings& settings) {
-    struct stat st {};
-    Target target{path};
-    target.link = ::lstat(path.c_str(), &st) == 0 && S_ISLNK(st.st_mode);
-    const bool walked = !settings.walkedFolder.empty() && path.rfind(settings.walkedFolder, 0) == 0;
-    if ((walked || settings.realStartFolder.empty()) && !target.link) return target;
-    std::unique_ptr<char, decltype(&std::free)> real(::realpath(path.c_str(), nullptr), &std::free);
-    if (!real) return target;  // the file went away: writing it will say so
-    if (target.link) target.path = real.get();
-    target.outside = !settings.realStartFolder.empty() &&
-                     std::string_view(real.get()).substr(0, settings.realStartFolder.size()) != settings.realStartFolder;
-    return target;
+WriteCheck checkWrite(const std::string& path, const FileText& text, const WriteSettings& settings) {
+    WriteCheck check;
+    check.target = writeTargetOf(path, settings);
+    const WriteTarget& target = check.target;
+    static const uid_t euid = ::geteuid();
+    if ((text.mode() & S_IWUSR) == 0) {
+        check.refused = WriteStatus::ReadOnly;  // the owner-write bit is clear
+    } else if (target.outside) {
+        check.refused = WriteStatus::OutsideStartFolder;
+        check.why = target.link ? kLinkLeadsOutside : kOutside;
+    } else if (!text.roundTrips()) {
+        check.refused = WriteStatus::NotExactText;
+        check.why = kNotExactText;
+    } else if (euid != 0 && text.owner() != euid) {
+        // A file we may not write is not replaced behind its owner's back,
+        // even where its folder would let us rename over it; one we may
+        // write is left all the same, as its new file would be ours.
+        if (::access(target.path.c_str(), W_OK) != 0) {
+            check.refused = WriteStatus::Failed;
+            check.error = errno;
+        } else {
+            check.refused = WriteStatus::ForeignOwner;
+            check.why = kForeignOwner;
+        }
+    } else if (euid != 0 && !inGroup(text.group())) {
+        check.refused = WriteStatus::ForeignOwner;
+        check.why = kForeignGroup;
+    }
+    return check;
 }
 
-// Copies a file's contents and attributes to `copy`, replacing it whole.
-void copyFile(const std::string& from, const std::string& copy, FolderSync& folders) {
-    const int fd = ::open(from.c_str(), O_RDONLY | O_CLOEXEC);
-    if (fd < 0) throw std::system_error(errno, std::generic_category(), from);
-    struct Closer {
-        int fd;
-        ~Closer() { ::close(fd); }
-    } closer{fd};
+// The open folder where the file is, reached as a write reaches it.
+FileDescriptor openFolderOf(const TreeRoot* root, const std::string& relative) {
+    if (root) return root->openFolder(TreeRoot::folderOf(relative));
+    const std::string folder = FolderOf(relative);
+    FileDescriptor fd(::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!fd) throw std::system_error(errno, std::generic_category(), folder);
+    return fd;
+}
+
+// The refusal of a file that is no longer where it was, or no longer the
+// file that was read.
+WriteOutcome changedRefusal(const std::string& path, const WriteTarget& target, int error,
+                            std::vector<Message>& messages) {
+    // A link where a folder or the file was: the way has changed under us.
+    const bool link = error == ELOOP || error == EXDEV || error == ENOTDIR;
+    messages.push_back(fileMessage(path + (link ? kNowThroughLink : kChangedBeforeWriting), MessageIcon::Warning));
+    return refusal(WriteStatus::ChangedMeanwhile, target.path);
+}
+
+// Copies the open file `from` into a new file named `name` in `folder`,
+// with its attributes.
+void copyOpenFile(int from, int folder, const std::string& name, const std::string& path, FolderSync& folders) {
     struct stat st {};
-    if (::fstat(fd, &st) != 0) throw std::system_error(errno, std::generic_category(), from);
-    AtomicFileWriter writer(copy, AtomicFileWriter::Attributes{st.st_mode, st.st_uid, st.st_gid, from});
+    if (::fstat(from, &st) != 0) throw std::system_error(errno, std::generic_category(), path);
+    const AtomicFileWriter::Attributes keep{st.st_mode, st.st_uid, st.st_gid, from};
+    AtomicFileWriter writer(folder, name, path, &keep);
     std::string buffer(1 << 20, '\0');
-    while (true) {
-        const ssize_t n = ::read(fd, buffer.data(), buffer.size());
+    for (off_t at = 0;;) {
+        const ssize_t n = ::pread(from, buffer.data(), buffer.size(), at);
         if (n < 0 && errno == EINTR) continue;
-        if (n < 0) throw std::system_error(errno, std::generic_category(), from);
+        if (n < 0) throw std::system_error(errno, std::generic_category(), path);
         if (n == 0) break;
         writer.write(std::string_view(buffer.data(), static_cast<std::size_t>(n)));
+        at += n;
     }
-    writer.commit(&folders);
+    writer.commit(folder, &folders);
 }
 
-// Keeps the old contents under the backup name, beside the listed file, and
-// returns that name. The file keeps its name throughout: the backup is a
-// second name of the old file or, where the file system has no such thing,
-// a copy. Nothing after a message when no backup could be made; the file
-// must then be left as it is.
-std::optional<std::string> keepBackup(const std::string& path, const std::string& target, FolderSync& folders,
-                                      std::vector<Message>& messages) {
-    const std::string backup = backupNameFor(path);
-    const std::string failed = "Error creating .bak file: " + backup;
-    struct stat fileStat {}, backupStat {};
-    if (::lstat(backup.c_str(), &backupStat) == 0) {
-        // On a file system that ignores case, "OLD.BAK" gets "OLD.bak": itself.
-        if (::stat(target.c_str(), &fileStat) == 0 && ::stat(backup.c_str(), &backupStat) == 0 &&
-            fileStat.st_dev == backupStat.st_dev && fileStat.st_ino == backupStat.st_ino) {
-            messages.push_back(fileMessage(failed, MessageIcon::None));
-            return std::nullopt;
-        }
-        if (!deleteFile(backup)) {
-            messages.push_back(fileMessage("Error deleting file " + backup, MessageIcon::Warning));
-            messages.push_back(fileMessage(failed, MessageIcon::None));
-            return std::nullopt;
-        }
+// Keeps the old contents under the backup name, beside the listed file:
+// a second name of the file (given under a temporary name, then renamed
+// over an older backup at once) or, where the file system has no such
+// thing, a copy. The file keeps its name throughout. False after a message
+// when no backup could be made; the file must then be left as it is.
+bool keepBackup(const LockedFile& file, int folder, const std::string& name, const std::string& path,
+                FolderSync& folders, std::vector<Message>& messages) {
+    const std::string failed = kBackupFailed + path;
+    struct stat st {};
+    // On a file system that ignores case, "OLD.BAK" gets "OLD.bak": itself.
+    if (::fstatat(folder, name.c_str(), &st, AT_SYMLINK_NOFOLLOW) == 0 && st.st_dev == file.identity().device &&
+        st.st_ino == file.identity().inode) {
+        messages.push_back(fileMessage(failed, MessageIcon::None));
+        return false;
     }
-    if (::linkat(AT_FDCWD, target.c_str(), AT_FDCWD, backup.c_str(), 0) == 0) {
-        folders.add(FolderOf(backup));
-        return backup;
+    int error = EEXIST;
+    std::string temp;
+    for (int attempt = 0; error == EEXIST && attempt < 100; ++attempt) {
+        temp = TemporaryFiles::newName();
+        error = linkOpenFile(file.fd(), folder, temp);
     }
-    if (errno != EEXIST) {
+    if (error == 0) {
+        if (::renameat(folder, temp.c_str(), folder, name.c_str()) == 0) {
+            folders.add(folder);
+            return true;
+        }
+        ::unlinkat(folder, temp.c_str(), 0);
+        // Something of that name stays, that an older backup would have made way for.
+        if (::fstatat(folder, name.c_str(), &st, AT_SYMLINK_NOFOLLOW) == 0)
+            messages.push_back(fileMessage("Error deleting file " + path, MessageIcon::Warning));
+    } else if (error == EPERM || error == EOPNOTSUPP || error == EMLINK || error == EXDEV) {
         try {
-            copyFile(target, backup, folders);
-            return backup;
+            copyOpenFile(file.fd(), folder, name, path, folders);
+            return true;
         } catch (const std::system_error&) {
         }
     }
     messages.push_back(fileMessage(failed, MessageIcon::None));
-    return std::nullopt;
-}
-
-WriteOutcome refusal(WriteStatus status, const std::string& path) {
-    WriteOutcome outcome;
-    outcome.status = status;
-    outcome.path = path;
-    return outcome;
-}
-
-WriteOutcome failure(const std::string& path, const std::system_error& error, std::vector<Message>& messages) {
-    WriteOutcome outcome = refusal(WriteStatus::Failed, path);
-    outcome.error = systemErrorText(error.code().value());
-    messages.push_back(fileMessage(writeErrorMessage(path, outcome.error), MessageIcon::Warning));
-    return outcome;
+    return false;
 }
 
 }  // namespace
@@ -179,6 +211,7 @@ constexpr std::pair<WriteStatus, std::string_view> kStatusNames[] = {
     {WriteStatus::ReadOnly, "read-only"},
     {WriteStatus::OutsideStartFolder, "outside-start-folder"},
     {WriteStatus::NotExactText, "not-exact-text"},
+    {WriteStatus::ForeignOwner, "foreign-owner"},
     {WriteStatus::BackupFailed, "backup-failed"},
     {WriteStatus::ChangedMeanwhile, "changed-meanwhile"},
     {WriteStatus::Failed, "failed"},
@@ -247,9 +280,47 @@ std::uint64_t writeNewText(const FileText& text, const std::vector<CompiledJob>&
     return applyJobs(text, jobs, tee, edits);
 }
 
-PendingWrite::PendingWrite(std::string path, std::unique_ptr<AtomicFileWriter> writer, bool makeBackups,
-                           const FileIdentity& readFrom, WriteBudget::Share share)
+WriteTarget writeTargetOf(const std::string& path, const WriteSettings& settings) {
+    WriteTarget target;
+    target.path = path;
+    struct stat st {};
+    target.link = ::lstat(path.c_str(), &st) == 0 && S_ISLNK(st.st_mode);
+    target.backupPath = backupNameFor(path);
+    if (!settings.root) {
+        if (target.link) {
+            std::unique_ptr<char, decltype(&std::free)> real(::realpath(path.c_str(), nullptr), &std::free);
+            if (real) target.path = real.get();
+        }
+        target.relative = target.path;
+        target.backupRelative = target.backupPath;
+        return target;
+    }
+    const TreeRoot& root = *settings.root;
+    const std::optional<std::string> relative = root.relativeOf(path, settings.walked);
+    target.outside = !relative;
+    if (relative) {
+        target.relative = *relative;
+        if (target.link) target.path = root.realPath() + *relative;
+    }
+    // The backup's folder is the listed file's own, wherever a link leads.
+    if (!target.link && relative) {
+        target.backupRelative = std::string(TreeRoot::folderOf(*relative)) + FileNameOf(target.backupPath);
+    } else if (const std::optional<std::string> folder = root.relativeOf(FolderOf(path) + ".", false)) {
+        target.backupRelative = *folder + "/" + FileNameOf(target.backupPath);
+    } else if (realFolderOf(FolderOf(path)) == root.realPath()) {
+        target.backupRelative = FileNameOf(target.backupPath);
+    } else {
+        target.backupOutside = true;
+    }
+    return target;
+}
+
+PendingWrite::PendingWrite(std::string path, WriteTarget target, const TreeRoot* root,
+                           std::unique_ptr<AtomicFileWriter> writer, bool makeBackups, const FileIdentity& readFrom,
+                           WriteBudget::Share share)
     : path_(std::move(path)),
+      target_(std::move(target)),
+      root_(root),
       writer_(std::move(writer)),
       makeBackups_(makeBackups),
       readFrom_(readFrom),
@@ -258,16 +329,51 @@ PendingWrite::PendingWrite(std::string path, std::unique_ptr<AtomicFileWriter> w
 PendingWrite::~PendingWrite() = default;
 
 WriteOutcome PendingWrite::commit(std::vector<Message>& messages, FolderSync& folders, ReplaceRecorder* recorder) {
-    const std::string& target = writer_->target();
-    if (FileIdentity::of(target) != readFrom_) {
-        messages.push_back(fileMessage(path_ + kChangedBeforeWriting, MessageIcon::Warning));
-        return refusal(WriteStatus::ChangedMeanwhile, target);
+    // The folder again, from the start folder down: a folder swapped for a
+    // link since the new file was made is not entered.
+    FileDescriptor folder;
+    try {
+        folder = openFolderOf(root_, target_.relative);
+    } catch (const std::system_error& error) {
+        return changedRefusal(path_, target_, error.code().value(), messages);
+    }
+    struct stat st {};
+    if (::fstat(folder.get(), &st) != 0 || st.st_dev != writer_->folderDevice() ||
+        st.st_ino != writer_->folderInode())
+        return changedRefusal(path_, target_, 0, messages);  // another folder of that name
+    const std::string name(TreeRoot::nameOf(target_.relative));
+    int error = 0;
+    const LockedFile file = LockedFile::open(folder.get(), name, error);
+    if (!file) {
+        if (error == EWOULDBLOCK) return failure(path_, std::system_error(error, std::generic_category()), messages);
+        return changedRefusal(path_, target_, error, messages);
+    }
+    // With the lock held: the file is still the one that was read, and
+    // still under its name. Another run that replaced it first has left
+    // a new file there; one that waits for us will find ours.
+    if (!file.regular() || file.identity() != readFrom_ || !file.stillAt(folder.get(), name))
+        return changedRefusal(path_, target_, 0, messages);
+    FileDescriptor backupFolder;
+    const std::string backupName = FileNameOf(target_.backupPath);
+    if (makeBackups_) {
+        try {
+            if (target_.backupOutside) throw std::system_error(EXDEV, std::generic_category());
+            backupFolder = openFolderOf(root_, target_.backupRelative);
+        } catch (const std::system_error&) {
+            messages.push_back(fileMessage(kBackupFailed + target_.backupPath, MessageIcon::None));
+            return refusal(WriteStatus::BackupFailed, target_.path);
+        }
     }
     if (recorder) {
-        const std::string backupName = makeBackups_ ? backupNameFor(path_) : std::string();
-        recorder->replacing(ReplacingFile{path_, target, readFrom_, writer_->written(), backupName}, messages);
+        const std::string noBackup;
+        recorder->replacing(ReplacingFile{path_, target_.path, target_.relative, folder.get(), name, file.fd(),
+                                          readFrom_, writer_->written(), backupFolder ? backupFolder.get() : -1,
+                                          makeBackups_ ? backupName : noBackup,
+                                          makeBackups_ ? target_.backupPath : noBackup,
+                                          makeBackups_ ? target_.backupRelative : noBackup},
+                            messages);
     }
-    WriteOutcome outcome = replace(messages, folders);
+    WriteOutcome outcome = replace(folder.get(), name, file, backupFolder ? backupFolder.get() : -1, messages, folders);
     if (recorder) recorder->replaced(outcome);
     return outcome;
 }
@@ -277,16 +383,36 @@ WriteOutcome PendingWrite::abandon(int error, std::vector<Message>& messages) {
     return failure(path_, std::system_error(error, std::generic_category(), path_), messages);
 }
 
-WriteOutcome PendingWrite::replace(std::vector<Message>& messages, FolderSync& folders) {
-    const std::string& target = writer_->target();
-    WriteOutcome outcome = refusal(WriteStatus::Written, target);
+WriteOutcome PendingWrite::replace(int folder, const std::string& name, const LockedFile& file, int backupFolder,
+                                   std::vector<Message>& messages, FolderSync& folders) {
+    WriteOutcome outcome = refusal(WriteStatus::Written, target_.path);
     if (makeBackups_) {
-        std::optional<std::string> backup = keepBackup(path_, target, folders, messages);
-        if (!backup) return refusal(WriteStatus::BackupFailed, target);
-        outcome.backup = std::move(*backup);
+        if (!keepBackup(file, backupFolder, FileNameOf(target_.backupPath), target_.backupPath, folders, messages))
+            return refusal(WriteStatus::BackupFailed, target_.path);
+        outcome.backup = target_.backupPath;
     }
     try {
-        writer_->commit(&folders);
+        const std::string temp = writer_->link(folder);
+        // The new file and the old one change places at once; the old one
+        // must be the file checked (a program that does not take the lock
+        // may have put another there meanwhile: that one goes back).
+        const int exchanged = exchangeNames(folder, temp, folder, name);
+        if (exchanged == 0) {
+            struct stat st {};
+            if (::fstatat(folder, temp.c_str(), &st, AT_SYMLINK_NOFOLLOW) != 0 ||
+                st.st_dev != file.identity().device || st.st_ino != file.identity().inode) {
+                exchangeNames(folder, temp, folder, name);
+                return changedRefusal(path_, target_, 0, messages);
+            }
+            ::unlinkat(folder, temp.c_str(), 0);  // the old file lives on under its backup's or the journal's name
+        } else if (exchanged == EINVAL || exchanged == ENOSYS || exchanged == EOPNOTSUPP) {
+            if (::renameat(folder, temp.c_str(), folder, name.c_str()) != 0)
+                throw std::system_error(errno, std::generic_category(), path_);
+        } else {
+            throw std::system_error(exchanged, std::generic_category(), path_);
+        }
+        writer_->placed();
+        folders.add(folder, writer_->written().device);
     } catch (const std::system_error& error) {
         return failure(path_, error, messages);
     }
@@ -300,43 +426,6 @@ WriteOutcome PendingWrite::replace(std::vector<Message>& messages, FolderSync& f
     return outcome;
 }
 
-namespace {
-
-// Whether a file with matches may be written, and if not why.
-struct WriteCheck {
-    Target target;
-    std::optional<WriteStatus> refused;
-    const char* why = nullptr;  // the message's ending, for some refusals
-    int error = 0;              // the system's error, for Failed
-};
-
-WriteCheck checkWrite(const std::string& path, const FileText& text, const WriteSettings& settings) {
-    WriteCheck check;
-    check.target = targetOf(path, settings);
-    const Target& target = check.target;
-    if ((text.mode() & S_IWUSR) == 0) {
-        check.refused = WriteStatus::ReadOnly;  // the owner-write bit is clear
-    } else if (target.outside) {
-        check.refused = WriteStatus::OutsideStartFolder;
-        check.why = target.link ? kLinkLeadsOutside : kOutside;
-    } else if (!text.roundTrips()) {
-        check.refused = WriteStatus::NotExactText;
-        check.why = kNotExactText;
-    } else {
-        // A file we may not write is not replaced behind its owner's back,
-        // even where its folder would let us rename over it.
-        static const uid_t euid = ::geteuid();
-        const bool ownWritable = euid == 0 || text.owner() == euid;  // the write bit is set
-        if (!ownWritable && ::access(target.path.c_str(), W_OK) != 0) {
-            check.refused = WriteStatus::Failed;
-            check.error = errno;
-        }
-    }
-    return check;
-}
-
-}  // namespace
-
 std::optional<WriteStatus> writeRefusal(const std::string& path, const FileText& text, const WriteSettings& settings) {
     return checkWrite(path, text, settings).refused;
 }
@@ -346,17 +435,20 @@ PreparedWrite prepareWriteBack(const std::string& path, const FileText& text,
                                WriteTurn* turn) {
     PreparedWrite result;
     const WriteCheck check = checkWrite(path, text, settings);
-    const Target& target = check.target;
-    if (check.refused) {
+    const WriteTarget& target = check.target;
+    auto countMatches = [&] {
         DiscardSink discard;
-        result.matches = applyJobs(text, jobs, discard);
+        return applyJobs(text, jobs, discard);
+    };
+    if (check.refused) {
+        result.matches = countMatches();
         if (result.matches == 0) return result;
         if (*check.refused == WriteStatus::Failed) {
             const std::system_error error(check.error, std::generic_category(), path);
             result.refused = failure(path, error, result.messages);
         } else {
             result.refused = refusal(*check.refused, target.path);
-            if (check.why) result.messages.push_back(fileMessage(path + check.why, MessageIcon::Warning));
+            if (!check.why.empty()) result.messages.push_back(fileMessage(path + check.why, MessageIcon::Warning));
         }
         return result;
     }
@@ -369,26 +461,48 @@ PreparedWrite prepareWriteBack(const std::string& path, const FileText& text,
         }
         share = std::move(*room);
     }
-    std::unique_ptr<AtomicFileWriter> writer;
+    // The file where a write reaches it must be the one whose text was read.
+    FileDescriptor folder, original;
+    int error = 0;
     try {
-        writer = std::make_unique<AtomicFileWriter>(
-            target.path, AtomicFileWriter::Attributes{text.mode(), text.owner(), text.group(), {}});
-        WriterSink fileSink(*writer);
-        result.matches = writeNewText(text, jobs, fileSink);
-        if (result.matches == 0) return result;  // nothing changed: the writer removes its file
-        if (settings.syncedLater) writer->finishUnsynced(*settings.syncedLater);
-        else writer->finish();
-    } catch (const std::system_error& error) {
-        if (result.matches == 0) {  // the failure came first: what would have been replaced?
-            DiscardSink discard;
-            result.matches = applyJobs(text, jobs, discard);
-        }
-        result.refused = failure(path, error, result.messages);
+        folder = openFolderOf(settings.root, target.relative);
+        const std::string name(settings.root ? TreeRoot::nameOf(target.relative) : FileNameOf(target.relative));
+        original.reset(::openat(folder.get(), name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
+        if (!original) error = errno;
+        else if (FileIdentity::ofOpen(original.get()) != std::optional(text.identity())) error = ESTALE;
+    } catch (const std::system_error& failed) {
+        error = failed.code().value();
+    }
+    if (error != 0) {
+        result.matches = countMatches();
+        if (result.matches > 0) result.refused = changedRefusal(path, target, error, result.messages);
         return result;
     }
+    const std::string name(settings.root ? TreeRoot::nameOf(target.relative) : FileNameOf(target.relative));
+    const AtomicFileWriter::Attributes keep{text.mode(), text.owner(), text.group(), original.get()};
+    std::unique_ptr<AtomicFileWriter> writer;
+    while (true) {
+        try {
+            writer = std::make_unique<AtomicFileWriter>(folder.get(), name, target.path, &keep);
+            WriterSink fileSink(*writer);
+            result.matches = writeNewText(text, jobs, fileSink);
+            if (result.matches == 0) return result;  // nothing changed: the writer leaves nothing
+            if (settings.syncedLater) writer->finishUnsynced(*settings.syncedLater);
+            else writer->finish();
+            break;
+        } catch (const std::system_error& failed) {
+            writer.reset();
+            const int code = failed.code().value();
+            // Space that only protects is given back before a file fails for want of it.
+            if ((code == ENOSPC || code == EDQUOT) && settings.space && settings.space->relieve(result.messages)) continue;
+            if (result.matches == 0) result.matches = countMatches();  // the failure came first
+            result.refused = failure(path, failed, result.messages);
+            return result;
+        }
+    }
     share.resize(writer->written().size);
-    result.pending = std::make_unique<PendingWrite>(path, std::move(writer), settings.makeBackups,
-                                                    text.identity(), std::move(share));
+    result.pending = std::make_unique<PendingWrite>(path, target, settings.root, std::move(writer),
+                                                    settings.makeBackups, text.identity(), std::move(share));
     return result;
 }
 

@@ -9,9 +9,16 @@
 //
 // A file is left as it is, and the outcome says why, when it is read-only,
 // when it lies outside the start folder (a link leading out of it), when it
-// is UTF-16 text that would not read back as it was, when no backup can be
-// made, when another program changed it since it was read, or when the
-// system refuses the new file. Only an engine failure ends the run.
+// is UTF-16 text that would not read back as it was, when a new file would
+// not keep its owner, when no backup can be made, when another program (or
+// another run) changed it since it was read, when a folder on its way was
+// replaced by a link, or when the system refuses the new file. Only an
+// engine failure ends the run.
+//
+// Below a run's start folder, every folder is reached from the start
+// folder's descriptor without following links (TreeRoot), when the new file
+// is made and again when it is committed; the file is committed under its
+// lock (LockedFile), after checking that it is still the one that was read.
 
 #include <cstdint>
 #include <memory>
@@ -30,22 +37,49 @@ namespace vantorel {
 class AtomicFileWriter;
 class CompiledJob;
 class FolderSync;
+class LockedFile;
 class ReplaceRecorder;
 class TextSink;
+class TreeRoot;
+
+// Gives back disk space that only protects (the undo journal's) when a new
+// file does not fit. May be called from any thread.
+class SpaceRelief {
+public:
+    virtual ~SpaceRelief() = default;
+    // False when there is nothing more to give back; what it gave up is
+    // told in `messages`.
+    virtual bool relieve(std::vector<Message>& messages) = 0;
+};
 
 struct WriteSettings {
     bool makeBackups = false;
-    // Files are written only inside this folder (links resolved, ending in
-    // the separator); empty: anywhere.
-    std::string realStartFolder;
-    // Listed files under this folder (as typed, ending in the separator) are
-    // known to be inside it unless they are links; empty: every file is
-    // resolved.
-    std::string walkedFolder;
+    // Files are written only below this folder, reached from it without
+    // following links. None: each file in its own folder, by path.
+    const TreeRoot* root = nullptr;
+    // The files come from the walk of the root folder (rather than a list
+    // of marked files): a file's path then says where it is, unless it is a
+    // link.
+    bool walked = false;
     // New texts on this device are left in the system's cache: the driver
     // flushes the whole file system before it commits them. Nothing: each
     // is flushed as it is finished.
     std::optional<dev_t> syncedLater;
+    // Asked when a new file does not fit on its disk; the file is then
+    // written again.
+    SpaceRelief* space = nullptr;
+};
+
+// Where a file with matches would be written.
+struct WriteTarget {
+    std::string path;      // the file replaced: the listed one, or where its link leads
+    std::string relative;  // the same below the root; with no root, the whole path
+    bool link = false;
+    bool outside = false;  // below no root at all
+    // The backup goes beside the listed file, named after it.
+    std::string backupPath;
+    std::string backupRelative;
+    bool backupOutside = false;
 };
 
 // Lets the driver hold a file back until it may write its temporary file.
@@ -59,23 +93,28 @@ public:
 
 class PendingWrite {
 public:
-    PendingWrite(std::string path, std::unique_ptr<AtomicFileWriter> writer, bool makeBackups,
-                 const FileIdentity& readFrom, WriteBudget::Share share);
+    PendingWrite(std::string path, WriteTarget target, const TreeRoot* root,
+                 std::unique_ptr<AtomicFileWriter> writer, bool makeBackups, const FileIdentity& readFrom,
+                 WriteBudget::Share share);
     ~PendingWrite();
     PendingWrite(const PendingWrite&) = delete;
     PendingWrite& operator=(const PendingWrite&) = delete;
 
-    // Makes the backup and replaces the file, unless another program changed
-    // it since it was read; appends the messages to show. Folders changed
-    // are flushed through `folders`; `recorder` hears of the file first.
+    // Makes the backup and replaces the file, unless another program (or
+    // run) changed it since it was read; appends the messages to show.
+    // Folders changed are flushed through `folders`; `recorder` hears of
+    // the file first.
     WriteOutcome commit(std::vector<Message>& messages, FolderSync& folders, ReplaceRecorder* recorder = nullptr);
     // Gives up the new text, which could not be flushed to disk (`error`).
     WriteOutcome abandon(int error, std::vector<Message>& messages);
 
 private:
-    WriteOutcome replace(std::vector<Message>& messages, FolderSync& folders);
+    WriteOutcome replace(int folder, const std::string& name, const LockedFile& file, int backupFolder,
+                         std::vector<Message>& messages, FolderSync& folders);
 
     std::string path_;
+    WriteTarget target_;
+    const TreeRoot* root_;
     std::unique_ptr<AtomicFileWriter> writer_;
     bool makeBackups_;
     FileIdentity readFrom_;
@@ -103,13 +142,12 @@ std::uint64_t writeNewText(const FileText& text, const std::vector<CompiledJob>&
 
 // Why a file with matches would be left as it is; nothing when it would be written.
 std::optional<WriteStatus> writeRefusal(const std::string& path, const FileText& text, const WriteSettings& settings);
+// Where the file would be written.
+WriteTarget writeTargetOf(const std::string& path, const WriteSettings& settings);
 
 // Throws MatchError for an engine failure.
 PreparedWrite prepareWriteBack(const std::string& path, const FileText& text,
                                const std::vector<CompiledJob>& jobs, const WriteSettings& settings,
                                WriteTurn* turn);
-
-// The message of a write that failed: "Error writing " + path, CR LF, why.
-std::string writeErrorMessage(const std::string& path, const std::string& error);
 
 }  // namespace vantorel

@@ -39,12 +39,11 @@ bool UndoReplace::start() {
 void UndoReplace::report(const history::UndoJournal::Undo& undo) {
     using Status = history::UndoJournal::UndoStatus;
     if (undo.status != Status::Done) {
-        const char* text = undo.status == Status::Busy ? history::kUndoBusy : history::kUndoUnreadable;
-        messages_.showMessage(message(text, MessageIcon::Warning));
-        emit finished(QString::fromUtf8(text));
+        messages_.showMessage(message(undo.message, MessageIcon::Warning));
+        emit finished(QString::fromStdString(undo.message));
         return;
     }
-    const bool whole = undo.outcome.left() == 0;
+    const bool whole = undo.outcome.left() == 0 && undo.outcome.complete();
     messages_.showMessage(message(history::undoReport(undo.outcome, kListedFiles),
                                   whole ? MessageIcon::Information : MessageIcon::Warning));
     emit finished(QString::fromStdString(history::undoSummary(undo.outcome)));

@@ -105,20 +105,44 @@ TEST(AtomicFileWriterTest, KeepsOwnerGroupSpecialBitsAclAndExtendedAttributes) {
     EXPECT_EQ(aclOf(plain), plainAclBefore);
 }
 
-TEST(AtomicFileWriterTest, ClearsTemporaryFilesWhoseProcessIsGone) {
+TEST(AtomicFileWriterTest, ClearsOnlyTheTemporaryFilesItsOwnUserLeftWhenTheirProcessIsGone) {
     TempTree tree;
     const pid_t child = ::fork();
     if (child == 0) ::_exit(0);
     ::waitpid(child, nullptr, 0);
-    const std::string dead = ".vantorel-" + std::to_string(child) + "-1-a.txt";
-    const std::string running = ".vantorel-1-2-a.txt";  // process 1 started before it was written
-    const std::string reused = ".vantorel-1-3-b.txt";   // written before process 1 started
+    const std::string dead = std::to_string(child);
+    const std::string left = ".vantorel-" + dead + "-1";               // a killed run's: cleared
+    const std::string running = ".vantorel-1-2";                       // process 1 runs, and started first
+    const std::string reused = ".vantorel-1-3";                        // written before process 1 started
     const std::string ours = ".vantorel-" + std::to_string(::getpid()) + "-4";
-    for (const std::string& name : {dead, running, reused, ours}) tree.write(name, "left over");
+    const std::string lookalike = ".vantorel-" + dead + "-1-notes.txt";  // a user's own names
+    const std::string draft = ".vantorel-" + dead + "-0-draft";
+    const std::string linked = ".vantorel-" + dead + "-5";              // has another name
+    const std::string foreign = ".vantorel-" + dead + "-6";             // another user's
+    for (const std::string& name : {left, running, reused, ours, lookalike, draft, linked, foreign})
+        tree.write(name, "left over");
+    ASSERT_EQ(::link(tree.path(linked).c_str(), tree.path("kept-link").c_str()), 0);
     const timeval longAgo[2] = {{315532800, 0}, {315532800, 0}};  // 1980
     ASSERT_EQ(::utimes(tree.path(reused).c_str(), longAgo), 0);
+    const bool otherUser = ::geteuid() == 0 && ::chown(tree.path(foreign).c_str(), 65534, 65534) == 0;
     replaceWith(tree.path("a.txt"), "new");
-    EXPECT_EQ(entries(tree), (std::vector<std::string>{running, ours, "a.txt"}));
+    std::vector<std::string> expected{draft,  lookalike, running, linked, ours, "a.txt", "kept-link"};
+    if (otherUser) expected.push_back(foreign);
+    std::sort(expected.begin(), expected.end());
+    EXPECT_EQ(entries(tree), expected);
+}
+
+TEST(AtomicFileWriterTest, ANewFileHasNoNameUntilItIsCommittedAndNothingIsLeftWhenItIsNot) {
+    TempTree tree;
+    const std::string file = tree.write("a.txt", "old");
+    {
+        AtomicFileWriter writer(file);
+        writer.write("new");
+        writer.finish();
+        EXPECT_EQ(entries(tree), std::vector<std::string>{"a.txt"});
+    }
+    EXPECT_EQ(entries(tree), std::vector<std::string>{"a.txt"});
+    EXPECT_EQ(tree.read("a.txt"), "old");
 }
 
 }  // namespace

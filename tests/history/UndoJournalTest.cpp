@@ -187,6 +187,7 @@ TEST_F(UndoJournalTest, EveryCutOfAJournalReadsBackAsTheWholeRecordsBeforeTheCut
         ASSERT_LE(part.validBytes, cut);
         ASSERT_EQ(part.validBytes == 0 || text[part.validBytes - 1] == '\n', true);
         ASSERT_LE(part.files.size(), whole.files.size());
+        ASSERT_TRUE(part.damagedLines.empty()) << "a record cut short is not a damaged one";
         for (std::size_t i = 0; i < part.files.size(); ++i) {
             EXPECT_EQ(part.files[i].path, whole.files[i].path);
             EXPECT_EQ(part.files[i].writtenHash, whole.files[i].writtenHash);
@@ -194,7 +195,13 @@ TEST_F(UndoJournalTest, EveryCutOfAJournalReadsBackAsTheWholeRecordsBeforeTheCut
     }
     std::string spoilt = text;
     spoilt[text.find("b.txt")] = 'x';  // the second file's record no longer matches its check
-    EXPECT_EQ(parseJournal(spoilt).files.size(), 1u);
+    const Journal damaged = parseJournal(spoilt);
+    ASSERT_EQ(damaged.files.size(), 2u);  // the records after it still count
+    EXPECT_EQ(damaged.files[1].path, whole.files[2].path);
+    EXPECT_TRUE(damaged.files[1].status);
+    EXPECT_THAT(damaged.damagedFiles, ElementsAre(2u));
+    const std::size_t line = static_cast<std::size_t>(std::count(text.begin(), text.begin() + text.find("b.txt"), '\n')) + 1;
+    EXPECT_THAT(damaged.damagedLines, ElementsAre(line));
 }
 
 TEST_F(UndoJournalTest, OnlyTheNewestRunsAreKeptSoTheSpaceUsedStaysBounded) {

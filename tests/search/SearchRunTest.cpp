@@ -281,20 +281,31 @@ TEST_F(SearchRunTest, StopDuringTheCountingPassEndsAsAStoppedSearch) {
     EXPECT_EQ(tree.read("a.txt"), "x");
 }
 
-TEST_F(SearchRunTest, StopDuringTheWritingPassKeepsWhatWasWritten) {
-    tree.write("a.txt", "x");
-    tree.write("b.txt", "x");
-    host.answers = {true};
-    host.onRow = [this](const FileReport&) {
-        if (host.events.size() > 6) state.stopRequested = true;  // in the writing pass
-    };
-    const RunOutcome outcome = run(request(RunKind::Replace, "x", "y"));
-    EXPECT_TRUE(outcome.replaced);
-    EXPECT_EQ(tree.read("a.txt"), "y");
-    EXPECT_EQ(tree.read("b.txt"), "x");
-    EXPECT_THAT(host.messageTexts(),
-                ElementsAre("Replace operation stopped. Any replacements already made will not be undone.",
-                            "1 files processed, 1 occurences changed in 1 file(s)"));
+TEST_F(SearchRunTest, StopDuringTheWritingPassWritesWhatIsFinishedAndCountsIt) {
+    // Flushed together, both new files are finished before the first is
+    // renamed into place; one by one (backups), the second is not begun.
+    for (const bool backups : {false, true}) {
+        TempTree tree;
+        tree.write("a.txt", "x");
+        tree.write("b.txt", "x");
+        SearchState state;
+        RecordingHost host;
+        host.answers = {true};
+        host.onRow = [&](const FileReport& row) {
+            if (row.write) state.stopRequested = true;  // in the writing pass
+        };
+        RunRequest r = request(RunKind::Replace, "x", "y");
+        r.startFolder = tree.root();
+        r.makeBackups = backups;
+        const RunOutcome outcome = RunSearch(r, state, host);
+        EXPECT_TRUE(outcome.replaced);
+        EXPECT_EQ(tree.read("a.txt"), "y");
+        EXPECT_EQ(tree.read("b.txt"), backups ? "x" : "y");
+        const std::string summary = backups ? "1 files processed, 1 occurences changed in 1 file(s)"
+                                            : "2 files processed, 2 occurences changed in 2 file(s)";
+        EXPECT_THAT(host.messageTexts(),
+                    ElementsAre("Replace operation stopped. Any replacements already made will not be undone.", summary));
+    }
 }
 
 TEST_F(SearchRunTest, SizesAreCharactersAlsoWhenTheSearchNeedsNoEncoding) {

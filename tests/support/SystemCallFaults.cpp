@@ -7,6 +7,7 @@
 
 #include <cerrno>
 #include <climits>
+#include <cstdlib>
 #include <filesystem>
 
 namespace vantorel::test {
@@ -55,9 +56,17 @@ void SystemCallFaults::noteFileSystemFlushed() {
     std::lock_guard lock(mutex_);
     if (watchFlushesUnder.empty()) return;
     std::error_code ignored;
+    struct stat watched {};
+    ::stat(watchFlushesUnder.c_str(), &watched);
     for (const auto& entry : std::filesystem::recursive_directory_iterator(watchFlushesUnder, ignored)) {
         struct stat st {};
         if (::lstat(entry.path().c_str(), &st) == 0 && S_ISREG(st.st_mode)) flushed_.insert(identity(st));
+    }
+    // New files without a name yet are flushed too: they are open.
+    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd", ignored)) {
+        struct stat st {};
+        const int fd = std::atoi(entry.path().filename().c_str());
+        if (::fstat(fd, &st) == 0 && S_ISREG(st.st_mode) && st.st_dev == watched.st_dev) flushed_.insert(identity(st));
     }
 }
 
@@ -83,9 +92,32 @@ extern "C" int linkat(int fromFolder, const char* from, int toFolder, const char
     return static_cast<int>(::syscall(SYS_linkat, fromFolder, from, toFolder, to, flags));
 }
 
-extern "C" int rename(const char* from, const char* to) {
-    if (SystemCallFaults::beforeRename) SystemCallFaults::beforeRename(from, to);
-    return static_cast<int>(::syscall(SYS_renameat2, AT_FDCWD, from, AT_FDCWD, to, 0));
+namespace {
+
+// The path of `name` in the folder `folder` (AT_FDCWD: as given).
+std::string pathIn(int folder, const char* name) {
+    if (folder == AT_FDCWD || name[0] == '/') return name;
+    char path[PATH_MAX];
+    const std::string link = "/proc/self/fd/" + std::to_string(folder);
+    const ssize_t n = ::readlink(link.c_str(), path, sizeof path);
+    return n > 0 ? std::string(path, static_cast<std::size_t>(n)) + "/" + name : std::string(name);
+}
+
+int renamed(int fromFolder, const char* from, int toFolder, const char* to, unsigned flags) {
+    if (SystemCallFaults::beforeRename) SystemCallFaults::beforeRename(pathIn(fromFolder, from), pathIn(toFolder, to));
+    return static_cast<int>(::syscall(SYS_renameat2, fromFolder, from, toFolder, to, flags));
+}
+
+}  // namespace
+
+extern "C" int rename(const char* from, const char* to) { return renamed(AT_FDCWD, from, AT_FDCWD, to, 0); }
+
+extern "C" int renameat(int fromFolder, const char* from, int toFolder, const char* to) {
+    return renamed(fromFolder, from, toFolder, to, 0);
+}
+
+extern "C" int renameat2(int fromFolder, const char* from, int toFolder, const char* to, unsigned flags) {
+    return renamed(fromFolder, from, toFolder, to, flags);
 }
 
 extern "C" int fsync(int fd) {

@@ -1,6 +1,6 @@
 #pragma once
 // Faults and observations at the level of system calls, for the whole test
-// program: it defines linkat, rename, fsync and syncfs, which the engine then calls
+// program: it defines linkat, rename (renameat, renameat2), fsync and syncfs, which the engine then calls
 // in place of the C library's. They pass straight through unless a test asks
 // for more. Use through a Scope, which puts everything back at its end.
 
@@ -21,7 +21,7 @@ class SystemCallFaults {
 public:
     // linkat fails with EPERM, as on a file system without hard links.
     static std::atomic<bool> refuseLinks;
-    // Called before every rename with its two paths.
+    // Called before every rename (or exchange) with its two paths.
     static std::function<void(const std::string& from, const std::string& to)> beforeRename;
     // Folders flushed (fsync of a folder), in order, while `watchSyncs` is set.
     static std::atomic<bool> watchSyncs;
