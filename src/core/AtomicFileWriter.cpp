@@ -24,12 +24,17 @@ namespace {
 constexpr std::size_t kBufferSize = 1 << 20;
 constexpr const char* kAccessAcl = "system.posix_acl_access";
 
-// What the process is, read once.
+// What the process is: its mask read once, its identity each time (a
+// process may take another, as a forked test does).
 struct Process {
-    pid_t id = ::getpid();
     uid_t euid = ::geteuid();
     gid_t egid = ::getegid();
-    mode_t umask = currentUmask();
+    mode_t umask = umaskOnce();
+
+    static mode_t umaskOnce() {
+        static const mode_t mask = currentUmask();
+        return mask;
+    }
 
     static mode_t currentUmask() {
         // The system tells the mask without changing it here; elsewhere
@@ -48,10 +53,7 @@ struct Process {
     }
 };
 
-const Process& process() {
-    static const Process instance;
-    return instance;
-}
+Process process() { return Process{}; }
 
 // A new file without a name holds its descriptor until it is committed:
 // a Replace with many files waiting for their turn needs more descriptors
@@ -176,7 +178,7 @@ void AtomicFileWriter::fail(int error) const {
 }
 
 void AtomicFileWriter::create(int folder, const Attributes* keep, const std::string& keepFrom) {
-    const Process& self = process();
+    const Process self = process();
     allowManyOpenFiles();
     struct stat st {};
     if (::fstat(folder, &st) != 0) fail(errno);
@@ -213,7 +215,7 @@ void AtomicFileWriter::create(int folder, const Attributes* keep, const std::str
 
 void AtomicFileWriter::keepAttributes(const Attributes& keep, mode_t mode, bool folderHasDefaultAcl,
                                       const std::string& keepFrom) {
-    const Process& self = process();
+    const Process self = process();
     const int fd = fd_.get();
     // The owner and group first: changing them clears the set-user-ID and
     // set-group-ID bits, which the mode then sets again. Only a privileged

@@ -113,6 +113,7 @@ FileOutcome processFile(const std::string& path, const std::vector<CompiledJob>&
             outcome.pendingWrite = std::move(prepared.pending);
             outcome.refused = std::move(prepared.refused);
             outcome.writeMessages = std::move(prepared.messages);
+            outcome.noSpace = prepared.noSpace;
         }
     } catch (const MatchError& error) {
         throw MatchError(path + ": " + error.what());  // which file the engine gave up on

@@ -91,6 +91,7 @@ struct FileOutcome {
     std::unique_ptr<PendingWrite> pendingWrite;
     std::optional<WriteOutcome> refused;
     std::vector<Message> writeMessages;
+    bool noSpace = false;  // to be written again once the files before it are (see PreparedWrite)
 };
 
 // Nothing the user can see changes here: in the writing pass the new text

@@ -1,5 +1,7 @@
 #include "search/SearchRun.h"
 
+#include <sys/statvfs.h>
+
 #include <cmath>
 #include <cstdlib>
 #include <memory>
@@ -227,6 +229,18 @@ private:
         }
     }
 
+    // A file written on the driver's own thread, nothing waiting before it.
+    FileOutcome writeAlone(std::size_t position, const PassSettings& settings) {
+        MatchStop stop(state_.stopRequested);
+        try {
+            return processFile(files_.path(position), jobs_, settings);
+        } catch (const MatchStopped&) {
+            FileOutcome stopped;
+            stopped.interrupted = true;
+            return stopped;
+        }
+    }
+
     void runPass(PassKind pass) {
         filesDone_ = totalMatches_ = filesWithMatches_ = matchesFound_ = writesRefused_ = 0;
         state_.readOnlySkipped = 0;
@@ -240,12 +254,17 @@ private:
             write.walked = !request_.markedOnly;
         }
         if (writing) {
-            budget_ = std::make_unique<WriteBudget>(kWaitingBytes);
+            // New files waiting for their turn never take more than half the free space.
+            std::uint64_t waiting = kWaitingBytes;
+            struct statvfs disk {};
+            if (root_ && ::fstatvfs(root_->fd(), &disk) == 0)
+                waiting = std::min<std::uint64_t>(waiting, std::uint64_t{disk.f_bavail} * disk.f_frsize / 2);
+            budget_ = std::make_unique<WriteBudget>(waiting);
             if (request_.journal && root_) {
                 recorder_ = request_.journal->startRun(request_, *root_);
                 if (recorder_) {
                     std::vector<Message> messages;
-                    recorder_->plan(keepBytes_, kWaitingBytes + largestFile_, messages);
+                    recorder_->plan(keepBytes_, largestFile_, messages);
                     for (const Message& message : messages) host_.showMessage(message);
                     write.space = &relief_;
                 }
@@ -280,6 +299,14 @@ private:
         auto next = [&] { return work.next(position, outcome) || (writing && work.nextFinished(position, outcome)); };
         while (next()) {
             if (duplicate_[position]) continue;  // another name of a file already processed
+            if (outcome && outcome->noSpace) {
+                // The disk is full: the files before it are written first
+                // (without the journal, each gives back its old contents),
+                // and from now on only the file waited for is written ahead.
+                budget_->setLimit(0);
+                commitBatch(pass);
+                outcome = writeAlone(position, settings);
+            }
             if (outcome && outcome->interrupted) break;
             if (outcome && outcome->file && !writing && !seen_.insert(*outcome->file).second) {
                 duplicate_[position] = skipped_[position] = true;
@@ -291,7 +318,7 @@ private:
                 // file; what comes after it waits its turn.
                 if (newFile) ++batchWrites_;
                 batch_.emplace_back(position, std::move(outcome));
-                if (batchWrites_ >= kFilesFlushedTogether || budget_->pending() >= kWaitingBytes / 2)
+                if (batchWrites_ >= kFilesFlushedTogether || budget_->pending() >= budget_->limit() / 2)
                     commitBatch(pass);
                 continue;
             }

@@ -75,12 +75,9 @@ private:
 
 // Whether the process is in `group` (a new file of its own may be given it).
 bool inGroup(gid_t group) {
-    static const std::vector<gid_t> groups = [] {
-        std::vector<gid_t> list(static_cast<std::size_t>(std::max(::getgroups(0, nullptr), 0)));
-        list.resize(static_cast<std::size_t>(std::max(::getgroups(static_cast<int>(list.size()), list.data()), 0)));
-        list.push_back(::getegid());
-        return list;
-    }();
+    if (group == ::getegid()) return true;
+    std::vector<gid_t> groups(static_cast<std::size_t>(std::max(::getgroups(0, nullptr), 0)));
+    groups.resize(static_cast<std::size_t>(std::max(::getgroups(static_cast<int>(groups.size()), groups.data()), 0)));
     return std::find(groups.begin(), groups.end(), group) != groups.end();
 }
 
@@ -96,7 +93,7 @@ WriteCheck checkWrite(const std::string& path, const FileText& text, const Write
     WriteCheck check;
     check.target = writeTargetOf(path, settings);
     const WriteTarget& target = check.target;
-    static const uid_t euid = ::geteuid();
+    const uid_t euid = ::geteuid();
     if ((text.mode() & S_IWUSR) == 0) {
         check.refused = WriteStatus::ReadOnly;  // the owner-write bit is clear
     } else if (target.outside) {
@@ -494,8 +491,13 @@ PreparedWrite prepareWriteBack(const std::string& path, const FileText& text,
             writer.reset();
             const int code = failed.code().value();
             // Space that only protects is given back before a file fails for want of it.
-            if ((code == ENOSPC || code == EDQUOT) && settings.space && settings.space->relieve(result.messages)) continue;
+            const bool full = code == ENOSPC || code == EDQUOT;
+            if (full && settings.space && settings.space->relieve(result.messages)) continue;
             if (result.matches == 0) result.matches = countMatches();  // the failure came first
+            if (full && turn) {
+                result.noSpace = true;  // again on the driver's thread, once what waits before it is written
+                return result;
+            }
             result.refused = failure(path, failed, result.messages);
             return result;
         }

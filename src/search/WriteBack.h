@@ -127,6 +127,9 @@ struct PreparedWrite {
     std::optional<WriteOutcome> refused;    // why not, when it is not
     std::vector<Message> messages;
     bool stopped = false;                   // the run stopped while the file waited
+    // The disk is full, with new files of earlier files still waiting on it:
+    // the driver writes those first, then this one again.
+    bool noSpace = false;
 };
 
 // Applies the jobs to `text`, writing the new text to `out`; returns the

@@ -17,8 +17,11 @@ class WriteBudget {
 public:
     explicit WriteBudget(std::uint64_t limit) : limit_(limit) {}
 
-    bool fits(std::uint64_t bytes) const noexcept { return pending_.load() + bytes <= limit_; }
+    bool fits(std::uint64_t bytes) const noexcept { return pending_.load() + bytes <= limit_.load(); }
+    // A disk that ran short of space: from now on, less waits on it.
+    void setLimit(std::uint64_t limit) noexcept { limit_ = limit; }
     std::uint64_t pending() const noexcept { return pending_.load(); }
+    std::uint64_t limit() const noexcept { return limit_.load(); }
 
     // A part of the budget, given back when the share ends.
     class Share {
@@ -66,7 +69,7 @@ public:
     }
 
 private:
-    const std::uint64_t limit_;
+    std::atomic<std::uint64_t> limit_;
     std::atomic<std::uint64_t> pending_{0};
 };
 

@@ -24,6 +24,8 @@ public:
     std::deque<bool> answers;  // answers to questions, in order; No when empty
     // Called on every row added (for example to press Stop).
     std::function<void(const FileReport&)> onRow;
+    // Called when a question is asked, before it is answered (while it waits).
+    std::function<void(const Message&)> onQuestion;
 
     void showMessage(const Message& m) override {
         messages.push_back(m);
@@ -31,6 +33,7 @@ public:
     }
     bool askYesNo(const Message& q) override {
         questions.push_back(q);
+        if (onQuestion) onQuestion(q);
         const bool yes = !answers.empty() && answers.front();
         if (!answers.empty()) answers.pop_front();
         events.push_back(std::string("ask:") + q.text + (yes ? ":yes" : ":no"));

@@ -19,6 +19,7 @@ std::mutex SystemCallFaults::mutex_;
 std::vector<std::string> SystemCallFaults::synced_;
 std::string SystemCallFaults::watchFlushesUnder;
 std::atomic<int> SystemCallFaults::syncfsError{0};
+std::function<void()> SystemCallFaults::beforeSyncfs;
 std::set<std::tuple<dev_t, ino_t, off_t, std::int64_t>> SystemCallFaults::flushed_;
 
 namespace {
@@ -34,6 +35,7 @@ SystemCallFaults::Scope::~Scope() {
     beforeRename = nullptr;
     watchSyncs = false;
     syncfsError = 0;
+    beforeSyncfs = nullptr;
     std::lock_guard lock(mutex_);
     synced_.clear();
     watchFlushesUnder.clear();
@@ -133,6 +135,7 @@ extern "C" int fsync(int fd) {
 }
 
 extern "C" int syncfs(int fd) {
+    if (SystemCallFaults::beforeSyncfs) SystemCallFaults::beforeSyncfs();
     if (const int error = SystemCallFaults::syncfsError) {
         errno = error;
         return -1;

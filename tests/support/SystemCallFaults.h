@@ -33,6 +33,8 @@ public:
     static bool flushedAsItIs(const std::string& path);
     // syncfs fails with this error when not 0.
     static std::atomic<int> syncfsError;
+    // Called before every syncfs (a batch of new files about to be renamed into place).
+    static std::function<void()> beforeSyncfs;
 
     class Scope {
     public:

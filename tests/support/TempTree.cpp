@@ -86,6 +86,13 @@ int TempTree::mode(const std::string& relative) const {
     return static_cast<int>(st.st_mode & 07777);
 }
 
+void TempTree::allowNewFiles(const std::string& relative) const {
+    const std::string folder = path(relative);
+    setImmutable(folder, false);
+    std::erase(locked_, folder);
+    ::chmod(folder.c_str(), 0755);
+}
+
 }  // namespace vantorel::test
 
 namespace vantorel::test {

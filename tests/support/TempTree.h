@@ -29,6 +29,8 @@ public:
     // Makes a folder refuse new files, to root as well where the file system
     // has an immutable flag; false when that cannot be done here.
     bool refuseNewFiles(const std::string& relative) const;
+    // Undoes refuseNewFiles().
+    void allowNewFiles(const std::string& relative) const;
     // Every file and link under the root (relative path) with its mode and
     // bytes (a link's target), to compare whole trees.
     std::map<std::string, std::string> snapshot() const;
