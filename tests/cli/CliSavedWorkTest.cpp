@@ -13,6 +13,7 @@ namespace {
 using test::CliResult;
 using test::runCli;
 using ::testing::HasSubstr;
+using ::testing::Not;
 
 class CliSavedWorkTest : public ::testing::Test {
 protected:
@@ -54,6 +55,13 @@ TEST_F(CliSavedWorkTest, AJobRunsItsStepsInOrderOnEachFileWithOneConfirmation) {
               "<[^>]+>\n\nYou have chosen to replace this with nothing. Sure? yes\n"
               "Replace 10 occurences in 2 file(s) ? yes\n");
     EXPECT_THAT(r.out, HasSubstr("2 files processed, 10 occurences changed in 2 file(s)"));
+    // A dry run of the job asks nothing, not even about the steps that replace with nothing.
+    tree.write("site/b.html", "<i>colour</i>\n");
+    const CliResult dry = cli({"-e", "--dry-run", "--job", "tidy", "replace"});
+    EXPECT_EQ(dry.exitCode, 0) << dry.err;
+    EXPECT_THAT(dry.err, Not(HasSubstr("Sure?")));
+    EXPECT_THAT(dry.out, HasSubstr("\n-<i>colour</i>\n+color\n"));
+    EXPECT_EQ(tree.read("site/b.html"), "<i>colour</i>\n");
     // Without -e the steps are plain text.
     tree.write("site/a.html", "x <[^>]+> colour\n");
     EXPECT_EQ(cli({"-y", "--job", "tidy", "replace"}).exitCode, 0);
