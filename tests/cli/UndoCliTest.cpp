@@ -99,6 +99,28 @@ TEST_F(UndoCliTest, UndoTakesBackTheNewestReplaceAfterAskingAndListsWhatItKeeps)
     EXPECT_EQ(undo.err, "There is no Replace to undo.\n");
 }
 
+TEST_F(UndoCliTest, ABatchJobOfManyStepsIsListedAndAskedAboutInAFewLines) {
+    std::string library = "grow\tcat\tcat1\r\n";
+    std::string job = "Grow\tgrow";
+    for (int step = 1; step < 30; ++step) {
+        library += "step" + std::to_string(step) + "\tcat" + std::to_string(step) + "\tcat" + std::to_string(step + 1) + "\r\n";
+        job += "\tstep" + std::to_string(step);
+    }
+    state.write("data/RegEx.txt", library);
+    state.write("data/BatchJobs.txt", job + "\r\n");
+    ASSERT_EQ(cli({"-y", "-f", "none.txt;a.txt", "--data-dir", state.path("data"), "--job", "grow", "replace"}).exitCode, 0);
+    EXPECT_EQ(tree.read("a.txt"), "1 cat30\n2\n3\n4\n5\n6\n7\n8\n9 cat30\n10\n11 cat30");
+
+    const auto listed = lines(runCli({"undo", "--list"}).out);
+    ASSERT_EQ(listed.size(), 2u);
+    EXPECT_THAT(listed[0], HasSubstr("\t\"cat\" -> \"cat1\"; \"cat1\" -> \"cat2\"; "));
+    EXPECT_THAT(listed[0], HasSubstr("; \"cat19\" -> \"cat20\"; ... and 10 more step(s)\tnext to undo"));
+    const CliResult undo = runCli({"undo"});
+    EXPECT_EQ(undo.exitCode, 1);
+    EXPECT_EQ(lines(undo.err).size(), 24u) << undo.err;  // question, blank line, heading, 20 steps, the rest counted
+    EXPECT_THAT(undo.err, HasSubstr("\n\"cat19\" -> \"cat20\"\n... and 10 more step(s) no"));
+}
+
 TEST_F(UndoCliTest, TheUndoRunsSettingBoundsTheReplacesKept) {
     {
         RegistryStore store(RegistryStore::defaultFile());
