@@ -1,6 +1,7 @@
 #include "cli/ConsoleHost.h"
 
 #include <poll.h>
+#include <time.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -8,6 +9,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "cli/PatchName.h"
 #include "core/TextEncoding.h"
 #include "files/FileFunctions.h"
 #include "search/ChangeHunks.h"
@@ -139,10 +141,17 @@ void ConsoleHost::showChanges(const reports::Changes& changes) {
         return;
     }
     if (changes.changes.hunks.empty()) return;  // replaced by the same text
-    const std::string_view path = changes.path;
-    const std::string folder = withTrailingSeparator(startFolder_);
-    const std::string_view label = path.starts_with(folder) ? path.substr(folder.size()) : path;
-    const std::string diff = unifiedDiff(label, changes.changes.hunks);
+    const PatchName name = patchNameOf(changes.path, realStartFolder_);
+    if (name.name.empty()) {
+        std::fprintf(stderr, "%s: %s; it is left out of the diff\n", changes.path.c_str(), name.problem.c_str());
+        ++leftOutOfDiff_;
+        return;
+    }
+    timespec now{};
+    ::clock_gettime(CLOCK_REALTIME, &now);
+    const std::string diff = unifiedDiff({name.name, changes.changes.modifiedNs},
+                                         {name.name, now.tv_sec * std::int64_t{1000000000} + now.tv_nsec},
+                                         changes.changes.hunks);
     if (options_.json) pendingDiff_ = diff;
     else if (!options_.quiet) std::fwrite(diff.data(), 1, diff.size(), stdout);
 }

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "cli/CliOptions.h"
+#include "files/FileFunctions.h"
 #include "results/ResultRow.h"
 #include "search/RunHost.h"
 
@@ -27,7 +28,10 @@ public:
     // The rows of the results list as the run left it.
     const std::vector<ResultRow>& rows() const { return rows_; }
     // Paths in a dry run's diff are given from here.
-    void setStartFolder(std::string folder) { startFolder_ = std::move(folder); }
+    void setStartFolder(const std::string& folder) { realStartFolder_ = realFolderOf(folder); }
+    // How many files that would change a dry run's diff could not hold,
+    // each named on standard error.
+    std::size_t leftOutOfDiff() const { return leftOutOfDiff_; }
 
 private:
     // What the reports the terminal shows do there.
@@ -49,7 +53,8 @@ private:
     std::vector<FileReport> heldRows_;
     std::vector<ResultRow> rows_;
     std::vector<Message> summaries_;
-    std::string startFolder_;
+    std::string realStartFolder_;
+    std::size_t leftOutOfDiff_ = 0;
     std::string pendingDiff_;  // a dry run's diff for the row that follows (--json)
 };
 

@@ -25,11 +25,15 @@ std::string shownPath(const RecordFile& file) {
 void fail(const std::string& text) { std::fprintf(stderr, "vantorel-cli: %s\n", text.c_str()); }
 
 // Reads a file's records; nothing when it cannot be read, said as the
-// window says it, with the system's reason after it.
+// window says it, with the file and the system's reason after it.
 template <class Read>
 auto readOrSay(Read read, const char* failure) -> std::optional<decltype(read())> {
     try {
         return read();
+    } catch (const RecordFileError& error) {
+        const std::string text = failure;
+        fail(text + (text.ends_with(": ") ? "" : "\n") + error.path().string() + ": " + error.what());
+        return std::nullopt;
     } catch (const std::exception& error) {
         const std::string text = failure;
         fail(text + (text.ends_with(": ") ? "" : "\n") + error.what());

@@ -8,17 +8,6 @@ namespace vantorel::cli {
 
 using namespace history;
 
-namespace {
-
-std::string steps(const RecordedRun& run) {
-    std::string text;
-    for (const JournalStep& step : run.steps)
-        text += (text.empty() ? "\"" : "; \"") + step.find + "\" -> \"" + step.replace + "\"";
-    return text;
-}
-
-}  // namespace
-
 int listRuns(const UndoJournal& journal) {
     const std::vector<RecordedRun> runs = journal.runs();
     bool next = true;
@@ -27,7 +16,7 @@ int listRuns(const UndoJournal& journal) {
         if (!run.undone) next = false;
         std::printf("%s\t%llu file(s)\t%s\t%s\t%s\t%s%s\n", runTime(run).c_str(),
                     static_cast<unsigned long long>(run.filesWritten), run.header.folder.c_str(),
-                    run.header.filter.c_str(), steps(run).c_str(), state, run.finished ? "" : " (cut short)");
+                    run.header.filter.c_str(), runSteps(run, "; ").c_str(), state, run.finished ? "" : " (cut short)");
     }
     std::printf("%zu replace(s) kept in %s, using %llu KB\n", runs.size(), journal.folder().c_str(),
                 static_cast<unsigned long long>((journal.spaceUsed() + 1023) / 1024));

@@ -160,5 +160,6 @@ int main(int argc, char** argv) {
     const bool exported = options.csvFile.empty() || outcome.result != RunResult::Completed ||
                           exportMatchList(host.rows(), [&] { return options.csvFile; }, host) != ExportResult::Failed;
     removeOldRunsInBackground(journal);
-    return exported ? exitCode(outcome) : 2;
+    // A file left out of a dry run's diff: patch would not give what the Replace writes.
+    return exported && host.leftOutOfDiff() == 0 ? exitCode(outcome) : 2;
 }

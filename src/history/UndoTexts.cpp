@@ -1,5 +1,6 @@
 #include "history/UndoTexts.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <iterator>
@@ -12,10 +13,22 @@ std::string runTime(const RecordedRun& run) {
     return formatDateTime(static_cast<std::time_t>(run.header.startedNs / 1000000000));
 }
 
+std::string runSteps(const RecordedRun& run, std::string_view separator) {
+    std::string text;
+    const std::size_t listed = std::min(run.steps.size(), kStepsListed);
+    for (std::size_t i = 0; i < listed; ++i) {
+        if (i > 0) text += separator;
+        text += "\"" + run.steps[i].find + "\" -> \"" + run.steps[i].replace + "\"";
+    }
+    if (run.steps.size() > listed)
+        text.append(separator).append("... and " + std::to_string(run.steps.size() - listed) + " more step(s)");
+    return text;
+}
+
 std::string runSummary(const RecordedRun& run) {
     std::string text = std::to_string(run.filesWritten) + " file(s) changed in " + run.header.folder + " (" +
                        run.header.filter + ")";
-    for (const JournalStep& step : run.steps) text += "\r\n\"" + step.find + "\" -> \"" + step.replace + "\"";
+    if (!run.steps.empty()) text += "\r\n" + runSteps(run, "\r\n");
     return text;
 }
 

@@ -1,8 +1,10 @@
 #pragma once
 // The words in which a recorded Replace is described and its Undo asked for.
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "history/UndoJournal.h"
 
@@ -10,7 +12,14 @@ namespace vantorel::history {
 
 // "2026-11-23 21:40:12" in local time.
 std::string runTime(const RecordedRun& run);
-// "3 file(s) changed in /data (*.txt)" then, one a line, each step: "cat" -> "dog".
+// How many of a run's steps are named; a batch job's further steps are
+// counted, so that a job of thousands of steps is still described in a
+// screenful.
+inline constexpr std::size_t kStepsListed = 20;
+// The steps, each as "cat" -> "dog", joined by `separator`: the first
+// kStepsListed, then "... and 5 more step(s)" for the rest.
+std::string runSteps(const RecordedRun& run, std::string_view separator);
+// "3 file(s) changed in /data (*.txt)" then, one a line, the steps.
 std::string runSummary(const RecordedRun& run);
 // "Undo the Replace of <time>?", a blank line, the summary.
 std::string undoQuestion(const RecordedRun& run);

@@ -1,17 +1,43 @@
 #include "library/RecordFile.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
 #include <stdexcept>
 #include <system_error>
 
 #include "core/AtomicFileWriter.h"
 #include "core/ProgramFolder.h"
 #include "core/TextEncoding.h"
+#include "files/FileFunctions.h"
 #include "search/FileText.h"
 
 namespace vantorel {
 namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+// The error of a file that could not be had, naming the folder instead when
+// that is what could not be entered.
+RecordFileError unreachable(const std::filesystem::path& path, int error) {
+    const std::filesystem::path folder = path.parent_path();
+    const bool folderShut = error == EACCES && !folder.empty() && ::access(folder.c_str(), X_OK) != 0;
+    return RecordFileError(folderShut ? folder : path, systemErrorText(error));
+}
+
+// Where the links starting at `path` end: the file to write. A link that
+// leads nowhere gives the name the file is to have.
+std::filesystem::path linkedFile(std::filesystem::path path) {
+    for (int links = 0;; ++links) {
+        std::error_code ec;
+        if (!std::filesystem::is_symlink(path, ec)) return path;
+        if (links == 40) throw unreachable(path, ELOOP);  // as the system gives up
+        const std::filesystem::path next = std::filesystem::read_symlink(path, ec);
+        if (ec) throw unreachable(path, ec.value());
+        path = next.is_absolute() ? next : path.parent_path() / next;
+    }
+}
 
 }  // namespace
 
@@ -65,6 +91,11 @@ std::filesystem::path RecordFile::writePath() const {
 }
 
 std::optional<std::string> RecordFile::text() const {
+    // Only a file that is not there is an empty one: a folder that cannot be
+    // entered, or a file that cannot be looked at, is not.
+    const std::filesystem::path own = writePath();
+    struct stat st {};
+    if (::stat(own.c_str(), &st) != 0 && errno != ENOENT) throw unreachable(own, errno);
     const std::filesystem::path path = readPath();
     if (path.empty()) return std::nullopt;
     FileText::Result result = FileText::read(path.string());
@@ -74,18 +105,18 @@ std::optional<std::string> RecordFile::text() const {
         case FileText::Status::TooLarge: throw std::runtime_error(tooLargeMessage(path.string()));
         case FileText::Status::Error: break;
     }
-    throw std::runtime_error(result.error);
+    throw RecordFileError(path, result.error);
 }
 
 void RecordFile::replaceWith(const std::string& text) const {
-    const std::filesystem::path target = writePath();
+    const std::filesystem::path target = linkedFile(writePath());
     try {
         std::filesystem::create_directories(target.parent_path());
         AtomicFileWriter writer(target.string());
         writer.write(text);
         writer.commit();
     } catch (const std::system_error& error) {
-        throw std::runtime_error(error.code().message());
+        throw RecordFileError(target, error.code().message());
     }
 }
 

@@ -7,11 +7,25 @@
 
 #include <filesystem>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace vantorel {
+
+// A record file that could not be read or written: what() is the system's
+// description ("Permission denied"), path() the file, or the folder that
+// could not be entered to reach it.
+class RecordFileError : public std::runtime_error {
+public:
+    RecordFileError(std::filesystem::path path, const std::string& reason)
+        : std::runtime_error(reason), path_(std::move(path)) {}
+    const std::filesystem::path& path() const noexcept { return path_; }
+
+private:
+    std::filesystem::path path_;
+};
 
 class RecordFile {
 public:
@@ -28,11 +42,12 @@ public:
     std::filesystem::path writePath() const;
 
     // The file's text as UTF-8, without a byte-order mark; nothing when there
-    // is no file. Throws std::runtime_error with the system's description
-    // when the file cannot be read.
+    // is no file. Throws RecordFileError when the file cannot be read or its
+    // folder cannot be entered (std::runtime_error for a file too large).
     std::optional<std::string> text() const;
     // Replaces the whole file with `text`, creating its folder when needed.
-    // Throws std::runtime_error with the system's description.
+    // A link stays a link: the file it leads to gets the text (and is made
+    // when it is not there yet). Throws RecordFileError.
     void replaceWith(const std::string& text) const;
 
 private:

@@ -1,7 +1,9 @@
 #include "search/ChangeHunks.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <cstring>
+#include <ctime>
 
 namespace vantorel {
 namespace {
@@ -217,9 +219,49 @@ std::string range(std::uint64_t start, std::uint64_t count) {
 
 }  // namespace
 
-std::string unifiedDiff(std::string_view label, const std::vector<ChangeHunk>& hunks) {
+std::string diffFileName(std::string_view name) {
+    static constexpr std::string_view kEscaped = "\"\\\a\b\t\n\v\f\r", kLetters = "\"\\abtnvfr";
+    std::string quoted = "\"";
+    bool needed = false;
+    for (const char c : name) {
+        const unsigned char byte = static_cast<unsigned char>(c);
+        if (const std::size_t at = kEscaped.find(c); at != std::string_view::npos) {
+            quoted += '\\';
+            quoted += kLetters[at];
+            needed = true;
+        } else if (byte < 0x20 || byte >= 0x80) {
+            const char octal[] = {'\\', static_cast<char>('0' + (byte >> 6)), static_cast<char>('0' + ((byte >> 3) & 7)),
+                                  static_cast<char>('0' + (byte & 7))};
+            quoted.append(octal, sizeof octal);
+            needed = true;
+        } else {
+            quoted += c;
+            needed = needed || c == ' ';
+        }
+    }
+    return needed ? quoted + '"' : std::string(name);
+}
+
+std::string diffTime(std::int64_t nanoseconds) {
+    std::int64_t seconds = nanoseconds / 1000000000, fraction = nanoseconds % 1000000000;
+    if (fraction < 0) {
+        fraction += 1000000000;
+        --seconds;
+    }
+    const std::time_t time = static_cast<std::time_t>(seconds);
+    std::tm local{};
+    ::localtime_r(&time, &local);
+    char date[32], zone[8], text[64];
+    std::strftime(date, sizeof date, "%Y-%m-%d %H:%M:%S", &local);
+    std::strftime(zone, sizeof zone, "%z", &local);
+    std::snprintf(text, sizeof text, "%s.%09lld %s", date, static_cast<long long>(fraction), zone);
+    return text;
+}
+
+std::string unifiedDiff(const DiffSide& from, const DiffSide& to, const std::vector<ChangeHunk>& hunks) {
     std::string out;
-    out.append("--- ").append(label).append("\n+++ ").append(label).append("\n");
+    out += "--- " + diffFileName(from.name) + '\t' + diffTime(from.modifiedNs) + '\n';
+    out += "+++ " + diffFileName(to.name) + '\t' + diffTime(to.modifiedNs) + '\n';
     for (const ChangeHunk& hunk : hunks) {
         out += "@@ -" + range(hunk.oldStart, hunk.oldCount) + " +" + range(hunk.newStart, hunk.newCount) + " @@\n";
         for (const ChangedLine& line : hunk.lines) {

@@ -35,9 +35,26 @@ struct ChangeHunk {
 std::vector<ChangeHunk> changeHunks(std::string_view oldText, std::string_view newText, const TextEdits& edits,
                                     unsigned context = 3);
 
-// "--- label\n+++ label\n" and each hunk as a unified diff gives it
-// ("@@ -1,4 +1,4 @@", lines starting with " ", "-" or "+", and
+// A file's name as GNU diff writes it in a header, for patch to read back:
+// as it is, unless it holds a space, a double quote, a backslash, a control
+// character other than DEL or a byte beyond ASCII; then between double
+// quotes, with \" \\ \a \b \t \n \v \f \r and three octal digits for the
+// other such bytes.
+std::string diffFileName(std::string_view name);
+
+// A time as a diff header gives it: "2026-11-25 14:03:59.123456789 +0100",
+// in local time.
+std::string diffTime(std::int64_t nanoseconds);
+
+// One side of a diff's header: the file's name and the time of its text.
+struct DiffSide {
+    std::string_view name;
+    std::int64_t modifiedNs = 0;
+};
+
+// "--- NAME\tTIME\n+++ NAME\tTIME\n" and each hunk as a unified diff gives
+// it ("@@ -1,4 +1,4 @@", lines starting with " ", "-" or "+", and
 // "\ No newline at end of file" after a last line without a break).
-std::string unifiedDiff(std::string_view label, const std::vector<ChangeHunk>& hunks);
+std::string unifiedDiff(const DiffSide& from, const DiffSide& to, const std::vector<ChangeHunk>& hunks);
 
 }  // namespace vantorel

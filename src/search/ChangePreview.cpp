@@ -51,6 +51,7 @@ FileChanges previewChanges(const std::string& path, const FileText& text, const 
     FileChanges changes;
     changes.encoding = text.encoding();
     changes.utf16 = text.utf16().has_value();
+    changes.modifiedNs = text.identity().modifiedNs;
     std::string fileBytes, newText;
     StringSink fileSink(fileBytes), textSink(newText);
     TextEdits edits;

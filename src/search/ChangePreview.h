@@ -22,6 +22,7 @@ struct WriteSettings;
 struct FileChanges {
     std::uint64_t matches = 0;
     std::optional<WriteStatus> refused;  // the file would be left as it is
+    std::int64_t modifiedNs = 0;         // the time of the text that was read
     TextEncoding encoding = TextEncoding::Utf8;
     bool utf16 = false;
     std::vector<ChangeHunk> hunks;        // none when the bytes would stay the same

@@ -109,7 +109,7 @@ private:
                 host_.showMessage(information(kInvalidPattern, MessageKind::Validation));
                 return false;
             }
-            if (request_.kind == RunKind::Replace && job.replaceText.empty()) {
+            if (request_.kind == RunKind::Replace && !request_.dryRun && job.replaceText.empty()) {
                 const Message question{job.findPattern + "\r\n\r\n" + kReplaceWithNothing,
                                        kProgramTitle, MessageIcon::Question, MessageKind::Validation};
                 if (!host_.askYesNo(question)) return false;

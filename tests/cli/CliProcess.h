@@ -38,8 +38,10 @@ struct CliResult {
 
 class CliProcess {
 public:
-    // With `terminal` set, standard input is a pseudo-terminal.
-    explicit CliProcess(const std::vector<std::string>& args, const std::string& cwd = "", bool terminal = false) {
+    // With `terminal` set, standard input is a pseudo-terminal. A `runner`
+    // (a program and its arguments, such as setpriv's) starts the program.
+    explicit CliProcess(const std::vector<std::string>& args, const std::string& cwd = "", bool terminal = false,
+                        const std::vector<std::string>& runner = {}) {
         int outPipe[2], errPipe[2];
         if (::pipe(outPipe) != 0 || ::pipe(errPipe) != 0) throw std::runtime_error("pipe");
         std::string input = "/dev/null";
@@ -57,12 +59,13 @@ public:
         posix_spawn_file_actions_addclose(&actions, outPipe[0]);
         posix_spawn_file_actions_addclose(&actions, errPipe[0]);
         if (!cwd.empty()) posix_spawn_file_actions_addchdir_np(&actions, cwd.c_str());
-        std::vector<std::string> all{VANTOREL_CLI};
+        std::vector<std::string> all = runner;
+        all.push_back(VANTOREL_CLI);
         all.insert(all.end(), args.begin(), args.end());
         std::vector<char*> argv;
         for (std::string& a : all) argv.push_back(a.data());
         argv.push_back(nullptr);
-        if (posix_spawn(&pid_, VANTOREL_CLI, &actions, nullptr, argv.data(), environ) != 0)
+        if (posix_spawn(&pid_, argv[0], &actions, nullptr, argv.data(), environ) != 0)
             throw std::runtime_error("spawn");
         posix_spawn_file_actions_destroy(&actions);
         ::close(outPipe[1]);

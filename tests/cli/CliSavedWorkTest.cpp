@@ -1,6 +1,11 @@
 // End-to-end runs of vantorel-cli with saved work: the library and the batch
 // jobs listed, a job's steps run, a library entry used.
 
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -13,6 +18,7 @@ namespace {
 using test::CliResult;
 using test::runCli;
 using ::testing::HasSubstr;
+using ::testing::Not;
 
 class CliSavedWorkTest : public ::testing::Test {
 protected:
@@ -54,6 +60,13 @@ TEST_F(CliSavedWorkTest, AJobRunsItsStepsInOrderOnEachFileWithOneConfirmation) {
               "<[^>]+>\n\nYou have chosen to replace this with nothing. Sure? yes\n"
               "Replace 10 occurences in 2 file(s) ? yes\n");
     EXPECT_THAT(r.out, HasSubstr("2 files processed, 10 occurences changed in 2 file(s)"));
+    // A dry run of the job asks nothing, not even about the steps that replace with nothing.
+    tree.write("site/b.html", "<i>colour</i>\n");
+    const CliResult dry = cli({"-e", "--dry-run", "--job", "tidy", "replace"});
+    EXPECT_EQ(dry.exitCode, 0) << dry.err;
+    EXPECT_THAT(dry.err, Not(HasSubstr("Sure?")));
+    EXPECT_THAT(dry.out, HasSubstr("\n-<i>colour</i>\n+color\n"));
+    EXPECT_EQ(tree.read("site/b.html"), "<i>colour</i>\n");
     // Without -e the steps are plain text.
     tree.write("site/a.html", "x <[^>]+> colour\n");
     EXPECT_EQ(cli({"-y", "--job", "tidy", "replace"}).exitCode, 0);
@@ -90,6 +103,42 @@ TEST_F(CliSavedWorkTest, ARefusedJobTouchesNothing) {
         EXPECT_EQ(r.out, "");
     }
     EXPECT_EQ(tree.read("site/a.html"), "<p>The  colour   is <b>red</b></p>\n");
+}
+
+TEST_F(CliSavedWorkTest, SavedWorkThatCannotBeReadIsSaidWithTheFileOrFolderNamed) {
+    // Root reads whatever the modes say: the program then runs as another user.
+    std::vector<std::string> runner;
+    if (::geteuid() == 0) {
+        if (::access("/usr/bin/setpriv", X_OK) != 0) GTEST_SKIP() << "running as root without setpriv";
+        runner = {"/usr/bin/setpriv", "--reuid=65534", "--regid=65534", "--clear-groups", "--"};
+        ::chmod(tree.root().c_str(), 0755);
+    }
+    const std::string data = tree.path("data");
+    const std::string library = "vantorel-cli: Error loading regular expression library.\n";
+    const std::string jobs = "vantorel-cli: Error loading batch jobs list: ";
+    const struct {
+        std::string unreadable;
+        std::vector<std::string> args;
+        std::string err;
+    } cases[] = {
+        {"data", {"library"}, library + data + ": Permission denied\n"},
+        {"data", {"jobs"}, jobs + data + ": Permission denied\n"},
+        {"data", {"--job", "tidy", "find"}, library + data + ": Permission denied\n"},
+        {"data/RegEx.txt", {"--entry", "british", "find"}, library + data + "/RegEx.txt: Permission denied\n"},
+        {"data/BatchJobs.txt", {"--job", "tidy", "find"}, jobs + data + "/BatchJobs.txt: Permission denied\n"},
+    };
+    for (const auto& c : cases) {
+        const std::string unreadable = tree.path(c.unreadable);
+        const auto mode = std::filesystem::status(unreadable).permissions();
+        std::filesystem::permissions(unreadable, std::filesystem::perms::none);
+        std::vector<std::string> args{"--data-dir", data, "-d", tree.path("site")};
+        args.insert(args.end(), c.args.begin(), c.args.end());
+        const CliResult r = test::CliProcess(args, "", false, runner).wait();
+        std::filesystem::permissions(unreadable, mode);
+        EXPECT_EQ(r.exitCode, 2) << c.err;
+        EXPECT_EQ(r.err, c.err);
+        EXPECT_EQ(r.out, "");
+    }
 }
 
 TEST_F(CliSavedWorkTest, AnEntryGivesFindAndReplacement) {

@@ -162,10 +162,17 @@ TEST_F(CliTest, VersionControlFoldersAreLeftAloneUnlessIncluded) {
     EXPECT_EQ(lines(r.out).back(), "6 files processed, 6 occurences found in 5 file(s)");
 }
 
-TEST_F(CliTest, ReplacingWithNothingAsksFirst) {
+TEST_F(CliTest, ReplacingWithNothingAsksFirstUnlessItIsADryRun) {
     CliResult r = cli({"-f", "*.txt", "replace", "cat", ""});
     EXPECT_EQ(r.exitCode, 2);
     EXPECT_THAT(r.err, HasSubstr("cat\n\nYou have chosen to replace this with nothing. Sure? no"));
+    for (const char* dryRun : {"--dry-run", "--diff"}) {
+        r = cli({dryRun, "-f", "c.txt", "replace", "cat", ""});
+        EXPECT_EQ(r.exitCode, 0) << dryRun;
+        EXPECT_THAT(r.err, Not(HasSubstr("Sure?"))) << dryRun;
+        EXPECT_THAT(r.out, HasSubstr("\n-cat\n+\n")) << dryRun;
+    }
+    EXPECT_EQ(tree.read("sub/c.txt"), "cat\n");
     r = cli({"-y", "-f", "*.txt", "replace", "cat", ""});
     EXPECT_EQ(tree.read("sub/c.txt"), "\n");
 }

@@ -6,6 +6,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <regex>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -24,7 +25,14 @@ using test::runCli;
 using test::TempTree;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
+using ::testing::Not;
 using ::testing::StartsWith;
+
+// A diff without the times after the names in its headers.
+std::string withoutTimes(const std::string& diff) {
+    static const std::regex header("(^|\n)(---|\\+\\+\\+) ([^\t\n]*)\t[^\n]*");
+    return std::regex_replace(diff, header, "$1$2 $3");
+}
 
 class UndoCliTest : public ::testing::Test {
 protected:
@@ -44,7 +52,7 @@ TEST_F(UndoCliTest, ADryRunsDiffAppliedWithPatchGivesExactlyTheReplacedTree) {
     const auto before = tree.snapshot();
     const CliResult diff = cli({"--dry-run", "--diff", "replace", "cat", "d\xc3\xb6g"});
     EXPECT_EQ(diff.exitCode, 0) << diff.err;
-    EXPECT_THAT(diff.out, StartsWith("--- a.txt\n+++ a.txt\n@@ -1,4 +1,4 @@\n-1 cat\n+1 d\xc3\xb6g\n 2\n 3\n 4\n@@ -6,6 +6,6 @@\n"));
+    EXPECT_THAT(withoutTimes(diff.out), StartsWith("--- a.txt\n+++ a.txt\n@@ -1,4 +1,4 @@\n-1 cat\n+1 d\xc3\xb6g\n 2\n 3\n 4\n@@ -6,6 +6,6 @@\n"));
     EXPECT_THAT(diff.err, HasSubstr("5 files processed, 7 occurences found in 4 file(s)"));
     EXPECT_EQ(tree.snapshot(), before);  // nothing written
     EXPECT_EQ(cli({"undo", "--list"}).exitCode, 1);  // nor recorded
@@ -59,8 +67,73 @@ TEST_F(UndoCliTest, ADryRunsDiffAppliedWithPatchGivesExactlyTheReplacedTree) {
     EXPECT_EQ(copy.snapshot(), tree.snapshot());
 
     const CliResult read = cli({"--dry-run", "-f", "*1252*", "replace", "d\xc3\xb6g", "cat"});
-    EXPECT_EQ(read.out, "--- sub/cp1252.txt\n+++ sub/cp1252.txt\n@@ -1 +1 @@\n-caf\xc3\xa9 d\xc3\xb6g\n+caf\xc3\xa9 cat\n");
+    EXPECT_EQ(withoutTimes(read.out), "--- sub/cp1252.txt\n+++ sub/cp1252.txt\n@@ -1 +1 @@\n-caf\xc3\xa9 d\xc3\xb6g\n+caf\xc3\xa9 cat\n");
     EXPECT_EQ(cli({"--dry-run", "replace", "absent", "x"}).exitCode, 1);
+}
+
+// Copies a tree, its links as links.
+void copyTree(const TempTree& from, const TempTree& to) {
+    std::filesystem::copy(from.root(), to.root(), std::filesystem::copy_options::recursive |
+                                                      std::filesystem::copy_options::copy_symlinks |
+                                                      std::filesystem::copy_options::overwrite_existing);
+}
+
+// Applies a diff with patch -p0 from the tree's root; patch's exit status.
+int applyPatch(const TempTree& tree, const TempTree& state, const std::string& diff) {
+    const std::string patchFile = state.write("changes.diff", diff);
+    return std::system(("cd '" + tree.root() + "' && patch -p0 --quiet --batch < '" + patchFile + "'").c_str());
+}
+
+TEST_F(UndoCliTest, TheDiffOfFilesOfAnyNameAndOfLinkedFilesAppliesWithPatch) {
+    TempTree names;
+    for (const std::string name : {"plain.txt", "a b.txt", "tab\there.txt", "line\nbreak.txt", "back\\slash.txt",
+                                   "say \"cat\".txt", "bell\a\x01\x7f\xe9\xff.txt", "sub dir/caf\xc3\xa9.txt", "cr\r"})
+        names.write(name, "1 cat\n2\n");
+    // A link to a file inside is written through: patch is given the file it leads to.
+    names.write("linked/target.txt", "a cat\n");
+    ::symlink("linked/target.txt", names.path("link.txt").c_str());
+    TempTree outside;
+    ::symlink(outside.write("o.txt", "cat\n").c_str(), names.path("out.txt").c_str());
+
+    const CliResult diff = runCli({"--dir", names.root(), "--diff", "replace", "cat", "dog"});
+    EXPECT_EQ(diff.exitCode, 0) << diff.err;
+    // Names that need no quoting are as they are; a tab and a time follow every name.
+    EXPECT_THAT(diff.out, ::testing::ContainsRegex("--- plain\\.txt\t[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9]{2}:[0-9]{2}:"
+                                                   "[0-9]{2}\\.[0-9]{9} [+-][0-9]{4}\n\\+\\+\\+ plain\\.txt\t"));
+    EXPECT_THAT(diff.out, HasSubstr("\n--- \"tab\\there.txt\"\t"));
+    EXPECT_THAT(diff.out, HasSubstr("\n--- \"bell\\a\\001\x7f\\351\\377.txt\"\t"));
+    EXPECT_THAT(diff.out, HasSubstr("\n--- linked/target.txt\t"));
+    EXPECT_THAT(diff.out, Not(HasSubstr("link.txt")));
+    // The link leading out of the start folder is not written: it is named, not in the diff.
+    EXPECT_THAT(diff.out, Not(HasSubstr("out.txt")));
+    EXPECT_THAT(diff.err, HasSubstr(names.path("out.txt") + ": outside-start-folder, it would be left as it is\n"));
+
+    TempTree copy;
+    copyTree(names, copy);
+    ASSERT_EQ(applyPatch(copy, state, diff.out), 0) << diff.out;
+    EXPECT_EQ(runCli({"--dir", names.root(), "-y", "replace", "cat", "dog"}).exitCode, 2);  // out.txt is left
+    EXPECT_EQ(copy.snapshot(), names.snapshot());
+}
+
+TEST_F(UndoCliTest, AFileThatPatchCannotWriteIsLeftOutOfTheDiffAndNamed) {
+    // patch writes the new text to NAME.oXXXXXX beside the file first: a name
+    // of more than NAME_MAX - 8 bytes cannot be patched.
+    const std::string longest(247, 'n'), tooLong(248, 'n');
+    TempTree names;
+    names.write(longest, "cat\n");
+    names.write(tooLong, "cat\n");
+    for (const char* dryRun : {"--diff", "--dry-run"}) {
+        const CliResult diff = runCli({"--dir", names.root(), dryRun, "replace", "cat", "dog"});
+        EXPECT_EQ(diff.exitCode, 2) << dryRun;
+        EXPECT_THAT(diff.out, HasSubstr("--- " + longest + "\t")) << dryRun;
+        EXPECT_THAT(diff.out, Not(HasSubstr(tooLong))) << dryRun;
+        EXPECT_THAT(diff.err, HasSubstr(names.path(tooLong) + ": ")) << dryRun;
+        if (std::string(dryRun) != "--diff") continue;
+        TempTree copy;
+        copyTree(names, copy);
+        ASSERT_EQ(applyPatch(copy, state, diff.out), 0);
+        EXPECT_EQ(copy.read(longest), "dog\n");
+    }
 }
 
 TEST_F(UndoCliTest, UndoTakesBackTheNewestReplaceAfterAskingAndListsWhatItKeeps) {
@@ -97,6 +170,28 @@ TEST_F(UndoCliTest, UndoTakesBackTheNewestReplaceAfterAskingAndListsWhatItKeeps)
     undo = runCli({"-y", "undo"});
     EXPECT_EQ(undo.exitCode, 1);
     EXPECT_EQ(undo.err, "There is no Replace to undo.\n");
+}
+
+TEST_F(UndoCliTest, ABatchJobOfManyStepsIsListedAndAskedAboutInAFewLines) {
+    std::string library = "grow\tcat\tcat1\r\n";
+    std::string job = "Grow\tgrow";
+    for (int step = 1; step < 30; ++step) {
+        library += "step" + std::to_string(step) + "\tcat" + std::to_string(step) + "\tcat" + std::to_string(step + 1) + "\r\n";
+        job += "\tstep" + std::to_string(step);
+    }
+    state.write("data/RegEx.txt", library);
+    state.write("data/BatchJobs.txt", job + "\r\n");
+    ASSERT_EQ(cli({"-y", "-f", "none.txt;a.txt", "--data-dir", state.path("data"), "--job", "grow", "replace"}).exitCode, 0);
+    EXPECT_EQ(tree.read("a.txt"), "1 cat30\n2\n3\n4\n5\n6\n7\n8\n9 cat30\n10\n11 cat30");
+
+    const auto listed = lines(runCli({"undo", "--list"}).out);
+    ASSERT_EQ(listed.size(), 2u);
+    EXPECT_THAT(listed[0], HasSubstr("\t\"cat\" -> \"cat1\"; \"cat1\" -> \"cat2\"; "));
+    EXPECT_THAT(listed[0], HasSubstr("; \"cat19\" -> \"cat20\"; ... and 10 more step(s)\tnext to undo"));
+    const CliResult undo = runCli({"undo"});
+    EXPECT_EQ(undo.exitCode, 1);
+    EXPECT_EQ(lines(undo.err).size(), 24u) << undo.err;  // question, blank line, heading, 20 steps, the rest counted
+    EXPECT_THAT(undo.err, HasSubstr("\n\"cat19\" -> \"cat20\"\n... and 10 more step(s) no"));
 }
 
 TEST_F(UndoCliTest, TheUndoRunsSettingBoundsTheReplacesKept) {

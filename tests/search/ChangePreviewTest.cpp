@@ -3,7 +3,9 @@
 
 #include <unistd.h>
 
+#include <ctime>
 #include <fstream>
+#include <optional>
 #include <nlohmann/json.hpp>
 
 #include <gmock/gmock.h>
@@ -14,6 +16,7 @@
 #include "search/FileProcessor.h"
 #include "search/FileText.h"
 #include "search/WriteBack.h"
+#include "support/ScopedEnvironment.h"
 #include "support/TempTree.h"
 
 namespace vantorel {
@@ -119,19 +122,55 @@ TEST(ChangePreviewTest, DecodedLinesShowTheReplacedTextAndTheDiffReadsAsAUnified
     const FileChanges changes = previewChanges(path, read.text, jobs, WriteSettings{}, ChangeLines::Decoded);
     EXPECT_EQ(changes.matches, 3u);
     EXPECT_EQ(changes.encoding, TextEncoding::Windows1252);
-    EXPECT_EQ(unifiedDiff("f.txt", changes.hunks),
-              "--- f.txt\n+++ f.txt\n"
+    EXPECT_EQ(unifiedDiff({"f.txt", changes.modifiedNs}, {"f.txt", 7}, changes.hunks),
+              "--- f.txt\t" + diffTime(changes.modifiedNs) + "\n+++ f.txt\t" + diffTime(7) + "\n"
               "@@ -1,14 +1,14 @@\n 1\n 2\n 3\n-4 caf\xc3\xa9\n+4 bar\n 5\n 6\n 7\n 8\n 9\n 10\n-11 caf\xc3\xa9\n+11 bar\n 12\n 13\n 14\n"
               "@@ -16,4 +16,4 @@\n 16\n 17\n 18\n-19 caf\xc3\xa9\n\\ No newline at end of file\n+19 bar\n\\ No newline at end of file\n");
     const std::string lines = tree.write("g.txt", "a\nb\nc\n");
     const std::vector<CompiledJob> dropB{{"^b\\n", "", false}};
-    EXPECT_EQ(unifiedDiff("g.txt", previewChanges(lines, FileText::read(lines).text, dropB, WriteSettings{},
-                                                  ChangeLines::FileBytes).hunks),
-              "--- g.txt\n+++ g.txt\n@@ -1,3 +1,2 @@\n a\n-b\n c\n");
+    EXPECT_EQ(unifiedDiff({"g.txt", 0}, {"g.txt", 0}, previewChanges(lines, FileText::read(lines).text, dropB,
+                                                                   WriteSettings{}, ChangeLines::FileBytes).hunks),
+              "--- g.txt\t" + diffTime(0) + "\n+++ g.txt\t" + diffTime(0) + "\n@@ -1,3 +1,2 @@\n a\n-b\n c\n");
     const ChangedLine& removed = changes.hunks[0].lines[3];
     const ChangedLine& added = changes.hunks[0].lines[4];
     EXPECT_EQ(removed.marks, (std::vector<std::pair<std::uint32_t, std::uint32_t>>{{2, 7}}));
     EXPECT_EQ(added.marks, (std::vector<std::pair<std::uint32_t, std::uint32_t>>{{2, 5}}));
+}
+
+TEST(ChangePreviewTest, TimesInTheDiffAreLocalWithTheirNanosecondsAndZone) {
+    const struct {
+        const char* zone;
+        std::int64_t ns;
+        std::string written;
+    } cases[] = {
+        {"UTC0", 0, "1970-01-01 00:00:00.000000000 +0000"},
+        {"UTC-1", 1000000007, "1970-01-01 01:00:01.000000007 +0100"},
+        {"UTC-1", -1, "1970-01-01 00:59:59.999999999 +0100"},
+        {"UTC+2:30", 1764000000123456789, "2025-11-24 13:30:00.123456789 -0230"},
+    };
+    for (const auto& c : cases) {
+        std::optional<test::ScopedEnvironment> zone(std::in_place, "TZ", c.zone);
+        ::tzset();
+        const std::string written = diffTime(c.ns);
+        zone.reset();
+        ::tzset();
+        EXPECT_EQ(written, c.written) << c.zone;
+    }
+}
+
+TEST(ChangePreviewTest, NamesInTheDiffAreQuotedAsGnuDiffQuotesThem) {
+    const struct {
+        std::string name, written;
+    } cases[] = {
+        {"sub/plain-name_1.txt", "sub/plain-name_1.txt"},
+        {"#@:*?'~$\x7f", "#@:*?'~$\x7f"},  // DEL is left as it is
+        {"a b", "\"a b\""},
+        {"say \"hi\"\\", "\"say \\\"hi\\\"\\\\\""},
+        {"\a\b\t\n\v\f\r", "\"\\a\\b\\t\\n\\v\\f\\r\""},
+        {"\x01\x1b[0m", "\"\\001\\033[0m\""},
+        {"caf\xc3\xa9\xff", "\"caf\\303\\251\\377\""},
+    };
+    for (const auto& c : cases) EXPECT_EQ(diffFileName(c.name), c.written) << c.name;
 }
 
 }  // namespace
