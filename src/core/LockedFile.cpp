@@ -28,7 +28,7 @@ LockedFile LockedFile::open(int folder, const std::string& name, int& error) {
         return file;
     }
     const auto deadline = std::chrono::steady_clock::now() + kLongestWait;
-    auto pause = std::chrono::microseconds(200);
+    auto pause = std::chrono::microseconds(50);
     while (::flock(file.fd_.get(), LOCK_EX | LOCK_NB) != 0) {
         if (errno == EINTR) continue;
         if (errno != EWOULDBLOCK || std::chrono::steady_clock::now() >= deadline) {
@@ -37,7 +37,7 @@ LockedFile LockedFile::open(int folder, const std::string& name, int& error) {
             return file;
         }
         std::this_thread::sleep_for(pause);
-        pause = std::min<std::chrono::microseconds>(pause * 2, std::chrono::milliseconds(20));
+        pause = std::min<std::chrono::microseconds>(pause * 2, std::chrono::milliseconds(2));
     }
     struct stat st {};
     if (::fstat(file.fd_.get(), &st) != 0) {

@@ -109,7 +109,7 @@ TEST_F(UndoSafetyTest, ARestoreNeverFollowsALinkPutInTheWayOfTheTree) {
 // said restored holds its old text, one said written holds the new one.
 TEST_F(UndoSafetyTest, AnUndoAndAReplaceAtOnceNeverLoseAChangeTheyReport) {
     constexpr int kFiles = 150;
-    for (int trial = 0; trial < 6; ++trial) {
+    for (int trial = 0; trial < 16; ++trial) {
         TempTree files;
         for (int i = 0; i < kFiles; ++i) files.write("f" + std::to_string(i) + ".txt", "cat");
         history::replace(files.root(), &journal, "cat", "dog");

@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <latch>
 #include <thread>
 
 #include <gmock/gmock.h>
@@ -133,14 +134,17 @@ TEST(ReplaceSafetyTest, AFileRewrittenInPlaceWithItsTimePutBackIsReadAgain) {
 // file that a run says it wrote holds that run's change, whatever the order.
 TEST(ReplaceSafetyTest, TwoReplacesAtOnceNeverLoseAChangeTheyReport) {
     constexpr int kFiles = 150;
-    for (int trial = 0; trial < 8; ++trial) {
+    for (int trial = 0; trial < 20; ++trial) {
         TempTree tree;
         for (int i = 0; i < kFiles; ++i) tree.write("f" + std::to_string(i) + ".txt", "cat cow");
         Replaced first, second;
         RunRequest dogs = job(tree.root(), "cat", "dog"), emus = job(tree.root(), "cow", "emu");
         dogs.threads = emus.threads = 2;
-        std::thread other([&] { second = replace(emus); });
-        first = replace(dogs);
+        std::latch bothAsked(2);  // their writing passes start together
+        RecordingHost dogHost, emuHost;
+        dogHost.onQuestion = emuHost.onQuestion = [&](const Message&) { bothAsked.arrive_and_wait(); };
+        std::thread other([&] { second = replace(emus, emuHost); });
+        first = replace(dogs, dogHost);
         other.join();
         int lost = 0;
         for (int i = 0; i < kFiles; ++i) {
