@@ -225,6 +225,7 @@ bool RunRecorder::giveBackSpace(std::vector<Message>& messages) {
     const std::lock_guard guard(mutex_);
     if (finished_) return false;
     try {
+        if (!lock_) lock_.reset(journal_.lock(false));
         if (journal_.giveBackOldest(name_)) return true;
     } catch (const std::system_error&) {
     }
