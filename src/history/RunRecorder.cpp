@@ -13,6 +13,7 @@
 #include "core/FolderSync.h"
 #include "files/FileFunctions.h"
 #include "history/UndoJournal.h"
+#include "history/UndoTexts.h"
 
 namespace vantorel::history {
 namespace {
@@ -123,6 +124,9 @@ void RunRecorder::replacing(const ReplacingFile& file, std::vector<Message>& mes
         ++files_;
         pending_ = std::move(record);
         if (std::chrono::steady_clock::now() - lastSync_ >= kSyncInterval) sync();
+    } catch (const UntrustedJournal& refused) {
+        failed_ = true;  // nothing of this run is recorded
+        messages.push_back(replaceNotRecorded(journal_.folder(), refused.distrust()));
     } catch (const std::system_error& error) {
         giveUp(file.path, error.code().value(), messages);
     }

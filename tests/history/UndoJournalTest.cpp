@@ -13,16 +13,14 @@
 
 #include "core/TemporaryFiles.h"
 #include "files/FileListBuilder.h"
+#include "history/JournalRuns.h"
 #include "history/UndoJournal.h"
-#include "search/SearchRun.h"
-#include "support/RecordingHost.h"
 #include "support/SystemCallFaults.h"
 #include "support/TempTree.h"
 
 namespace vantorel::history {
 namespace {
 
-using test::RecordingHost;
 using test::SystemCallFaults;
 using test::TempTree;
 using ::testing::ElementsAre;
@@ -36,31 +34,6 @@ std::map<std::string, std::string> filesIn(const TempTree& tree) {
 }
 
 const std::string kUtf16Cat = std::string("\xff\xfe" "c\0a\0t\0\n\0", 10);
-
-std::vector<std::string> replace(const std::string& folder, UndoJournal& journal, const std::string& find,
-                                 const std::string& replacement, bool backups = false, unsigned threads = 0) {
-    RunRequest r;
-    r.kind = RunKind::Replace;
-    r.jobs = {{find, replacement}};
-    r.filter = "*";
-    r.startFolder = folder;
-    r.makeBackups = backups;
-    r.threads = threads;
-    r.journal = &journal;
-    SearchState state;
-    RecordingHost host;
-    host.answers = {true};
-    RunSearch(r, state, host);
-    return host.messageTexts();
-}
-
-UndoOutcome undoLast(UndoJournal& journal) {
-    const std::optional<RecordedRun> run = journal.nextToUndo();
-    if (!run) return {};
-    const UndoJournal::Undo undo = journal.undo(*run);
-    EXPECT_EQ(undo.status, UndoJournal::UndoStatus::Done);
-    return undo.outcome;
-}
 
 class UndoJournalTest : public ::testing::Test {
 protected:
