@@ -13,6 +13,7 @@
 
 #include "core/FileDescriptor.h"
 #include "files/FileFunctions.h"
+#include "files/FileListBuilder.h"
 
 namespace vantorel::history {
 namespace {
@@ -150,6 +151,9 @@ Walked walk(const std::string& folder, bool make) {
     return walked;
 }
 
+constexpr const char kMarkerText[] =
+    "This folder holds an undo journal of Vantorel. No run of Vantorel enters it.\n";
+
 }  // namespace
 
 std::string describe(const Distrust& d) {
@@ -185,6 +189,16 @@ std::optional<Distrust> makeJournalFolder(const std::string& folder) {
     if (!fd || ::fstat(fd.get(), &st) != 0) return unreadable(walked.resolved, errno);
     if (auto distrust = checkOwn(walked.resolved, st, true)) return distrust;
     if ((st.st_mode & 077) != 0 && ::fchmod(fd.get(), 0700) != 0) return unreadable(walked.resolved, errno);
+    const std::string marker(kUndoJournalMarker);
+    const FileDescriptor tag(
+        ::openat(fd.get(), marker.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
+    if (tag) {
+        if (::write(tag.get(), kMarkerText, sizeof kMarkerText - 1) < 0) {
+            // The name alone marks the folder.
+        }
+    } else if (errno != EEXIST) {
+        return unreadable(walked.resolved + "/" + marker, errno);
+    }
     return std::nullopt;
 }
 

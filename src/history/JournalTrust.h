@@ -61,8 +61,9 @@ private:
 // a link at the folder's own name.
 std::optional<Distrust> checkJournalFolder(const std::string& folder, bool make = false);
 
-// Makes the journal's folder when it is missing, checks it and keeps it
-// private (0700).
+// Makes the journal's folder when it is missing, checks it, keeps it private
+// (0700) and marks it as a journal's folder (kUndoJournalMarker), which no
+// run enters; an unmarked one, made by an earlier version, is marked now.
 std::optional<Distrust> makeJournalFolder(const std::string& folder);
 
 // A real folder, or a regular file, that belongs to the user and that no one

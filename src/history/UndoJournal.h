@@ -12,6 +12,7 @@
 // is renamed to <folder>/old-<run> before it is removed.
 // Processes share the journal: a run being recorded holds a shared lock on
 // <folder>/lock; taking a run back and removing old runs hold it alone.
+// The folder holds the marker kUndoJournalMarker, which keeps every run out.
 //
 // A journal is used only when it can be trusted (see JournalTrust): its
 // folder, the folders above it, and the run's folder and files.

@@ -117,8 +117,8 @@ TEST_F(UndoCliTest, TheUndoRunsSettingBoundsTheReplacesKept) {
     EXPECT_THAT(listed[0], HasSubstr("\"dog\" -> \"cow\""));
     // The older run's kept contents go in the background.
     const auto entries = [&] { return std::distance(std::filesystem::directory_iterator(state.path("undo")), {}); };
-    for (int wait = 0; wait < 100 && entries() > 2; ++wait) ::usleep(50000);
-    EXPECT_EQ(entries(), 2);  // the lock and one run
+    for (int wait = 0; wait < 100 && entries() > 3; ++wait) ::usleep(50000);
+    EXPECT_EQ(entries(), 3);  // the lock, the journal's marker and one run
 }
 
 TEST_F(UndoCliTest, AReplaceWhoseWritesWereRefusedExitsWithTwoAndSaysWhatBecameOfEachFile) {

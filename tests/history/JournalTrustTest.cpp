@@ -12,6 +12,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "files/FileListBuilder.h"
 #include "history/JournalRuns.h"
 #include "history/JournalTrust.h"
 #include "history/UndoTexts.h"
@@ -117,6 +118,7 @@ TEST(JournalTrustTest, AReplaceGoesOnUnrecordedWhenItsJournalIsNotTrustedAndSays
             << c.what;
         EXPECT_EQ(state.snapshot(), stateBefore) << c.what << ": nothing recorded, nothing made";
         EXPECT_EQ(folderModes(state), modesBefore) << c.what << ": nothing made private that is not ours";
+        EXPECT_FALSE(state.exists("target/" + std::string(kUndoJournalMarker))) << c.what;
 
         ASSERT_TRUE(journal.refused()) << c.what;
         EXPECT_EQ(describe(*journal.refused()), refused + arranged.why);

@@ -202,6 +202,32 @@ TEST_F(UndoJournalTest, NoRunEntersTheJournalsFolders) {
     EXPECT_THAT(BuildFileList(tree.root(), "*.txt", true, stop).names, ElementsAre("f.txt"));
 }
 
+TEST_F(UndoJournalTest, AReplaceOverATreeHoldingAnotherJournalLeavesThatJournalWhole) {
+    UndoJournal theirs(tree.path("home/bob/.local/state/vantorel/undo"));
+    tree.write("f.txt", "cat");
+    history::replace(tree.root(), theirs, "cat", "dog");
+    const std::string run = theirs.folder() + "/" + theirs.runs().front().name;
+    const std::string marker = theirs.folder() + "/" + std::string(kUndoJournalMarker);
+    ::unlink(marker.c_str());  // as an earlier version left it
+    history::replace(tree.root(), theirs, "dog", "emu");
+    EXPECT_EQ(::access(marker.c_str(), F_OK), 0) << "marked when next used";
+    const auto before = tree.snapshot();
+
+    // Their journal holds "cat" and "dog": in its steps, and as the old contents it keeps.
+    EXPECT_EQ(history::replace(tree.root(), journal, "cat", "cow").back(), "No matches found in files.");
+    EXPECT_EQ(history::replace(tree.root(), journal, "dog", "cow", false, 0,
+                               {run + "/journal", run + "/kept/1", tree.path("f.txt")})
+                  .back(),
+              "No matches found in files.");
+    EXPECT_EQ(history::replace(run + "/kept", journal, "cat", "cow").back(),
+              "No files found in search path matching filter.");
+    EXPECT_EQ(tree.snapshot(), before);
+    EXPECT_FALSE(journal.nextToUndo());
+    EXPECT_EQ(history::undoLast(theirs).left(), 0u);
+    EXPECT_EQ(history::undoLast(theirs).left(), 0u);
+    EXPECT_EQ(tree.read("f.txt"), "cat");
+}
+
 TEST_F(UndoJournalTest, OldContentsOnAnotherFileSystemAreKeptAtItsTop) {
     struct stat shm {}, here {};
     if (::stat("/dev/shm", &shm) != 0 || ::stat(state.root().c_str(), &here) != 0 || shm.st_dev == here.st_dev ||
