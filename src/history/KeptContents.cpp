@@ -99,7 +99,9 @@ void removeTree(int parent, const std::string& name) {
 // their journal names none: it is taken for the current journal's when that
 // journal holds a run of its name (the names hold the time to the
 // nanosecond and the process), and recorded so; otherwise it is left, as it
-// may belong to another journal of the same user, which cannot be told.
+// may belong to another journal of the same user, which cannot be told,
+// unless it is empty (rmdir takes nothing else), as the runs taken back
+// leave theirs.
 void clearOrphans(int hidden, const std::string& ownRun, const std::string& journalRun) {
     const int listed = ::dup(hidden);
     DIR* dir = listed < 0 ? nullptr : ::fdopendir(listed);
@@ -123,6 +125,8 @@ void clearOrphans(int hidden, const std::string& ownRun, const std::string& jour
             if (runGone(*owner)) removeTree(hidden, name);
         } else if (!runGone(journal + name)) {
             writeRecord(run.get(), journal + name);
+        } else {
+            ::unlinkat(hidden, name.c_str(), AT_REMOVEDIR);
         }
     }
 }

@@ -91,6 +91,8 @@ TEST_F(KeptElsewhereTest, TheNextRunThereClearsTheFoldersWhoseJournalRunIsGoneAn
         {"an earlier version's, of a run of this journal", "", true,
          [&](const std::string& folder) { state.mkdir("undo/" + FileNameOf(folder)); }},
         {"an earlier version's, of another journal perhaps", "", true, {}},
+        {"an earlier version's, empty", "", false,
+         [](const std::string& folder) { ::unlink((folder + "/1").c_str()); }},
     };
     for (std::size_t i = 0; i < std::size(cases); ++i)
         if (const std::string folder = plant(tag + std::to_string(i), cases[i].journalRun.empty() ? nullptr
