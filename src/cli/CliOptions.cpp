@@ -92,7 +92,12 @@ undo). "undo" takes back the most recent Replace not yet taken back, after
 asking; a file is restored only when it still holds what the Replace wrote,
 and any other is named and left as it is. "undo --list" shows the recorded
 Replaces and the space they use. The newest 10 are kept (the UndoRuns
-setting; 0 records none).
+setting; 0 records none). A journal is used only when it is the user's own:
+its folder, and each recorded Replace's folder and files, belong to the user
+and no one else may write them, none is a link, and each folder above it
+belongs to the user or root and no one else may write it unless it is
+sticky. Otherwise a Replace goes on unrecorded and undo restores nothing,
+both saying which folder and why.
 "library" lists the library, one entry a line: name, TAB, pattern, TAB,
 replacement. "jobs" lists the batch jobs, one a line: the name, then TAB and
 each entry's name. Both list in file order, nothing when there is no file.
@@ -117,7 +122,8 @@ found, 2 when the input was refused, the run failed, or a Replace left a file
 with matches unwritten for any reason but its being read-only. A dry run
 exits as a declined Replace: 0 when something would change, 1 when nothing
 would. undo: 0 when every file was restored, 1 when there was nothing to
-undo or the question was declined, 2 when a file was left as it was.
+undo or the question was declined, 2 when a file was left as it was or the
+journal was refused.
 )";
 
 namespace {

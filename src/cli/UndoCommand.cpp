@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "cli/ConsoleHost.h"
 #include "history/UndoTexts.h"
 
 namespace vantorel::cli {
@@ -9,9 +10,20 @@ namespace vantorel::cli {
 using namespace history;
 
 int listRuns(const UndoJournal& journal) {
+    if (const std::optional<Distrust> refused = journal.refused()) {
+        std::fprintf(stderr, "%s\n", terminalText(journalRefused(journal.folder(), *refused)).c_str());
+        return 2;
+    }
     const std::vector<RecordedRun> runs = journal.runs();
     bool next = true;
+    int status = runs.empty() ? 1 : 0;
     for (const RecordedRun& run : runs) {
+        if (run.refused) {  // named, and not read
+            std::fprintf(stderr, "%s\n", terminalText(runRefused(run, *run.refused)).c_str());
+            status = 2;
+            next = false;  // undo stops at it
+            continue;
+        }
         const char* state = run.undone ? "undone" : next ? "next to undo" : "can be undone";
         if (!run.undone) next = false;
         std::printf("%s\t%llu file(s)\t%s\t%s\t%s\t%s%s\n", runTime(run).c_str(),
@@ -20,14 +32,22 @@ int listRuns(const UndoJournal& journal) {
     }
     std::printf("%zu replace(s) kept in %s, using %llu KB\n", runs.size(), journal.folder().c_str(),
                 static_cast<unsigned long long>((journal.spaceUsed() + 1023) / 1024));
-    return runs.empty() ? 1 : 0;
+    return status;
 }
 
 int undoLastRun(UndoJournal& journal, MessageHost& asker) {
+    if (const std::optional<Distrust> refused = journal.refused()) {
+        std::fprintf(stderr, "%s\n", terminalText(undoRefused(journal.folder(), *refused)).c_str());
+        return 2;
+    }
     const std::optional<RecordedRun> run = journal.nextToUndo();
     if (!run) {
         std::fprintf(stderr, "%s\n", kNothingToUndo);
         return 1;
+    }
+    if (run->refused) {
+        std::fprintf(stderr, "%s\n", terminalText(runRefused(*run, *run->refused)).c_str());
+        return 2;
     }
     if (!asker.askYesNo(Message{undoQuestion(*run), kUndoTitle, MessageIcon::Question, MessageKind::Notice})) return 1;
     const UndoJournal::Undo undo = journal.undo(*run);

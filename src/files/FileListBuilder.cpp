@@ -4,6 +4,8 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cstdlib>
+#include <memory>
 #include <cstdint>
 #include <unordered_set>
 
@@ -29,6 +31,28 @@ bool isVersionControlFolder(std::string_view name) noexcept {
 
 bool isUndoFolderName(std::string_view name) noexcept { return name.starts_with(kUndoFolderPrefix); }
 
+bool isInUndoFolder(const std::string& folder) {
+    std::string at = realFolderOf(folder);
+    if (at.size() > 1) at.pop_back();  // no trailing separator but for "/"
+    const std::string marker(kUndoJournalMarker);
+    for (struct stat st {};;) {
+        if (::lstat((withTrailingSeparator(at) + marker).c_str(), &st) == 0) return true;
+        const std::size_t slash = at.rfind(kPathSeparator);
+        if (slash == std::string::npos || at.size() <= 1) return false;
+        if (isUndoFolderName(std::string_view(at).substr(slash + 1))) return true;
+        at = slash == 0 ? "/" : at.substr(0, slash);
+    }
+}
+
+bool UndoFolders::holds(const std::string& file) {
+    std::unique_ptr<char, decltype(&std::free)> real(::realpath(file.c_str(), nullptr), &std::free);
+    std::string folder = FolderOf(real ? std::string(real.get()) : file);
+    if (folder.empty()) folder = ".";
+    const auto [known, added] = known_.try_emplace(folder, false);
+    if (added) known->second = isInUndoFolder(folder);
+    return known->second;
+}
+
 namespace {
 
 enum class EntryKind { File, Folder, Other };
@@ -36,9 +60,11 @@ enum class EntryKind { File, Folder, Other };
 struct Entry {
     std::string name;
     EntryKind kind;
+    bool link = false;
 };
 
-EntryKind kindOf(const std::string& folder, const dirent* entry) {
+EntryKind kindOf(const std::string& folder, const dirent* entry, bool& link) {
+    link = entry->d_type == DT_LNK;
     switch (entry->d_type) {
         case DT_REG: return EntryKind::File;
         case DT_DIR: return EntryKind::Folder;
@@ -55,8 +81,8 @@ EntryKind kindOf(const std::string& folder, const dirent* entry) {
             if (::lstat(path.c_str(), &st) != 0) return EntryKind::Other;
             if (S_ISDIR(st.st_mode)) return EntryKind::Folder;
             if (S_ISREG(st.st_mode)) return EntryKind::File;
-            if (S_ISLNK(st.st_mode) && ::stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode))
-                return EntryKind::File;
+            link = S_ISLNK(st.st_mode);
+            if (link && ::stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode)) return EntryKind::File;
             return EntryKind::Other;
         }
         default: return EntryKind::Other;
@@ -79,8 +105,8 @@ struct FolderIdHash {
 
 using VisitedFolders = std::unordered_set<FolderId, FolderIdHash>;
 
-// The folder's entries in name order; nothing when it cannot be read or was
-// read before under another name.
+// The folder's entries in name order; nothing when it cannot be read, was
+// read before under another name, or is an undo journal's.
 std::vector<Entry> readFolder(const std::string& folder, VisitedFolders& visited) {
     std::vector<Entry> entries;
     DIR* dir = ::opendir(folder.c_str());
@@ -93,7 +119,13 @@ std::vector<Entry> readFolder(const std::string& folder, VisitedFolders& visited
     while (const dirent* entry = ::readdir(dir)) {
         const std::string_view name = entry->d_name;
         if (name == "." || name == "..") continue;
-        entries.push_back({std::string(name), kindOf(folder, entry)});
+        if (name == kUndoJournalMarker) {
+            entries.clear();
+            break;
+        }
+        bool link = false;
+        const EntryKind kind = kindOf(folder, entry, link);
+        entries.push_back({std::string(name), kind, link});
     }
     ::closedir(dir);
     std::sort(entries.begin(), entries.end(),
@@ -114,6 +146,8 @@ FileList BuildFileList(const std::string& startFolder, const std::string& filter
         return list;
     }
     list.folders.push_back(withTrailingSeparator(startFolder));
+    if (isInUndoFolder(startFolder)) return list;
+    UndoFolders linkedInto;  // a linked file is not listed where its link leads into a journal's folder
     VisitedFolders visited;
     for (const std::string& own : ownFolders)  // as though seen already
         if (struct stat st {}; ::stat(own.c_str(), &st) == 0) visited.insert(FolderId{st.st_dev, st.st_ino});
@@ -127,7 +161,8 @@ FileList BuildFileList(const std::string& startFolder, const std::string& filter
                     !isUndoFolderName(entry.name))
                     list.folders.push_back(folder + entry.name + kPathSeparator);
             } else if (entry.kind == EntryKind::File && matchesAny(patterns, entry.name) &&
-                       !TemporaryFiles::isTemporaryName(entry.name)) {
+                       !TemporaryFiles::isTemporaryName(entry.name) &&
+                       !(entry.link && linkedInto.holds(folder + entry.name))) {
                 list.names.push_back(entry.name);
                 list.folderIndex.push_back(static_cast<std::uint32_t>(f));
             }

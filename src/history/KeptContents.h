@@ -5,7 +5,13 @@
 // else in a hidden folder ".vantorel-undo-<user id>" at the top of the
 // file's file system (as the desktop's trash does there), which no run
 // enters. Where neither can be had (a file system without hard links, or one
-// whose top we may not write) the contents are copied into the run's folder.
+// whose top we may not write or may not trust as a journal's folder) the
+// contents are copied into the run's folder.
+//
+// A run's folder there records, in kJournalRunFile, the journal's run it
+// belongs to. The first run that keeps contents there clears the folders of
+// runs whose journal run is gone (the journal deleted, or the run removed
+// while that file system was not mounted).
 
 #include <sys/types.h>
 
@@ -25,8 +31,11 @@ namespace vantorel::history {
 
 class KeptContents {
 public:
-    // `folder` (created by the caller) holds the run's kept contents;
-    // `runName` names the run's folder elsewhere too.
+    static constexpr const char* kJournalRunFile = "journal-run";
+
+    // `folder` (created by the caller) holds the run's kept contents: the
+    // `kept` folder in the journal's run folder. `runName` names the run's
+    // folder elsewhere too.
     KeptContents(std::string folder, std::string runName);
 
     struct Kept {
@@ -50,6 +59,7 @@ private:
 
     std::string folder_;  // ends in the separator
     std::string runName_;
+    std::string journalRun_;  // the journal's run folder
     dev_t device_ = 0;
     FileDescriptor folderFd_;
     std::map<dev_t, std::optional<std::string>> elsewhereByDevice_;

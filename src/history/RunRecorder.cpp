@@ -144,6 +144,9 @@ void RunRecorder::replacing(const ReplacingFile& file, std::vector<Message>& mes
         ++files_;
         pending_ = std::move(record);
         if (std::chrono::steady_clock::now() - lastSync_ >= kSyncInterval) sync();
+    } catch (const UntrustedJournal& refused) {
+        failed_ = true;  // nothing of this run is recorded
+        messages.push_back(replaceNotRecorded(journal_.folder(), refused.distrust()));
     } catch (const std::system_error& error) {
         if (outOfSpace(error.code().value())) {
             // Keeping would cost the Replace its files: keep nothing.

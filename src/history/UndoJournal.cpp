@@ -35,14 +35,6 @@ std::string environment(const char* name) {
     return value ? value : "";
 }
 
-// Makes the folder and those above it; the journal's own is private.
-void makeFolder(const std::string& folder) {
-    std::error_code ec;
-    fs::create_directories(folder, ec);
-    if (ec) throw std::system_error(ec, folder);
-    ::chmod(folder.c_str(), 0700);
-}
-
 }  // namespace
 
 std::string UndoJournal::defaultFolder() {
@@ -80,9 +72,12 @@ std::unique_ptr<ReplaceRecorder> UndoJournal::startRun(const RunRequest& request
 }
 
 int UndoJournal::lock(bool alone) const {
-    makeFolder(folder_);
+    if (std::optional<Distrust> refused = makeJournalFolder(folder_)) {
+        if (refused->reason != Distrust::Reason::Unreadable) throw UntrustedJournal(std::move(*refused));
+        throw std::system_error(refused->error, std::generic_category(), refused->path);
+    }
     const std::string path = folder_ + "/lock";
-    const int fd = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    const int fd = ::open(path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600);
     if (fd < 0) throw std::system_error(errno, std::generic_category(), path);
     while (::flock(fd, alone ? LOCK_EX | LOCK_NB : LOCK_SH) != 0) {
         if (errno == EINTR) continue;
@@ -105,14 +100,40 @@ std::vector<std::string> UndoJournal::runNames() const {
     return names;
 }
 
+std::optional<Distrust> UndoJournal::refused() const { return checkJournalFolder(folder_); }
+
+// The run's folder and what is in it but its kept contents, which are
+// second names of files whoever owns them, in a folder no one else may
+// write; and its folders elsewhere as a journal's folder is.
+std::optional<Distrust> UndoJournal::refusedRun(const std::string& folder) const {
+    if (auto refused = checkOwnFolder(folder)) return refused;
+    // Those not made yet (a run being started) may be missing: it is no run then.
+    for (const char* file : {kJournalFile, kElsewhereFile, kUndoneFile})
+        if (auto refused = checkOwnFile(folder + "/" + file, true)) return refused;
+    if (auto refused = checkOwnFolder(folder + "/" + kKeptFolder, true)) return refused;
+    for (const std::string& elsewhere : elsewhereOf(folder))
+        if (auto refused = checkJournalFolder(elsewhere)) return refused;
+    return std::nullopt;
+}
+
 std::vector<RecordedRun> UndoJournal::runs() const {
     std::vector<RecordedRun> runs;
     const std::vector<std::string> names = runNames();
     for (auto name = names.rbegin(); name != names.rend(); ++name) {
         const std::string run = folder_ + "/" + *name + "/";
+        if (std::optional<Distrust> refused = refusedRun(folder_ + "/" + *name)) {
+            RecordedRun untrusted;
+            untrusted.name = *name;
+            untrusted.refused = std::move(refused);
+            runs.push_back(std::move(untrusted));
+            continue;
+        }
         std::optional<Journal> journal = readJournal(run + kJournalFile);
         if (!journal) continue;
-        RecordedRun recorded{*name, std::move(journal->header), std::move(journal->steps)};
+        RecordedRun recorded;
+        recorded.name = *name;
+        recorded.header = std::move(journal->header);
+        recorded.steps = std::move(journal->steps);
         for (const JournalFileRecord& file : journal->files)
             if (file.status == WriteStatus::Written || !file.status) ++recorded.filesWritten;
         recorded.finished = journal->finishedNs.has_value();
@@ -239,12 +260,15 @@ std::vector<std::string> UndoJournal::setAside() const {
     return folders;
 }
 
-bool UndoJournal::hasSetAside() const { return !setAside().empty(); }
+// Not in a journal that is not trusted: the folders elsewhere that it lists could be anyone's.
+bool UndoJournal::hasSetAside() const { return !setAside().empty() && !refused(); }
 
 void UndoJournal::removeSetAside() const {
+    if (refused()) return;
     std::error_code ignored;
     for (const std::string& folder : setAside()) {
-        for (const std::string& elsewhere : elsewhereOf(folder)) fs::remove_all(elsewhere, ignored);
+        for (const std::string& elsewhere : elsewhereOf(folder))
+            if (!checkJournalFolder(elsewhere)) fs::remove_all(elsewhere, ignored);  // where nothing above can be swapped
         fs::remove_all(folder, ignored);
     }
 }

@@ -12,6 +12,10 @@
 // is renamed to <folder>/old-<run> before it is removed.
 // Processes share the journal: a run being recorded holds a shared lock on
 // <folder>/lock; taking a run back and removing old runs hold it alone.
+// The folder holds the marker kUndoJournalMarker, which keeps every run out.
+//
+// A journal is used only when it can be trusted (see JournalTrust): its
+// folder, the folders above it, and the run's folder and files.
 
 #include <cstdint>
 #include <memory>
@@ -20,6 +24,7 @@
 #include <vector>
 
 #include "history/JournalFile.h"
+#include "history/JournalTrust.h"
 #include "history/UndoRun.h"
 #include "search/ReplaceRecorder.h"
 
@@ -32,6 +37,8 @@ struct RecordedRun {
     std::uint64_t filesWritten = 0;
     bool finished = false;  // its end was recorded (else it is being recorded, or was cut short)
     bool undone = false;
+    // Why the run is not trusted; nothing else is read of such a run.
+    std::optional<Distrust> refused;
 };
 
 class UndoJournal : public ReplaceJournal {
@@ -56,6 +63,10 @@ public:
     std::string folder() const override { return folder_; }
     unsigned keepRuns() const noexcept { return keepRuns_; }
     void setKeepRuns(unsigned runs) noexcept { keepRuns_ = runs; }
+
+    // Why the journal's folder (or one above it) is not trusted; nothing
+    // when it is, or when there is no such folder yet.
+    std::optional<Distrust> refused() const;
 
     // The runs, newest first.
     std::vector<RecordedRun> runs() const;
@@ -92,11 +103,15 @@ public:
     std::uint64_t spaceUsed() const;
 
     // A descriptor holding the journal's lock, shared or alone; -1 when
-    // `alone` and another holds it. Throws std::system_error.
+    // `alone` and another holds it. Makes the journal's folder when it is
+    // missing. Throws std::system_error, UntrustedJournal when the journal
+    // is not trusted.
     int lock(bool alone) const;
 
 private:
     std::vector<std::string> runNames() const;
+    // Why the run in `folder` is not trusted.
+    std::optional<Distrust> refusedRun(const std::string& folder) const;
     // The folders elsewhere of the run in `folder`.
     std::vector<std::string> elsewhereOf(const std::string& folder) const;
     std::vector<std::string> setAside() const;

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "core/MessageHost.h"
 #include "history/UndoJournal.h"
 
 namespace vantorel::history {
@@ -29,6 +30,14 @@ std::string undoQuestion(const RecordedRun& run);
 std::string notEnoughSpaceToKeep(std::uint64_t bytes = 0);
 // "12.3 MB" and the like.
 std::string bytesText(std::uint64_t bytes);
+// "The undo journal <folder> is not used: <why>." for a journal that is not
+// trusted, and "Nothing was undone." after it.
+std::string journalRefused(const std::string& folder, const Distrust& why);
+std::string undoRefused(const std::string& folder, const Distrust& why);
+// The same for one recorded run that is not trusted.
+std::string runRefused(const RecordedRun& run, const Distrust& why);
+// What a Replace says when its journal is not trusted: it goes on, not recorded.
+Message replaceNotRecorded(const std::string& folder, const Distrust& why);
 
 inline constexpr const char* kNothingToUndo = "There is no Replace to undo.";
 inline constexpr const char* kUndoBusy = "A Replace is being written; undo it once it has finished.";

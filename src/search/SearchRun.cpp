@@ -139,8 +139,10 @@ private:
             files_ = BuildFileList(request_.startFolder, request_.filter, request_.scanSubfolders,
                                    state_.stopRequested, callbacks, request_.skipVersionControl, ownFolders);
         } else {
+            // Marked files are taken as they are, but none in an undo journal's folder.
+            UndoFolders undoFolders;
             for (const std::string& path : request_.markedFiles)
-                if (!holdsNul(path)) files_.addPath(path);
+                if (!holdsNul(path) && !undoFolders.holds(path)) files_.addPath(path);
             host_.clearRows();
         }
     }

@@ -25,9 +25,17 @@ UndoReplace::~UndoReplace() { watcher_.waitForFinished(); }
 
 bool UndoReplace::start() {
     if (busy()) return false;
+    if (const std::optional<history::Distrust> refused = journal_.refused()) {
+        messages_.showMessage(message(history::undoRefused(journal_.folder(), *refused), MessageIcon::Warning));
+        return false;
+    }
     const std::optional<history::RecordedRun> run = journal_.nextToUndo();
     if (!run) {
         messages_.showMessage(message(history::kNothingToUndo, MessageIcon::Information));
+        return false;
+    }
+    if (run->refused) {
+        messages_.showMessage(message(history::runRefused(*run, *run->refused), MessageIcon::Warning));
         return false;
     }
     if (!messages_.askYesNo(message(history::undoQuestion(*run), MessageIcon::Question))) return false;

@@ -6,6 +6,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <functional>
 #include <regex>
 
 #include <gmock/gmock.h>
@@ -14,6 +15,8 @@
 #include "cli/CliProcess.h"
 #include "core/CRegistry.h"
 #include "core/SettingsStore.h"
+#include "support/OtherUser.h"
+#include "support/ScopedEnvironment.h"
 #include "support/TempTree.h"
 
 namespace vantorel {
@@ -209,8 +212,8 @@ TEST_F(UndoCliTest, TheUndoRunsSettingBoundsTheReplacesKept) {
     EXPECT_THAT(listed[0], HasSubstr("\"dog\" -> \"cow\""));
     // The older run's kept contents go in the background.
     const auto entries = [&] { return std::distance(std::filesystem::directory_iterator(state.path("undo")), {}); };
-    for (int wait = 0; wait < 100 && entries() > 2; ++wait) ::usleep(50000);
-    EXPECT_EQ(entries(), 2);  // the lock and one run
+    for (int wait = 0; wait < 100 && entries() > 3; ++wait) ::usleep(50000);
+    EXPECT_EQ(entries(), 3);  // the lock, the journal's marker and one run
 }
 
 TEST_F(UndoCliTest, AReplaceWhoseWritesWereRefusedExitsWithTwoAndSaysWhatBecameOfEachFile) {
@@ -229,6 +232,74 @@ TEST_F(UndoCliTest, AReplaceWhoseWritesWereRefusedExitsWithTwoAndSaysWhatBecameO
     EXPECT_THAT(r.out, ::testing::EndsWith("\nWarning! 1 of the above file(s) were Read-Only and their "
                                            "replacements were not saved.\n"));
     EXPECT_EQ(runCli({"undo", "--list"}).exitCode, 1);  // --no-undo: nothing recorded
+}
+
+// Root replaces in other users' trees, with what the environment says: a
+// journal that is not his alone is neither written nor taken back from.
+TEST(UndoCliTrustTest, AJournalOrARunThatIsNotTrustedIsNotUsedAndTheMessageSaysWhichAndWhy) {
+    struct Case {
+        const char* what;
+        bool needsRoot;
+        // Before the Replace that is recorded: where its journal goes.
+        std::function<void(const TempTree& state, test::ScopedEnvironment& env)> place;
+        // After: the journal's folder, and what is named and why.
+        std::function<std::pair<std::string, std::string>(const TempTree& state)> spoil;
+        bool journalRefused;  // else its run is
+    };
+    const Case cases[] = {
+        {"XDG_STATE_HOME in another user's home, as plain su keeps it", true,
+         [](const TempTree& state, test::ScopedEnvironment& env) {
+             env.set("VANTOREL_CONFIG_HOME", nullptr);
+             env.set("XDG_STATE_HOME", state.path("bob/.local/state").c_str());
+         },
+         [](const TempTree& state) {
+             test::giveTo(state.path("bob"));
+             return std::pair{state.path("bob/.local/state/vantorel/undo"),
+                              state.path("bob") + " belongs to user 5001, not to user 0 or root"};
+         },
+         true},
+        {"others may write a run's journal", false, {},
+         [](const TempTree& state) {
+             std::string journal;
+             for (const auto& entry : std::filesystem::directory_iterator(state.path("undo")))
+                 if (entry.is_directory()) journal = entry.path().string() + "/journal";
+             ::chmod(journal.c_str(), 0666);
+             return std::pair{state.path("undo"), journal + " can be written by other users (mode 0666)"};
+         },
+         false},
+    };
+    for (const Case& c : cases) {
+        if (c.needsRoot && ::geteuid() != 0) continue;
+        SCOPED_TRACE(c.what);
+        TempTree tree, state;
+        tree.write("a.txt", "cat\n");
+        const auto cli = [&](const std::vector<std::string>& args) { return runCli({"--dir", tree.root()}, args); };
+        test::ScopedEnvironment env("VANTOREL_CONFIG_HOME", state.root().c_str());
+        if (c.place) c.place(state, env);
+        ASSERT_EQ(cli({"-y", "replace", "cat", "dog"}).exitCode, 0);
+        const auto [journal, why] = c.spoil(state);
+        const auto replaced = tree.snapshot();
+        const auto recorded = state.snapshot();
+
+        CliResult r = runCli({"undo", "--list"});
+        EXPECT_EQ(r.exitCode, 2);
+        EXPECT_THAT(r.out, ::testing::Not(HasSubstr("\"cat\" -> \"dog\"")));
+        EXPECT_THAT(r.err, StartsWith(c.journalRefused ? "The undo journal " + journal + " is not used: " + why + ".\n"
+                                                       : std::string("The record of the Replace ")));
+        EXPECT_THAT(r.err, HasSubstr(why + ".\n"));
+        r = runCli({"-y", "undo"});
+        EXPECT_EQ(r.exitCode, 2);
+        EXPECT_THAT(r.err, HasSubstr(why + ".\nNothing was undone.\n"));
+        EXPECT_EQ(tree.snapshot(), replaced) << "nothing restored";
+        if (c.journalRefused) {
+            r = cli({"-y", "replace", "dog", "cow"});
+            EXPECT_EQ(r.exitCode, 0);
+            EXPECT_THAT(r.err, HasSubstr("Undo will not be able to take back this Replace, which is not recorded.\n"
+                                         "The undo journal " + journal + " is not used: " + why + ".\n"));
+            EXPECT_EQ(tree.read("a.txt"), "cow\n");
+            EXPECT_EQ(state.snapshot(), recorded) << "nothing recorded";
+        }
+    }
 }
 
 }  // namespace

@@ -109,6 +109,26 @@ TEST_F(FileListBuilderTest, SpecialFilesTemporaryFilesAndUnreadableFoldersContri
     EXPECT_TRUE(BuildFileList(tree.path("no-such-folder"), "*", true, stop).empty());
 }
 
+TEST_F(FileListBuilderTest, NoUndoJournalsFolderIsEnteredWhoeverItIsAndWhereverTheWalkStarts) {
+    const std::string marker(kUndoJournalMarker);
+    tree.write("home/bob/state/undo/" + marker, "");
+    tree.write("home/bob/state/undo/run/journal", "j");
+    tree.write("home/bob/state/undo/run/kept/1", "k");
+    tree.write("home/bob/state/notes.txt", "n");
+    tree.write("sub1/.vantorel-undo-5001/run/1", "k");  // kept contents on another file system
+    ASSERT_EQ(::symlink(tree.path("home/bob/state/undo/run/kept/1").c_str(), tree.path("sub2/kept.txt").c_str()), 0);
+    ASSERT_EQ(::symlink(tree.path("home/bob/state/undo/run").c_str(), tree.path("run").c_str()), 0);
+    EXPECT_EQ(listed("*"), (std::vector<std::string>{"a.txt", "b.txt", "c.log", "sub1/e.txt", "sub2/f.TXT",
+                                                     "sub1/deep/d.txt", "home/bob/state/notes.txt"}));
+    for (const char* start : {"home/bob/state/undo", "home/bob/state/undo/run/kept", "run", "run/kept",
+                              "sub1/.vantorel-undo-5001/run"})
+        EXPECT_TRUE(BuildFileList(tree.path(start), "*", true, stop).empty()) << start;
+    UndoFolders folders;
+    EXPECT_TRUE(folders.holds(tree.path("home/bob/state/undo/run/journal")));
+    EXPECT_TRUE(folders.holds(tree.path("sub2/kept.txt")));
+    EXPECT_FALSE(folders.holds(tree.path("home/bob/state/notes.txt")));
+}
+
 TEST_F(FileListBuilderTest, StopEndsEachFolderAfterItsFirstEntry) {
     stop = true;
     // The start folder gives its first entry (a.txt); no folder was queued.

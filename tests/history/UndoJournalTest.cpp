@@ -13,16 +13,14 @@
 
 #include "core/TemporaryFiles.h"
 #include "files/FileListBuilder.h"
+#include "history/JournalRuns.h"
 #include "history/UndoJournal.h"
-#include "search/SearchRun.h"
-#include "support/RecordingHost.h"
 #include "support/SystemCallFaults.h"
 #include "support/TempTree.h"
 
 namespace vantorel::history {
 namespace {
 
-using test::RecordingHost;
 using test::SystemCallFaults;
 using test::TempTree;
 using ::testing::ElementsAre;
@@ -36,31 +34,6 @@ std::map<std::string, std::string> filesIn(const TempTree& tree) {
 }
 
 const std::string kUtf16Cat = std::string("\xff\xfe" "c\0a\0t\0\n\0", 10);
-
-std::vector<std::string> replace(const std::string& folder, UndoJournal& journal, const std::string& find,
-                                 const std::string& replacement, bool backups = false, unsigned threads = 0) {
-    RunRequest r;
-    r.kind = RunKind::Replace;
-    r.jobs = {{find, replacement}};
-    r.filter = "*";
-    r.startFolder = folder;
-    r.makeBackups = backups;
-    r.threads = threads;
-    r.journal = &journal;
-    SearchState state;
-    RecordingHost host;
-    host.answers = {true};
-    RunSearch(r, state, host);
-    return host.messageTexts();
-}
-
-UndoOutcome undoLast(UndoJournal& journal) {
-    const std::optional<RecordedRun> run = journal.nextToUndo();
-    if (!run) return {};
-    const UndoJournal::Undo undo = journal.undo(*run);
-    EXPECT_EQ(undo.status, UndoJournal::UndoStatus::Done);
-    return undo.outcome;
-}
 
 class UndoJournalTest : public ::testing::Test {
 protected:
@@ -234,6 +207,32 @@ TEST_F(UndoJournalTest, NoRunEntersTheJournalsFolders) {
     tree.write(std::string(kUndoFolderPrefix) + "0/kept.txt", "cat");
     std::atomic<bool> stop{false};
     EXPECT_THAT(BuildFileList(tree.root(), "*.txt", true, stop).names, ElementsAre("f.txt"));
+}
+
+TEST_F(UndoJournalTest, AReplaceOverATreeHoldingAnotherJournalLeavesThatJournalWhole) {
+    UndoJournal theirs(tree.path("home/bob/.local/state/vantorel/undo"));
+    tree.write("f.txt", "cat");
+    history::replace(tree.root(), theirs, "cat", "dog");
+    const std::string run = theirs.folder() + "/" + theirs.runs().front().name;
+    const std::string marker = theirs.folder() + "/" + std::string(kUndoJournalMarker);
+    ::unlink(marker.c_str());  // as an earlier version left it
+    history::replace(tree.root(), theirs, "dog", "emu");
+    EXPECT_EQ(::access(marker.c_str(), F_OK), 0) << "marked when next used";
+    const auto before = tree.snapshot();
+
+    // Their journal holds "cat" and "dog": in its steps, and as the old contents it keeps.
+    EXPECT_EQ(history::replace(tree.root(), journal, "cat", "cow").back(), "No matches found in files.");
+    EXPECT_EQ(history::replace(tree.root(), journal, "dog", "cow", false, 0,
+                               {run + "/journal", run + "/kept/1", tree.path("f.txt")})
+                  .back(),
+              "No matches found in files.");
+    EXPECT_EQ(history::replace(run + "/kept", journal, "cat", "cow").back(),
+              "No files found in search path matching filter.");
+    EXPECT_EQ(tree.snapshot(), before);
+    EXPECT_FALSE(journal.nextToUndo());
+    EXPECT_EQ(history::undoLast(theirs).left(), 0u);
+    EXPECT_EQ(history::undoLast(theirs).left(), 0u);
+    EXPECT_EQ(tree.read("f.txt"), "cat");
 }
 
 TEST_F(UndoJournalTest, OldContentsOnAnotherFileSystemAreKeptAtItsTop) {

@@ -1,6 +1,8 @@
 // Preview Replace and Undo Last Replace, driven through the window's
 // controls with every question answered through the message seam.
 
+#include <sys/stat.h>
+
 #include <QAbstractButton>
 #include <QTemporaryDir>
 
@@ -88,6 +90,25 @@ private slots:
         QCOMPARE(tree.read("b.txt"), std::string("edited\n"));
         QCOMPARE(f.status(), QString("1 file(s) restored. 1 file(s) left as they were."));
         QVERIFY(!undo->isEnabled());
+        QVERIFY(f.button("RepBtn")->isEnabled());
+    }
+
+    void undoLastReplaceTakesNothingFromAJournalOthersMayWrite() {
+        TempTree tree;
+        tree.write("a.txt", "cat\n");
+        FormFixture f;
+        f.messages.answers = {true};
+        QVERIFY(f.run(root(tree), "*.txt", "cat", "dog", "RepBtn"));
+        const std::string journal = state_->path().toStdString() + "/undo";
+        QVERIFY(::chmod(journal.c_str(), 0777) == 0);
+
+        f.messages.answers = {true};
+        f.action("mUndoReplace")->trigger();
+        QCOMPARE(f.messages.messages.back().title, std::string("Undo Last Replace"));
+        QCOMPARE(f.messages.texts().back(), "The undo journal " + journal + " is not used: " + journal +
+                                                " can be written by other users (mode 0777).\r\nNothing was undone.");
+        QCOMPARE(f.messages.questions.size(), std::size_t{1});  // the Replace's: Undo asked nothing
+        QCOMPARE(tree.read("a.txt"), std::string("dog\n"));
         QVERIFY(f.button("RepBtn")->isEnabled());
     }
 };
