@@ -16,10 +16,16 @@
 
 namespace vantorel::history {
 
-// Replaces in every file under `folder`, or in `marked` alone when given; the messages shown.
-inline std::vector<std::string> replace(const std::string& folder, UndoJournal& journal, const std::string& find,
-                                        const std::string& replacement, bool backups = false, unsigned threads = 0,
-                                        const std::vector<std::string>& marked = {}) {
+struct Replaced {
+    std::vector<std::string> messages;
+    std::vector<FileReport> rows;
+};
+
+// Replaces in every file under `folder`, or in `marked` alone when given,
+// recorded in `journal` when there is one.
+inline Replaced replaceIn(const std::string& folder, UndoJournal* journal, const std::string& find,
+                          const std::string& replacement, bool backups = false, unsigned threads = 0,
+                          const std::vector<std::string>& marked = {}) {
     RunRequest r;
     r.kind = RunKind::Replace;
     r.jobs = {{find, replacement}};
@@ -27,14 +33,21 @@ inline std::vector<std::string> replace(const std::string& folder, UndoJournal& 
     r.startFolder = folder;
     r.makeBackups = backups;
     r.threads = threads;
-    r.journal = &journal;
+    r.journal = journal;
     r.markedOnly = !marked.empty();
     r.markedFiles = marked;
     SearchState state;
     vantorel::test::RecordingHost host;
     host.answers = {true};
     RunSearch(r, state, host);
-    return host.messageTexts();
+    return {host.messageTexts(), host.rows};
+}
+
+// The same, recorded; the messages shown.
+inline std::vector<std::string> replace(const std::string& folder, UndoJournal& journal, const std::string& find,
+                                        const std::string& replacement, bool backups = false, unsigned threads = 0,
+                                        const std::vector<std::string>& marked = {}) {
+    return replaceIn(folder, &journal, find, replacement, backups, threads, marked).messages;
 }
 
 inline UndoOutcome undoLast(UndoJournal& journal) {

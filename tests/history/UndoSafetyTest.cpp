@@ -13,10 +13,8 @@
 #include <gtest/gtest.h>
 
 #include "core/TemporaryFiles.h"
-#include "history/UndoJournal.h"
+#include "history/JournalRuns.h"
 #include "history/UndoTexts.h"
-#include "search/SearchRun.h"
-#include "support/RecordingHost.h"
 #include "support/SmallDisk.h"
 #include "support/SystemCallFaults.h"
 #include "support/TempTree.h"
@@ -24,28 +22,11 @@
 namespace vantorel::history {
 namespace {
 
-using test::RecordingHost;
 using test::SmallDisk;
 using test::SystemCallFaults;
 using test::TempTree;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
-
-std::vector<FileReport> replace(const std::string& folder, UndoJournal* journal, const std::string& find,
-                                const std::string& replacement, unsigned threads = 1) {
-    RunRequest r;
-    r.kind = RunKind::Replace;
-    r.jobs = {{find, replacement}};
-    r.filter = "*";
-    r.startFolder = folder;
-    r.threads = threads;
-    r.journal = journal;
-    SearchState state;
-    RecordingHost host;
-    host.answers = {true};
-    RunSearch(r, state, host);
-    return host.rows;
-}
 
 // The tree without the names a killed run leaves for a moment.
 std::map<std::string, std::string> filesIn(const TempTree& tree) {
@@ -59,7 +40,7 @@ std::map<std::string, std::string> filesIn(const TempTree& tree) {
 class UndoSafetyTest : public ::testing::Test {
 protected:
     void replace(const std::string& find, const std::string& replacement) {
-        history::replace(tree.root(), &journal, find, replacement);
+        history::replace(tree.root(), journal, find, replacement, false, 1);
     }
     UndoJournal::Undo undoNext() {
         const std::optional<RecordedRun> run = journal.nextToUndo();
@@ -92,7 +73,7 @@ TEST_F(UndoSafetyTest, ARestoreNeverFollowsALinkPutInTheWayOfTheTree) {
 
     TempTree start;
     start.write("h.txt", "cat");
-    history::replace(start.root(), &journal, "cat", "dog");
+    history::replace(start.root(), journal, "cat", "dog");
     const std::string moved = start.root() + ".moved";
     ASSERT_EQ(::rename(start.root().c_str(), moved.c_str()), 0);
     ASSERT_EQ(::symlink(outside.root().c_str(), start.root().c_str()), 0);
@@ -112,10 +93,10 @@ TEST_F(UndoSafetyTest, AnUndoAndAReplaceAtOnceNeverLoseAChangeTheyReport) {
     for (int trial = 0; trial < 16; ++trial) {
         TempTree files;
         for (int i = 0; i < kFiles; ++i) files.write("f" + std::to_string(i) + ".txt", "cat");
-        history::replace(files.root(), &journal, "cat", "dog");
+        history::replace(files.root(), journal, "cat", "dog");
         UndoOutcome undone;
         std::thread undo([&] { undone = journal.undo(*journal.nextToUndo()).outcome; });
-        const std::vector<FileReport> rows = history::replace(files.root(), nullptr, "dog", "cow", 2);
+        const std::vector<FileReport> rows = replaceIn(files.root(), nullptr, "dog", "cow", false, 2).rows;
         undo.join();
         int lost = 0;
         for (const UndoFile& file : undone.files)
@@ -137,7 +118,7 @@ TEST_F(UndoSafetyTest, UndoRestoresOnAFullDiskAndFinishesWhatItCouldNotDoLater) 
     const TempTree& files = disk.tree();
     for (int i = 0; i < 8; ++i) files.write("d" + std::to_string(i % 2) + "/f" + std::to_string(i) + ".txt", "cat " + std::to_string(i));
     const auto before = files.snapshot();
-    history::replace(files.root(), &journal, "cat", "dog");
+    history::replace(files.root(), journal, "cat", "dog");
     disk.fill();
     ASSERT_TRUE(files.refuseNewFiles("d1"));
     const UndoJournal::Undo first = undoNext();
