@@ -24,6 +24,10 @@ int listRuns(const UndoJournal& journal) {
             next = false;  // undo stops at it
             continue;
         }
+        if (run.unreadable) {  // passed over
+            std::printf("%s\t%s\n", run.name.c_str(), kRunUnreadable);
+            continue;
+        }
         const char* state = run.undone ? "undone" : next ? "next to undo" : "can be undone";
         if (!run.undone) next = false;
         std::printf("%s\t%llu file(s)\t%s\t%s\t%s\t%s%s\n", runTime(run).c_str(),

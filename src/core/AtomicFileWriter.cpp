@@ -180,12 +180,15 @@ void AtomicFileWriter::fail(int error) const {
 void AtomicFileWriter::create(int folder, const Attributes* keep, const std::string& keepFrom) {
     const Process self = process();
     allowManyOpenFiles();
-    struct stat st {};
-    if (::fstat(folder, &st) != 0) fail(errno);
-    folderDevice_ = st.st_dev;
-    folderInode_ = st.st_ino;
     const mode_t mode = keep ? (keep->mode & 07777) : (0666 & ~self.umask);
-    const TemporaryFiles::FolderFacts facts = TemporaryFiles::prepareFolder(folder);
+    TemporaryFiles::FolderFacts facts;
+    try {
+        facts = TemporaryFiles::prepareFolder(folder);
+    } catch (const std::system_error& error) {
+        fail(error.code().value());
+    }
+    folderDevice_ = facts.device;
+    folderInode_ = facts.inode;
     fd_.reset(::openat(folder, ".", O_TMPFILE | O_RDWR | O_CLOEXEC, mode & 0777));
     if (fd_) {
         unnamed_ = true;
@@ -363,7 +366,7 @@ void AtomicFileWriter::commit(int folder, FolderSync* folders) {
     const std::string& temp = link(folder);
     if (::renameat(folder, temp.c_str(), folder, name_.c_str()) != 0) fail(errno);
     placed();
-    if (folders) folders->add(folder, written_.device);
+    if (folders) folders->add(folder, folderDevice_, folderInode_);
     else FolderSync::syncNow(folder);
 }
 

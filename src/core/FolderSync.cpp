@@ -13,13 +13,16 @@ FolderSync::~FolderSync() { flush(); }
 void FolderSync::add(int folder, dev_t device) {
     if (covered_ && device == *covered_) return;
     struct stat st {};
-    if (::fstat(folder, &st) != 0) return;
-    if (covered_ && st.st_dev == *covered_) return;
-    if (pending_ && st.st_dev == pendingDevice_ && st.st_ino == pendingInode_) return;
+    if (::fstat(folder, &st) == 0) add(folder, st.st_dev, st.st_ino);
+}
+
+void FolderSync::add(int folder, dev_t device, ino_t inode) {
+    if (covered_ && device == *covered_) return;
+    if (pending_ && device == pendingDevice_ && inode == pendingInode_) return;
     flush();
     pending_.reset(::fcntl(folder, F_DUPFD_CLOEXEC, 0));
-    pendingDevice_ = st.st_dev;
-    pendingInode_ = st.st_ino;
+    pendingDevice_ = device;
+    pendingInode_ = inode;
 }
 
 void FolderSync::add(const std::string& folder, dev_t device) {

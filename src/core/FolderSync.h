@@ -28,6 +28,8 @@ public:
     // one given flushes the last one. A folder on the file system that
     // syncFileSystem() flushes waits for it.
     void add(int folder, dev_t device = 0);
+    // The same, for a folder known to be `inode` on `device`.
+    void add(int folder, dev_t device, ino_t inode);
     // The same by path (a path up to its last separator).
     void add(const std::string& folder, dev_t device = 0);
     void flush() noexcept;

@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <signal.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
@@ -16,6 +17,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <system_error>
 #include <cstdint>
 #include <map>
 #include <tuple>
@@ -124,7 +126,8 @@ TemporaryFiles::FolderFacts TemporaryFiles::prepareFolder(int folder) {
     // A folder is known by its file and when it was made: a folder made
     // later in the place (and with the inode) of a removed one is another.
     struct statx st {};
-    if (::statx(folder, "", AT_EMPTY_PATH, STATX_INO | STATX_BTIME, &st) != 0) return {};
+    if (::statx(folder, "", AT_EMPTY_PATH, STATX_INO | STATX_BTIME, &st) != 0)
+        throw std::system_error(errno, std::generic_category());
     const bool born = (st.stx_mask & STATX_BTIME) != 0;
     using Key = std::tuple<std::uint32_t, std::uint32_t, std::uint64_t, std::int64_t, std::uint32_t>;
     const Key key{st.stx_dev_major, st.stx_dev_minor, st.stx_ino, born ? st.stx_btime.tv_sec : 0,
@@ -142,7 +145,10 @@ TemporaryFiles::FolderFacts TemporaryFiles::prepareFolder(int folder) {
         entry->facts.hasDefaultAcl = ::fgetxattr(folder, "system.posix_acl_default", nullptr, 0) > 0;
         removeStale(folder);
     });
-    return entry->facts;
+    FolderFacts facts = entry->facts;
+    facts.device = makedev(st.stx_dev_major, st.stx_dev_minor);
+    facts.inode = static_cast<ino_t>(st.stx_ino);
+    return facts;
 }
 
 }  // namespace vantorel

@@ -32,10 +32,13 @@ public:
 
     struct FolderFacts {
         bool hasDefaultAcl = false;  // new files there get an ACL of their own
+        dev_t device = 0;            // which folder it is
+        ino_t inode = 0;
     };
     // Called before this process first writes in the open folder `folder`:
     // clears the temporary files there that a process now gone left (once
     // per folder and process), and says what new files there inherit.
+    // Throws std::system_error when the folder cannot be examined.
     static FolderFacts prepareFolder(int folder);
 };
 

@@ -109,11 +109,9 @@ TreeRoot TreeRoot::reopen(const std::string& realPath, dev_t device, ino_t inode
     return root;
 }
 
-std::optional<std::string> TreeRoot::relativeOf(const std::string& path, bool walked) const {
-    if (walked && path.size() > typed_.size() && path.compare(0, typed_.size(), typed_) == 0) {
-        struct stat st {};
-        if (::lstat(path.c_str(), &st) == 0 && !S_ISLNK(st.st_mode)) return path.substr(typed_.size());
-    }
+std::optional<std::string> TreeRoot::relativeOf(const std::string& path, bool walked, bool link) const {
+    if (walked && !link && path.size() > typed_.size() && path.compare(0, typed_.size(), typed_) == 0)
+        return path.substr(typed_.size());
     std::unique_ptr<char, decltype(&std::free)> real(::realpath(path.c_str(), nullptr), &std::free);
     if (!real) return std::nullopt;
     const std::string_view resolved(real.get());

@@ -41,10 +41,10 @@ public:
 
     // Where a listed file is, relative to the root, as a write would reach
     // it: a file that the walk found (`walked`, its path starting with the
-    // typed folder) is where its path says, unless it is a link; any other
-    // is where its links lead. Nothing when that is not inside the root (or
-    // the file cannot be resolved).
-    std::optional<std::string> relativeOf(const std::string& path, bool walked) const;
+    // typed folder) and that is not a link (`link`) is where its path says;
+    // any other is where its links lead. Nothing when that is not inside the
+    // root (or the file cannot be resolved).
+    std::optional<std::string> relativeOf(const std::string& path, bool walked, bool link) const;
 
     // Opens the folder `relative` (a path relative to the root, "" for the
     // root itself) without following any link. Throws std::system_error

@@ -147,9 +147,11 @@ KeptContents::KeptContents(std::string folder, std::string runName)
 KeptContents::Kept KeptContents::keep(int file, dev_t device, const std::string& path, const std::string& name) {
     std::optional<std::string> folder = device == device_ ? std::optional(folder_) : folderOn(device, path);
     if (folder) {
-        const FileDescriptor there(*folder == folder_ ? ::fcntl(folderFd_.get(), F_DUPFD_CLOEXEC, 0)
-                                                      : ::open(folder->c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-        const int error = there ? linkOpenFile(file, there.get(), name) : errno;
+        FileDescriptor elsewhere;
+        if (*folder != folder_)
+            elsewhere.reset(::open(folder->c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+        const int there = *folder == folder_ ? folderFd_.get() : elsewhere.get();
+        const int error = there >= 0 ? linkOpenFile(file, there, name) : errno;
         if (error == 0) {
             unsynced_.insert(*folder);
             struct stat st {};

@@ -129,7 +129,15 @@ std::vector<RecordedRun> UndoJournal::runs() const {
             continue;
         }
         std::optional<Journal> journal = readJournal(run + kJournalFile);
-        if (!journal) continue;
+        if (!journal) {
+            struct stat st {};
+            if (::stat((run + kJournalFile).c_str(), &st) != 0) continue;  // not a run (yet)
+            RecordedRun unreadable;
+            unreadable.name = *name;
+            unreadable.unreadable = true;
+            runs.push_back(std::move(unreadable));
+            continue;
+        }
         RecordedRun recorded;
         recorded.name = *name;
         recorded.header = std::move(journal->header);
@@ -146,7 +154,7 @@ std::vector<RecordedRun> UndoJournal::runs() const {
 
 std::optional<RecordedRun> UndoJournal::nextToUndo() const {
     for (RecordedRun& run : runs())
-        if (!run.undone) return std::move(run);
+        if (!run.undone && !run.unreadable) return std::move(run);
     return std::nullopt;
 }
 

@@ -39,6 +39,9 @@ struct RecordedRun {
     bool undone = false;
     // Why the run is not trusted; nothing else is read of such a run.
     std::optional<Distrust> refused;
+    // Its journal cannot be read (recorded by an earlier version, or
+    // damaged at its start): it is listed, and Undo passes over it.
+    bool unreadable = false;
 };
 
 class UndoJournal : public ReplaceJournal {

@@ -44,6 +44,8 @@ inline constexpr const char* kUndoBusy = "A Replace is being written; undo it on
 inline constexpr const char* kUndoUnreadable = "The record of this Replace cannot be read; it cannot be undone.";
 // The folder of a Replace can no longer be reached as it was.
 std::string undoFolderGone(const std::string& folder, int error);
+inline constexpr const char* kRunUnreadable =
+    "cannot be read (recorded by an earlier version, or damaged at its start): Undo passes over it";
 inline constexpr const char* kUndoTitle = "Undo Last Replace";
 
 }  // namespace vantorel::history

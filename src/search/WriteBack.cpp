@@ -293,7 +293,7 @@ WriteTarget writeTargetOf(const std::string& path, const WriteSettings& settings
         return target;
     }
     const TreeRoot& root = *settings.root;
-    const std::optional<std::string> relative = root.relativeOf(path, settings.walked);
+    const std::optional<std::string> relative = root.relativeOf(path, settings.walked, target.link);
     target.outside = !relative;
     if (relative) {
         target.relative = *relative;
@@ -302,7 +302,7 @@ WriteTarget writeTargetOf(const std::string& path, const WriteSettings& settings
     // The backup's folder is the listed file's own, wherever a link leads.
     if (!target.link && relative) {
         target.backupRelative = std::string(TreeRoot::folderOf(*relative)) + FileNameOf(target.backupPath);
-    } else if (const std::optional<std::string> folder = root.relativeOf(FolderOf(path) + ".", false)) {
+    } else if (const std::optional<std::string> folder = root.relativeOf(FolderOf(path) + ".", false, true)) {
         target.backupRelative = *folder + "/" + FileNameOf(target.backupPath);
     } else if (realFolderOf(FolderOf(path)) == root.realPath()) {
         target.backupRelative = FileNameOf(target.backupPath);
@@ -409,7 +409,7 @@ WriteOutcome PendingWrite::replace(int folder, const std::string& name, const Lo
             throw std::system_error(exchanged, std::generic_category(), path_);
         }
         writer_->placed();
-        folders.add(folder, writer_->written().device);
+        folders.add(folder, writer_->folderDevice(), writer_->folderInode());
     } catch (const std::system_error& error) {
         return failure(path_, error, messages);
     }

@@ -186,6 +186,15 @@ TEST_F(UndoSafetyTest, ADamagedRecordIsNamedAndEveryIntactOneIsRestored) {
     for (const char* name : {"f1.txt", "f3.txt", "f4.txt", "f5.txt"}) EXPECT_EQ(tree.read(name), "cat");
     EXPECT_EQ(tree.read("f2.txt"), "dog");
     EXPECT_TRUE(journal.nextToUndo());
+
+    // Without its first record (an earlier version's, or damaged there) a
+    // journal says nothing: it is listed as such and Undo passes over it.
+    tree.write("g.txt", "owl");
+    replace("owl", "emu");
+    const std::string newest = journal.folder() + "/" + journal.runs().front().name + "/" + UndoJournal::kJournalFile;
+    std::ofstream(newest, std::ios::binary | std::ios::trunc) << "0000000000000000 run\t1\n";
+    ASSERT_TRUE(journal.runs().front().unreadable);
+    EXPECT_EQ(journal.nextToUndo()->name, journal.runs()[1].name);
 }
 
 }  // namespace
