@@ -64,11 +64,15 @@ void SystemCallFaults::noteFileSystemFlushed() {
         struct stat st {};
         if (::lstat(entry.path().c_str(), &st) == 0 && S_ISREG(st.st_mode)) flushed_.insert(identity(st));
     }
-    // New files without a name yet are flushed too: they are open.
+    // New files without a name yet are flushed too: they are open. Other
+    // threads open and close files meanwhile; what is looked at is the
+    // kernel's table, as syncfs does, by a system call of its own.
     for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd", ignored)) {
         struct stat st {};
         const int fd = std::atoi(entry.path().filename().c_str());
-        if (::fstat(fd, &st) == 0 && S_ISREG(st.st_mode) && st.st_dev == watched.st_dev) flushed_.insert(identity(st));
+        if (::syscall(SYS_newfstatat, fd, "", &st, AT_EMPTY_PATH) == 0 && S_ISREG(st.st_mode) &&
+            st.st_dev == watched.st_dev)
+            flushed_.insert(identity(st));
     }
 }
 
