@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Kills a Replace (kill -9) at random moments and checks, each time, that
 # every file holds either its old or its new contents, byte for byte, and
-# that none is missing; then that `undo` takes every written file back to
-# its old contents (the journal agrees with the files). Not a timing.
+# that none is missing; then kills the `undo` of it at a random moment too,
+# checks the same, and that `undo` run again takes every written file back
+# to its old contents (the journal agrees with the files). Not a timing.
 #
 # Environment: BUILD_DIR (default build), SOURCE (default /usr/include/linux),
 # TRIALS (default 20), LONGEST (the latest moment of the kill, in ms,
@@ -50,10 +51,18 @@ for ((t = 1; t <= trials; t++)); do
   kill -9 "$pid" 2> /dev/null || true
   wait "$pid" 2> /dev/null || true
   if ! written=$(check "$work/tree"); then faults=$((faults + 1)); continue; fi
+  undoAt=$((RANDOM % (longest / 2 + 1)))
+  "$cli" -y undo > /dev/null 2>&1 &
+  pid=$!
+  sleep "$(awk -v ms="$undoAt" 'BEGIN { printf "%.3f", ms / 1000 }')"
+  kill -9 "$pid" 2> /dev/null || true
+  wait "$pid" 2> /dev/null || true
+  if ! halfway=$(check "$work/tree"); then faults=$((faults + 1)); continue; fi
   "$cli" -y undo > /dev/null 2>&1 || true
   if ! left=$(check "$work/tree"); then faults=$((faults + 1)); continue; fi
   [ "$left" = 0 ] || { echo "FAULT: undo left $left files new (killed at $at ms)" >&2; faults=$((faults + 1)); }
-  echo "trial $t: killed at $at ms, $written files new, undo took them all back"
+  echo "trial $t: Replace killed at $at ms with $written files new; its undo killed at $undoAt ms with $halfway" \
+       "still new; undo again took them all back"
 done
 echo "$trials trials, $faults faults"
 [ "$faults" = 0 ]

@@ -14,13 +14,9 @@
 
 #include "core/AtomicFileWriter.h"
 #include "core/FileDescriptor.h"
-#include "core/FolderSync.h"
-#include "core/LockedFile.h"
-#include "core/TemporaryFiles.h"
 #include "core/TreeRoot.h"
 #include "files/FileFunctions.h"
 #include "search/FileProcessor.h"
-#include "search/ReplaceRecorder.h"
 #include "search/WriteMessages.h"
 
 namespace vantorel {
@@ -120,85 +116,6 @@ WriteCheck checkWrite(const std::string& path, const FileText& text, const Write
     return check;
 }
 
-// The open folder where the file is, reached as a write reaches it.
-FileDescriptor openFolderOf(const TreeRoot* root, const std::string& relative) {
-    if (root) return root->openFolder(TreeRoot::folderOf(relative));
-    const std::string folder = FolderOf(relative);
-    FileDescriptor fd(::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!fd) throw std::system_error(errno, std::generic_category(), folder);
-    return fd;
-}
-
-// The refusal of a file that is no longer where it was, or no longer the
-// file that was read.
-WriteOutcome changedRefusal(const std::string& path, const WriteTarget& target, int error,
-                            std::vector<Message>& messages) {
-    // A link where a folder or the file was: the way has changed under us.
-    const bool link = error == ELOOP || error == EXDEV || error == ENOTDIR;
-    messages.push_back(fileMessage(path + (link ? kNowThroughLink : kChangedBeforeWriting), MessageIcon::Warning));
-    return refusal(WriteStatus::ChangedMeanwhile, target.path);
-}
-
-// Copies the open file `from` into a new file named `name` in `folder`,
-// with its attributes.
-void copyOpenFile(int from, int folder, const std::string& name, const std::string& path, FolderSync& folders) {
-    struct stat st {};
-    if (::fstat(from, &st) != 0) throw std::system_error(errno, std::generic_category(), path);
-    const AtomicFileWriter::Attributes keep{st.st_mode, st.st_uid, st.st_gid, from};
-    AtomicFileWriter writer(folder, name, path, &keep);
-    std::string buffer(1 << 20, '\0');
-    for (off_t at = 0;;) {
-        const ssize_t n = ::pread(from, buffer.data(), buffer.size(), at);
-        if (n < 0 && errno == EINTR) continue;
-        if (n < 0) throw std::system_error(errno, std::generic_category(), path);
-        if (n == 0) break;
-        writer.write(std::string_view(buffer.data(), static_cast<std::size_t>(n)));
-        at += n;
-    }
-    writer.commit(folder, &folders);
-}
-
-// Keeps the old contents under the backup name, beside the listed file:
-// a second name of the file (given under a temporary name, then renamed
-// over an older backup at once) or, where the file system has no such
-// thing, a copy. The file keeps its name throughout. False after a message
-// when no backup could be made; the file must then be left as it is.
-bool keepBackup(const LockedFile& file, int folder, const std::string& name, const std::string& path,
-                FolderSync& folders, std::vector<Message>& messages) {
-    const std::string failed = kBackupFailed + path;
-    struct stat st {};
-    // On a file system that ignores case, "OLD.BAK" gets "OLD.bak": itself.
-    if (::fstatat(folder, name.c_str(), &st, AT_SYMLINK_NOFOLLOW) == 0 && st.st_dev == file.identity().device &&
-        st.st_ino == file.identity().inode) {
-        messages.push_back(fileMessage(failed, MessageIcon::None));
-        return false;
-    }
-    int error = EEXIST;
-    std::string temp;
-    for (int attempt = 0; error == EEXIST && attempt < 100; ++attempt) {
-        temp = TemporaryFiles::newName();
-        error = linkOpenFile(file.fd(), folder, temp);
-    }
-    if (error == 0) {
-        if (::renameat(folder, temp.c_str(), folder, name.c_str()) == 0) {
-            folders.add(folder);
-            return true;
-        }
-        ::unlinkat(folder, temp.c_str(), 0);
-        // Something of that name stays, that an older backup would have made way for.
-        if (::fstatat(folder, name.c_str(), &st, AT_SYMLINK_NOFOLLOW) == 0)
-            messages.push_back(fileMessage("Error deleting file " + path, MessageIcon::Warning));
-    } else if (error == EPERM || error == EOPNOTSUPP || error == EMLINK || error == EXDEV) {
-        try {
-            copyOpenFile(file.fd(), folder, name, path, folders);
-            return true;
-        } catch (const std::system_error&) {
-        }
-    }
-    messages.push_back(fileMessage(failed, MessageIcon::None));
-    return false;
-}
-
 }  // namespace
 
 namespace {
@@ -226,10 +143,6 @@ std::optional<WriteStatus> writeStatusNamed(std::string_view name) noexcept {
     for (const auto& [status, known] : kStatusNames)
         if (known == name) return status;
     return std::nullopt;
-}
-
-std::string writeErrorMessage(const std::string& path, const std::string& error) {
-    return "Error writing " + path + "\r\n" + error;
 }
 
 std::uint64_t applyJobs(const FileText& text, const std::vector<CompiledJob>& jobs, TextSink& out, TextEdits* edits) {
@@ -312,117 +225,6 @@ WriteTarget writeTargetOf(const std::string& path, const WriteSettings& settings
     return target;
 }
 
-PendingWrite::PendingWrite(std::string path, WriteTarget target, const TreeRoot* root,
-                           std::unique_ptr<AtomicFileWriter> writer, bool makeBackups, const FileIdentity& readFrom,
-                           WriteBudget::Share share)
-    : path_(std::move(path)),
-      target_(std::move(target)),
-      root_(root),
-      writer_(std::move(writer)),
-      makeBackups_(makeBackups),
-      readFrom_(readFrom),
-      share_(std::move(share)) {}
-
-PendingWrite::~PendingWrite() = default;
-
-WriteOutcome PendingWrite::commit(std::vector<Message>& messages, FolderSync& folders, ReplaceRecorder* recorder) {
-    // The folder again, from the start folder down: a folder swapped for a
-    // link since the new file was made is not entered.
-    FileDescriptor folder;
-    try {
-        folder = openFolderOf(root_, target_.relative);
-    } catch (const std::system_error& error) {
-        return changedRefusal(path_, target_, error.code().value(), messages);
-    }
-    struct stat st {};
-    if (::fstat(folder.get(), &st) != 0 || st.st_dev != writer_->folderDevice() ||
-        st.st_ino != writer_->folderInode())
-        return changedRefusal(path_, target_, 0, messages);  // another folder of that name
-    const std::string name(TreeRoot::nameOf(target_.relative));
-    int error = 0;
-    const LockedFile file = LockedFile::open(folder.get(), name, error);
-    if (!file) {
-        if (error == EWOULDBLOCK) return failure(path_, std::system_error(error, std::generic_category()), messages);
-        return changedRefusal(path_, target_, error, messages);
-    }
-    // With the lock held: the file is still the one that was read, and
-    // still under its name. Another run that replaced it first has left
-    // a new file there; one that waits for us will find ours.
-    if (!file.regular() || file.identity() != readFrom_ || !file.stillAt(folder.get(), name))
-        return changedRefusal(path_, target_, 0, messages);
-    FileDescriptor backupFolder;
-    const std::string backupName = FileNameOf(target_.backupPath);
-    if (makeBackups_) {
-        try {
-            if (target_.backupOutside) throw std::system_error(EXDEV, std::generic_category());
-            backupFolder = openFolderOf(root_, target_.backupRelative);
-        } catch (const std::system_error&) {
-            messages.push_back(fileMessage(kBackupFailed + target_.backupPath, MessageIcon::None));
-            return refusal(WriteStatus::BackupFailed, target_.path);
-        }
-    }
-    if (recorder) {
-        const std::string noBackup;
-        recorder->replacing(ReplacingFile{path_, target_.path, target_.relative, folder.get(), name, file.fd(),
-                                          readFrom_, writer_->written(), backupFolder ? backupFolder.get() : -1,
-                                          makeBackups_ ? backupName : noBackup,
-                                          makeBackups_ ? target_.backupPath : noBackup,
-                                          makeBackups_ ? target_.backupRelative : noBackup},
-                            messages);
-    }
-    WriteOutcome outcome = replace(folder.get(), name, file, backupFolder ? backupFolder.get() : -1, messages, folders);
-    if (recorder) recorder->replaced(outcome);
-    return outcome;
-}
-
-WriteOutcome PendingWrite::abandon(int error, std::vector<Message>& messages) {
-    writer_->discard();
-    return failure(path_, std::system_error(error, std::generic_category(), path_), messages);
-}
-
-WriteOutcome PendingWrite::replace(int folder, const std::string& name, const LockedFile& file, int backupFolder,
-                                   std::vector<Message>& messages, FolderSync& folders) {
-    WriteOutcome outcome = refusal(WriteStatus::Written, target_.path);
-    if (makeBackups_) {
-        if (!keepBackup(file, backupFolder, FileNameOf(target_.backupPath), target_.backupPath, folders, messages))
-            return refusal(WriteStatus::BackupFailed, target_.path);
-        outcome.backup = target_.backupPath;
-    }
-    try {
-        const std::string temp = writer_->link(folder);
-        // The new file and the old one change places at once; the old one
-        // must be the file checked (a program that does not take the lock
-        // may have put another there meanwhile: that one goes back).
-        const int exchanged = exchangeNames(folder, temp, folder, name);
-        if (exchanged == 0) {
-            struct stat st {};
-            if (::fstatat(folder, temp.c_str(), &st, AT_SYMLINK_NOFOLLOW) != 0 ||
-                st.st_dev != file.identity().device || st.st_ino != file.identity().inode) {
-                exchangeNames(folder, temp, folder, name);
-                return changedRefusal(path_, target_, 0, messages);
-            }
-            ::unlinkat(folder, temp.c_str(), 0);  // the old file lives on under its backup's or the journal's name
-        } else if (exchanged == EINVAL || exchanged == ENOSYS || exchanged == EOPNOTSUPP) {
-            if (::renameat(folder, temp.c_str(), folder, name.c_str()) != 0)
-                throw std::system_error(errno, std::generic_category(), path_);
-        } else {
-            throw std::system_error(exchanged, std::generic_category(), path_);
-        }
-        writer_->placed();
-        folders.add(folder, writer_->folderDevice(), writer_->folderInode());
-    } catch (const std::system_error& error) {
-        return failure(path_, error, messages);
-    }
-    share_.release();
-    const AtomicFileWriter::Written& written = writer_->written();
-    outcome.size = written.size;
-    outcome.modifiedNs = written.modifiedNs;
-    outcome.device = written.device;
-    outcome.inode = written.inode;
-    outcome.hash = written.hash;
-    return outcome;
-}
-
 std::optional<WriteStatus> writeRefusal(const std::string& path, const FileText& text, const WriteSettings& settings) {
     return checkWrite(path, text, settings).refused;
 }
@@ -462,7 +264,7 @@ PreparedWrite prepareWriteBack(const std::string& path, const FileText& text,
     FileDescriptor folder, original;
     int error = 0;
     try {
-        folder = openFolderOf(settings.root, target.relative);
+        folder = openWriteFolder(settings.root, target.relative);
         const std::string name(settings.root ? TreeRoot::nameOf(target.relative) : FileNameOf(target.relative));
         original.reset(::openat(folder.get(), name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
         if (!original) error = errno;

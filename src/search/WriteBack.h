@@ -30,7 +30,9 @@
 #include "search/FileText.h"
 #include "search/RunTypes.h"
 #include "search/TextEdits.h"
+#include "search/PendingWrite.h"
 #include "search/WriteBudget.h"
+#include "search/WriteTarget.h"
 
 namespace vantorel {
 
@@ -70,17 +72,6 @@ struct WriteSettings {
     SpaceRelief* space = nullptr;
 };
 
-// Where a file with matches would be written.
-struct WriteTarget {
-    std::string path;      // the file replaced: the listed one, or where its link leads
-    std::string relative;  // the same below the root; with no root, the whole path
-    bool link = false;
-    bool outside = false;  // below no root at all
-    // The backup goes beside the listed file, named after it.
-    std::string backupPath;
-    std::string backupRelative;
-    bool backupOutside = false;
-};
 
 // Lets the driver hold a file back until it may write its temporary file.
 class WriteTurn {
@@ -89,36 +80,6 @@ public:
     // Before a temporary file of about `bytes` is written; nothing when the
     // run stops meanwhile.
     virtual std::optional<WriteBudget::Share> waitForRoom(std::uint64_t bytes) = 0;
-};
-
-class PendingWrite {
-public:
-    PendingWrite(std::string path, WriteTarget target, const TreeRoot* root,
-                 std::unique_ptr<AtomicFileWriter> writer, bool makeBackups, const FileIdentity& readFrom,
-                 WriteBudget::Share share);
-    ~PendingWrite();
-    PendingWrite(const PendingWrite&) = delete;
-    PendingWrite& operator=(const PendingWrite&) = delete;
-
-    // Makes the backup and replaces the file, unless another program (or
-    // run) changed it since it was read; appends the messages to show.
-    // Folders changed are flushed through `folders`; `recorder` hears of
-    // the file first.
-    WriteOutcome commit(std::vector<Message>& messages, FolderSync& folders, ReplaceRecorder* recorder = nullptr);
-    // Gives up the new text, which could not be flushed to disk (`error`).
-    WriteOutcome abandon(int error, std::vector<Message>& messages);
-
-private:
-    WriteOutcome replace(int folder, const std::string& name, const LockedFile& file, int backupFolder,
-                         std::vector<Message>& messages, FolderSync& folders);
-
-    std::string path_;
-    WriteTarget target_;
-    const TreeRoot* root_;
-    std::unique_ptr<AtomicFileWriter> writer_;
-    bool makeBackups_;
-    FileIdentity readFrom_;
-    WriteBudget::Share share_;
 };
 
 struct PreparedWrite {

@@ -5,11 +5,15 @@
 #include <system_error>
 #include <vector>
 
+#include "core/FileDescriptor.h"
 #include "core/MessageHost.h"
 #include "files/FileFunctions.h"
 #include "search/RunTypes.h"
+#include "search/WriteBack.h"
 
 namespace vantorel {
+
+class TreeRoot;
 
 inline constexpr const char* kChangedBeforeWriting =
     " was changed by another program while it was being processed; it was left as it is.";
@@ -39,6 +43,15 @@ inline WriteOutcome refusal(WriteStatus status, const std::string& path) {
 
 // "Error writing " + path, CR LF, why.
 std::string writeErrorMessage(const std::string& path, const std::string& error);
+
+// The open folder where a file is: below `root` (reached without following
+// links) when there is one, else by its path. Throws std::system_error.
+FileDescriptor openWriteFolder(const TreeRoot* root, const std::string& relative);
+
+// The refusal of a file that is no longer where it was, or no longer the
+// file that was read (the system's `error`, or 0).
+WriteOutcome changedRefusal(const std::string& path, const WriteTarget& target, int error,
+                            std::vector<Message>& messages);
 
 inline WriteOutcome failure(const std::string& path, const std::system_error& error, std::vector<Message>& messages) {
     WriteOutcome outcome = refusal(WriteStatus::Failed, path);
