@@ -6,14 +6,13 @@ namespace vantorel::cli {
 
 const char* const kUsage =
     R"(Usage: vantorel-cli [OPTIONS] find FIND
-       vantorel-cli [OPTIONS] replace FIND REPLACEMENT
-       vantorel-cli [OPTIONS] extract FIND
-       vantorel-cli [-y] undo [--list]
-       vantorel-cli [OPTIONS] --job NAME find|replace|extract
-       vantorel-cli [OPTIONS] --entry NAME find|replace|extract
-       vantorel-cli [OPTIONS] library
-       vantorel-cli [OPTIONS] jobs
-
+  or:  vantorel-cli [OPTIONS] replace FIND REPLACEMENT
+  or:  vantorel-cli [OPTIONS] extract FIND
+  or:  vantorel-cli [-y] undo [--list]
+  or:  vantorel-cli [OPTIONS] --job NAME find|replace|extract
+  or:  vantorel-cli [OPTIONS] --entry NAME find|replace|extract
+  or:  vantorel-cli [OPTIONS] library
+  or:  vantorel-cli [OPTIONS] jobs
 Finds, replaces or extracts text in every file under a folder whose name
 matches a filter. Options may stand before or after the command word.
 
@@ -58,72 +57,81 @@ matches a filter. Options may stand before or after the command word.
                           folder is writable, else ~/.local/share/vantorel,
                           else the installed share/vantorel
   -h, --help              this text
+      --version           the version
   --                      ends the options (for a FIND that starts with "-")
 
-Output: one line per listed file, in processing order: full path, TAB, match
-count, TAB, size in characters, TAB, modification time (YYYY-MM-DD hh:mm:ss,
-local time). Then the summary, as the status bar would show it, and the text
-of every message the run ends with. Validation messages, read errors and
-warnings go to standard error. "extract" writes the text of every match,
-each followed by CR LF, to standard output, and everything else to standard
-error.
+Output:
+  One line per listed file, in processing order: full path, TAB, match count,
+  TAB, size in characters, TAB, modification time (YYYY-MM-DD hh:mm:ss, local
+  time). Then the summary, as the status bar would show it, and the text of
+  every message the run ends with. Rows of a Replace end with a fifth field
+  ("write" in --json) saying what became of the file: written, read-only,
+  outside-start-folder, not-exact-text, foreign-owner, backup-failed,
+  changed-meanwhile or failed. Validation messages, read errors and warnings
+  go to standard error. "extract" writes the text of every match, each
+  followed by CR LF, to standard output, and everything else to standard
+  error.
 
-In regular-expression mode the replacement may use $& $1..$99 $<name> $` $'
-$$, and \n \r \t \\ for line feed, carriage return, tab and backslash. In
-plain-text mode the replacement is taken as typed ($ references still apply).
+Replacement text:
+  In regular-expression mode the replacement may use $& $1..$99 $<name> $` $'
+  $$, and \n \r \t \\ for line feed, carriage return, tab and backslash. In
+  plain-text mode the replacement is taken as typed ($ references still
+  apply).
 
-Files whose bytes are valid UTF-8 are read as UTF-8, files starting with a
-UTF-16 byte-order mark as UTF-16; any other file as Windows-1252, one byte a
-character. Files are rewritten through a temporary file renamed over them,
-never half-written, keeping owner, mode, ACL and extended attributes; only
-files inside the start folder are written; read-only files (owner-write bit
-clear) are left alone and counted.
+Reading and writing files:
+  Files whose bytes are valid UTF-8 are read as UTF-8, files starting with a
+  UTF-16 byte-order mark as UTF-16; any other file as Windows-1252, one byte a
+  character. Files are rewritten through a temporary file renamed over them,
+  never half-written, keeping owner, mode, ACL and extended attributes; only
+  files inside the start folder are written; read-only files (owner-write bit
+  clear) are left alone and counted.
 
-Output of a dry run: for each file that would change, "--- path" and
-"+++ path" (relative to the start folder) and its hunks with 3 lines of
-context, lines decoded from the file's encoding (Windows-1252 and UTF-16 as
-UTF-8), with --diff as the file's bytes are; then the summary on standard
-error. Files that would be left as they are (read-only ones, ...) are named
-on standard error. Nothing is written and nothing asked.
+Dry run:
+  For each file that would change, "--- path" and "+++ path" (relative to the
+  start folder) and its hunks with 3 lines of context, lines decoded from the
+  file's encoding (Windows-1252 and UTF-16 as UTF-8), with --diff as the
+  file's bytes are; then the summary on standard error. Files that would be
+  left as they are (read-only ones, ...) are named on standard error. Nothing
+  is written and nothing asked.
 
-Undo: every Replace that writes files is recorded, with the old contents of
-those files, under $XDG_STATE_HOME/vantorel/undo (~/.local/state/vantorel/
-undo). "undo" takes back the most recent Replace not yet taken back, after
-asking; a file is restored only when it still holds what the Replace wrote,
-and any other is named and left as it is. "undo --list" shows the recorded
-Replaces and the space they use. The newest 10 are kept (the UndoRuns
-setting; 0 records none). A journal is used only when it is the user's own:
-its folder, and each recorded Replace's folder and files, belong to the user
-and no one else may write them, none is a link, and each folder above it
-belongs to the user or root and no one else may write it unless it is
-sticky. Otherwise a Replace goes on unrecorded and undo restores nothing,
-both saying which folder and why.
-"library" lists the library, one entry a line: name, TAB, pattern, TAB,
-replacement. "jobs" lists the batch jobs, one a line: the name, then TAB and
-each entry's name. Both list in file order, nothing when there is no file.
-A job's steps are its entries looked up in the library, in order; each file
-is read once, each step works on the text the one before it left, and a
-Replace writes each file once, after one confirmation for the whole job.
-Every step is checked before any file is read; -e decides for every step
-whether its pattern is a regular expression; each step that replaces with
-nothing asks first. An entry missing from the library stops the job before
-it starts.
+Undo:
+  Every Replace that writes files is recorded, with the old contents of those
+  files, under $XDG_STATE_HOME/vantorel/undo (~/.local/state/vantorel/undo).
+  "undo" takes back the most recent Replace not yet taken back, after asking;
+  a file is restored only when it still holds what the Replace wrote, and any
+  other is named and left as it is. "undo --list" shows the recorded Replaces
+  and the space they use. The newest 10 are kept (the UndoRuns setting; 0
+  records none). A journal is used only when it is the user's own: its folder,
+  and each recorded Replace's folder and files, belong to the user and no one
+  else may write them, none is a link, and each folder above it belongs to the
+  user or root and no one else may write it unless it is sticky. Otherwise a
+  Replace goes on unrecorded and undo restores nothing, both saying which
+  folder and why.
 
-Questions are asked on the terminal; with --yes the answer is Yes; without a
-terminal and without --yes the answer is No. Ctrl+C, SIGTERM and SIGHUP stop
-the run within a fraction of a second; files already written stay written.
+Library and batch jobs:
+  "library" lists the library, one entry a line: name, TAB, pattern, TAB,
+  replacement. "jobs" lists the batch jobs, one a line: the name, then TAB and
+  each entry's name. Both list in file order, nothing when there is no file. A
+  job's steps are its entries looked up in the library, in order; each file is
+  read once, each step works on the text the one before it left, and a Replace
+  writes each file once, after one confirmation for the whole job. Every step
+  is checked before any file is read; -e decides for every step whether its
+  pattern is a regular expression; each step that replaces with nothing asks
+  first. An entry missing from the library stops the job before it starts.
 
-Rows of a Replace end with a fifth field: what became of the file
-(written, read-only, outside-start-folder, not-exact-text, backup-failed,
-changed-meanwhile, failed); --json gives it as "write".
+Questions and stopping:
+  Questions are asked on the terminal; with --yes the answer is Yes; without a
+  terminal and without --yes the answer is No. Ctrl+C, SIGTERM and SIGHUP stop
+  the run within a fraction of a second; files already written stay written.
 
-Exit status: 0 when something matched, 1 when nothing matched or no file was
-found, 2 when the input was refused, the run failed, or a Replace left a file
-with matches unwritten for any reason but its being read-only. A dry run
-exits as a declined Replace: 0 when something would change, 1 when nothing
-would. undo: 0 when every file was restored, 1 when there was nothing to
-undo or the question was declined, 2 when a file was left as it was or the
-journal was refused.
+Exit status:
+  0 when something matched, 1 when nothing matched or no file was found, 2
+  when the input was refused, the run failed, or a Replace left a file with
+  matches unwritten for any reason but its being read-only. A dry run exits as
+  a declined Replace: 0 when something would change, 1 when nothing would, 2
+  when a file was left out of the diff. undo: 0 when every file was restored,
+  1 when there was nothing to undo or the question was declined, 2 when a file
+  was left as it was, a record is damaged or the journal was refused.
 )";
 
 namespace {
@@ -142,7 +150,7 @@ constexpr OptionInfo kOptions[] = {
     {0, "csv", true},            {0, "json", false},       {'h', "help", false},
     {0, "include-vcs", false},  {0, "dry-run", false},    {0, "diff", false},
     {0, "no-undo", false},      {0, "list", false},       {0, "job", true},
-    {0, "entry", true},         {0, "data-dir", true},
+    {0, "entry", true},         {0, "data-dir", true},      {0, "version", false},
 };
 
 const OptionInfo* findLong(std::string_view name) {
@@ -182,6 +190,7 @@ std::string apply(CliOptions& o, const OptionInfo& option, const std::string& va
     else if (name == "no-undo") o.record = false;
     else if (name == "list") o.listRuns = true;
     else if (name == "help") o.help = true;
+    else if (name == "version") o.version = true;
     else if (name == "job") o.job = value;
     else if (name == "entry") o.entry = value;
     else if (name == "data-dir") o.dataFolder = value;
@@ -245,7 +254,7 @@ ParseResult parseCommandLine(const std::vector<std::string>& arguments) {
             if (std::string error = apply(options, *option, value); !error.empty()) return {std::nullopt, error};
         }
     }
-    if (options.help) return {options, ""};
+    if (options.help || options.version) return {options, ""};
     if (positional.empty())
         return {std::nullopt, "a command is needed: find, replace, extract, undo, library or jobs"};
     if (options.job && options.entry) return {std::nullopt, "--job and --entry cannot be used together"};

@@ -41,6 +41,7 @@ struct CliOptions {
     bool fileBytes = false;  // --diff: the changes in the files' own bytes
     bool record = true;      // --no-undo clears it
     bool help = false;
+    bool version = false;    // --version: print it and end
     // Saved work: the steps of a batch job, or a library entry's pair, in
     // place of FIND and REPLACEMENT; the folder of the files that hold them.
     std::optional<std::string> job;

@@ -107,6 +107,10 @@ int main(int argc, char** argv) {
         std::fputs(cli::kUsage, stdout);
         return 0;
     }
+    if (options.version) {
+        std::puts("vantorel-cli (Vantorel) " VANTOREL_VERSION);
+        return 0;
+    }
     if (options.command == cli::CliCommand::ListLibrary || options.command == cli::CliCommand::ListJobs)
         return cli::listSavedWork(options);
     installStopHandlers();

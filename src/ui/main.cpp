@@ -2,7 +2,9 @@
 
 #include <QApplication>
 #include <QStringList>
+#include <cstdio>
 #include <cstdlib>
+#include <string_view>
 
 #include "search/EngineSelfTest.h"
 #include "ui/GuiMessageHost.h"
@@ -10,7 +12,39 @@
 #include "ui/RepForm.h"
 #include "ui/TerminationSignals.h"
 
+namespace {
+
+const char* const kUsage = R"(Usage: vantorel [FOLDER]
+Opens the Vantorel window, which finds, replaces and extracts text in every
+file under a folder whose name matches a filter.
+
+FOLDER is the start folder: the whole command line, spaces and all, with
+every double quote removed, so that a name with spaces needs no quotes.
+Without it the window starts on the folder it used last.
+
+  -h, --help      this text (alone on the command line)
+      --version   the version (alone on the command line)
+
+Qt's own options, such as -platform NAME, -style NAME and -display DISPLAY,
+are taken out before the rest is read as FOLDER.
+
+Exit status:
+  0 when the window was closed (also by SIGTERM, SIGHUP or Ctrl+C in the
+  terminal), 1 when the program's self-test failed (a message says why).
+)";
+
+}  // namespace
+
 int main(int argc, char** argv) {
+    // Answered before Qt starts, so that they need no display.
+    if (argc == 2 && std::string_view(argv[1]) == "--version") {
+        std::puts("vantorel (Vantorel) " VANTOREL_VERSION);
+        return 0;
+    }
+    if (argc == 2 && (std::string_view(argv[1]) == "--help" || std::string_view(argv[1]) == "-h")) {
+        std::fputs(kUsage, stdout);
+        return 0;
+    }
     QApplication app(argc, argv);  // takes out the arguments meant for Qt
     QApplication::setStyle(new vantorel::ui::ReadableIndicatorStyle);  // the desktop's, marks readable
     QApplication::setApplicationName(QStringLiteral("Vantorel"));
