@@ -14,7 +14,9 @@ set(expected
   share/vantorel/readme.html
   share/applications/${APP_ID}.desktop
   share/icons/hicolor/scalable/apps/${APP_ID}.svg
-  share/metainfo/${APP_ID}.metainfo.xml)
+  share/metainfo/${APP_ID}.metainfo.xml
+  share/man/man1/vantorel.1.gz
+  share/man/man1/vantorel-cli.1.gz)
 foreach(file ${expected})
   if(NOT EXISTS "${PREFIX}/${file}")
     message(FATAL_ERROR "not installed: ${file}")
