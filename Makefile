@@ -10,7 +10,7 @@ BUILD_TYPE ?= Release
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 PREFIX ?= /usr/local
 DEBIAN_PACKAGES := cmake g++ make pkg-config libpcre2-dev libgtest-dev libgmock-dev nlohmann-json3-dev unrtf acl \
-                   qt6-base-dev xdg-utils appstream desktop-file-utils patch help2man groff-base
+                   qt6-base-dev xdg-utils appstream desktop-file-utils patch help2man groff-base bash-completion
 
 .PHONY: all deps configure build run test install sanitize sanitize-address sanitize-thread bench clean
 

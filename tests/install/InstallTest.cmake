@@ -16,7 +16,8 @@ set(expected
   share/icons/hicolor/scalable/apps/${APP_ID}.svg
   share/metainfo/${APP_ID}.metainfo.xml
   share/man/man1/vantorel.1.gz
-  share/man/man1/vantorel-cli.1.gz)
+  share/man/man1/vantorel-cli.1.gz
+  share/bash-completion/completions/vantorel-cli)
 foreach(file ${expected})
   if(NOT EXISTS "${PREFIX}/${file}")
     message(FATAL_ERROR "not installed: ${file}")
