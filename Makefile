@@ -3,6 +3,7 @@
 #   make test   build, then run every test
 #   make sanitize   the engine's tests under the sanitizers (CI runs it)
 #   make install [PREFIX=/usr/local] [DESTDIR=...]   build, then install for the desktop
+#   make package   build the Debian package vantorel_<version>_amd64.deb here
 # Each installs the Debian packages it needs when they are missing.
 
 BUILD_DIR ?= build
@@ -10,9 +11,11 @@ BUILD_TYPE ?= Release
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 PREFIX ?= /usr/local
 DEBIAN_PACKAGES := cmake g++ make pkg-config libpcre2-dev libgtest-dev libgmock-dev nlohmann-json3-dev unrtf acl \
-                   qt6-base-dev xdg-utils appstream desktop-file-utils patch help2man groff-base bash-completion
+                   qt6-base-dev xdg-utils appstream desktop-file-utils patch \
+                   help2man groff-base bash-completion dpkg-dev file lintian
+PACKAGE_BUILD_DIR ?= build-deb
 
-.PHONY: all deps configure build run test install sanitize sanitize-address sanitize-thread bench clean
+.PHONY: all deps configure build run test install package sanitize sanitize-address sanitize-thread bench clean
 
 all: build
 
@@ -62,6 +65,19 @@ sanitize-thread: deps
 install: build
 	DESTDIR="$(DESTDIR)" cmake --install $(BUILD_DIR) --prefix "$(PREFIX)"
 
+# The Debian package, built apart in $(PACKAGE_BUILD_DIR) for /usr with
+# Debian's hardening flags, its dependencies worked out by dpkg-shlibdeps.
+package: export DEB_BUILD_MAINT_OPTIONS = hardening=+all
+package: deps
+	cmake -S . -B $(PACKAGE_BUILD_DIR) -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF -DCMAKE_INSTALL_PREFIX=/usr \
+	  -DCMAKE_CXX_FLAGS="$$(dpkg-buildflags --get CPPFLAGS) $$(dpkg-buildflags --get CXXFLAGS)" \
+	  -DCMAKE_EXE_LINKER_FLAGS="$$(dpkg-buildflags --get LDFLAGS)"
+	cmake --build $(PACKAGE_BUILD_DIR) -j $(JOBS)
+	rm -f $(PACKAGE_BUILD_DIR)/*.deb
+	cd $(PACKAGE_BUILD_DIR) && cpack -G DEB
+	cp $(PACKAGE_BUILD_DIR)/vantorel_*.deb .
+	@echo "Built $$(ls $(PACKAGE_BUILD_DIR)/vantorel_*.deb | xargs -n1 basename): sudo apt install ./$$(ls $(PACKAGE_BUILD_DIR)/vantorel_*.deb | xargs -n1 basename)"
+
 BENCH_PACKAGES := ripgrep grep sed findutils time
 
 # PARTS="find replace batch firstrow cold" picks some (see bench/all.sh).
@@ -70,4 +86,4 @@ bench: build
 	bench/all.sh
 
 clean:
-	rm -rf $(BUILD_DIR) build-asan build-tsan
+	rm -rf $(BUILD_DIR) build-asan build-tsan $(PACKAGE_BUILD_DIR)
