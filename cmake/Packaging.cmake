@@ -66,12 +66,14 @@ set(CPACK_DEBIAN_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_HOMEPAGE https://www.brimlark.example/vantorel/)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
-# The libraries the programs link come from dpkg-shlibdeps; Qt's platform
-# plugins are loaded at run time, so they are named here.
+# The libraries the programs link come from dpkg-shlibdeps; the window's Qt
+# platform plugins are loaded at run time, so they are named here.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_DEPENDS "qt6-qpa-plugins")
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "xdg-utils")
-set(CPACK_DEBIAN_PACKAGE_SUGGESTS "qt6-wayland")
+if(TARGET vantorel)
+  set(CPACK_DEBIAN_PACKAGE_DEPENDS "qt6-qpa-plugins")
+  set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "xdg-utils")
+  set(CPACK_DEBIAN_PACKAGE_SUGGESTS "qt6-wayland")
+endif()
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION "find, replace and extract text across many files
 Vantorel searches every file under a folder whose name matches a filter,
 such as *.htm*;*.css, for a text or a regular expression. It lists each file
