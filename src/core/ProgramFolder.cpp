@@ -22,7 +22,13 @@ std::filesystem::path executableFolder() {
 }
 
 std::filesystem::path programDataFolder(const std::filesystem::path& executableFolder) {
-    if (!executableFolder.empty() && ::access(executableFolder.c_str(), W_OK) == 0) return executableFolder;
+    // An installed program's folder (one with its share folder beside it)
+    // belongs to the system, not to whoever may write in it, root included.
+    std::error_code ec;
+    const bool installed =
+        !executableFolder.empty() && std::filesystem::is_directory(installedDataFolder(executableFolder), ec);
+    if (!executableFolder.empty() && !installed && ::access(executableFolder.c_str(), W_OK) == 0)
+        return executableFolder;
     const std::filesystem::path user = userDataFolder();
     return user.empty() ? executableFolder : user;
 }

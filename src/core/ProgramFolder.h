@@ -3,8 +3,9 @@
 // expression library and batch job files): beside the executable when that
 // folder is writable, otherwise in the per-user data folder
 // ($XDG_DATA_HOME/vantorel, or ~/.local/share/vantorel). An installed program
-// also finds the files it was shipped with in its share folder
-// (<prefix>/share/vantorel beside <prefix>/bin).
+// (its share folder <prefix>/share/vantorel beside <prefix>/bin) keeps them in
+// the per-user folder whoever runs it, root too, and finds the files it was
+// shipped with in its share folder.
 
 #include <filesystem>
 #include <string_view>
