@@ -13,6 +13,9 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMimeData>
+#include <QPaintEngine>
+#include <QPainter>
+#include <QStyleFactory>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -274,6 +277,126 @@ inline void whenModal(std::function<void(QWidget*)> act) {
         for (int i = 0; i < 500 && !(modal = QApplication::activeModalWidget()); ++i) QTest::qWait(10);
         act(modal);
     });
+}
+
+// ---- What a window shows ------------------------------------------------
+
+// A dark desktop's palette (as a dark theme gives it).
+inline QPalette darkPalette() {
+    QPalette p;
+    const QColor window(0x2b, 0x2b, 0x2b), base(0x1e, 0x1e, 0x1e), text(0xe6, 0xe6, 0xe6);
+    for (auto [role, colour] : std::initializer_list<std::pair<QPalette::ColorRole, QColor>>{
+             {QPalette::Window, window}, {QPalette::WindowText, text}, {QPalette::Base, base},
+             {QPalette::AlternateBase, window}, {QPalette::Text, text}, {QPalette::Button, QColor(0x3a, 0x3a, 0x3a)},
+             {QPalette::ButtonText, text}, {QPalette::Highlight, QColor(0x3d, 0x7a, 0xd6)},
+             {QPalette::HighlightedText, Qt::white}, {QPalette::Light, QColor(0x55, 0x55, 0x55)},
+             {QPalette::Midlight, QColor(0x48, 0x48, 0x48)}, {QPalette::Mid, QColor(0x30, 0x30, 0x30)},
+             {QPalette::Dark, QColor(0x20, 0x20, 0x20)}, {QPalette::Shadow, Qt::black},
+             {QPalette::ToolTipBase, base}, {QPalette::ToolTipText, text}, {QPalette::Link, QColor(0x6c, 0xb4, 0xff)},
+             {QPalette::PlaceholderText, QColor(0xa0, 0xa0, 0xa0)}})
+        p.setColor(role, colour);
+    for (QPalette::ColorRole role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
+        p.setColor(QPalette::Disabled, role, QColor(0x80, 0x80, 0x80));
+    return p;
+}
+
+// A text as a widget draws it: its colour, and where it falls in its window.
+struct DrawnText {
+    QString text;
+    QColor colour;
+    QRect rect;
+    QFont font;
+    const QWidget* widget = nullptr;
+};
+
+// Records the texts painted on it and nothing else.
+class TextRecorder : public QPaintDevice {
+public:
+    std::vector<DrawnText> texts;
+    explicit TextRecorder(QSize size) : size_(size) {}
+    QPaintEngine* paintEngine() const override { return &engine_; }
+
+protected:
+    int metric(PaintDeviceMetric metric) const override {
+        switch (metric) {
+            case PdmWidth: return size_.width();
+            case PdmHeight: return size_.height();
+            case PdmDpiX: case PdmDpiY: case PdmPhysicalDpiX: case PdmPhysicalDpiY: return 96;
+            case PdmDepth: return 32;
+            case PdmDevicePixelRatio: return 1;
+            case PdmDevicePixelRatioScaled: return int(devicePixelRatioFScale());
+            default: return QPaintDevice::metric(metric);
+        }
+    }
+
+private:
+    class Engine : public QPaintEngine {
+    public:
+        explicit Engine(TextRecorder& device) : QPaintEngine(AllFeatures), device_(device) {}
+        bool begin(QPaintDevice*) override { return true; }
+        bool end() override { return true; }
+        void updateState(const QPaintEngineState&) override {}
+        Type type() const override { return User; }
+        void drawPixmap(const QRectF&, const QPixmap&, const QRectF&) override {}
+        void drawImage(const QRectF&, const QImage&, const QRectF&, Qt::ImageConversionFlags) override {}
+        void drawTiledPixmap(const QRectF&, const QPixmap&, const QPointF&) override {}
+        void drawPath(const QPainterPath&) override {}
+        void drawPolygon(const QPointF*, int, PolygonDrawMode) override {}
+        void drawPolygon(const QPoint*, int, PolygonDrawMode) override {}
+        void drawRects(const QRectF*, int) override {}
+        void drawRects(const QRect*, int) override {}
+        void drawLines(const QLineF*, int) override {}
+        void drawLines(const QLine*, int) override {}
+        void drawEllipse(const QRectF&) override {}
+        void drawPoints(const QPointF*, int) override {}
+        void drawTextItem(const QPointF& at, const QTextItem& item) override {
+            const QFontMetricsF metrics(item.font());
+            const QRectF box(at.x(), at.y() - metrics.ascent(), item.width(), metrics.ascent() + metrics.descent());
+            if (!item.text().trimmed().isEmpty())
+                device_.texts.push_back({item.text(), state->pen().color(),
+                                         state->transform().mapRect(box).toAlignedRect(), item.font(), nullptr});
+        }
+
+    private:
+        TextRecorder& device_;
+    };
+    QSize size_;
+    mutable Engine engine_{*this};
+};
+
+// Every text the enabled, visible widgets of a window draw where it can be
+// seen (not scrolled away), each widget painted on its own.
+inline std::vector<DrawnText> drawnTexts(QWidget* window) {
+    std::vector<DrawnText> all;
+    QList<QWidget*> widgets = window->findChildren<QWidget*>();
+    widgets.prepend(window);
+    for (QWidget* w : widgets) {
+        if (!w->isVisible() || !w->isEnabled() || (w != window && w->isWindow())) continue;
+        const QRegion seen = w->visibleRegion();
+        if (seen.isEmpty()) continue;
+        TextRecorder recorder(window->size());
+        const QPoint offset = w->mapTo(window, QPoint(0, 0));
+        w->render(&recorder, offset, QRegion(), QWidget::RenderFlags());
+        for (DrawnText& text : recorder.texts)
+            if (seen.translated(offset).contains(text.rect.center())) {
+                text.widget = w;
+                all.push_back(std::move(text));
+            }
+    }
+    return all;
+}
+
+// The colour most of a rectangle of a window's picture has: the page behind a text.
+inline QColor pageBehind(const QImage& picture, const QRect& rect, qreal scale) {
+    QHash<QRgb, int> counts;
+    const QRect pixels = QRect(rect.topLeft() * scale, rect.size() * scale).intersected(picture.rect());
+    for (int y = pixels.top(); y <= pixels.bottom(); ++y)
+        for (int x = pixels.left(); x <= pixels.right(); ++x) ++counts[picture.pixel(x, y)];
+    QRgb most = 0;
+    int best = -1;
+    for (auto it = counts.cbegin(); it != counts.cend(); ++it)
+        if (it.value() > best) best = it.value(), most = it.key();
+    return QColor::fromRgb(most);
 }
 
 }  // namespace vantorel::test
