@@ -12,6 +12,7 @@
 #include "ui/CommandButton.h"
 #include "ui/FileDialog.h"
 #include "ui/PreviewPane.h"
+#include "ui/ScreenFit.h"
 #include "ui/Twips.h"
 
 namespace vantorel::ui {
@@ -47,6 +48,7 @@ ExtractForm::ExtractForm(DesktopServices& desktop, MessageHost& messages, QWidge
     text_->setGeometry(twipsToPixelsX(250, this), twipsToPixelsY(250, this), width() - twipsToPixelsX(500, this),
                        height() - twipsToPixelsY(1500, this));
     placeButtons();
+    keepOnScreen(this);
 }
 
 void ExtractForm::appendText(const std::string& text) {

@@ -11,6 +11,8 @@
 
 #include "ui/CommandButton.h"
 #include "ui/GuiMessageHost.h"
+#include "ui/ScreenFit.h"
+#include "ui/ShownName.h"
 
 namespace vantorel::ui {
 
@@ -73,6 +75,7 @@ RegExLibFrm::RegExLibFrm(LibraryState& state, const std::filesystem::path& progr
     layout->addLayout(listColumn, 2);
     layout->addLayout(right, 3);
     resize(720, 280);
+    keepOnScreen(this);
     QWidget* order[] = {list_, name_, pattern_, replacement_, use, save, remove, close};
     for (std::size_t i = 1; i < std::size(order); ++i) setTabOrder(order[i - 1], order[i]);
 
@@ -100,7 +103,10 @@ void RegExLibFrm::setTexts(const QString& pattern, const QString& replacement) {
 void RegExLibFrm::fillList(std::optional<std::size_t> select) {
     reloading_ = true;
     list_->clear();
-    for (const LibraryEntry& entry : library_->entries()) list_->addItem(QString::fromStdString(entry.name));
+    for (const LibraryEntry& entry : library_->entries()) {
+        auto* item = new QListWidgetItem(shownName(entry.name), list_);
+        item->setData(Qt::AccessibleTextRole, spokenName(entry.name));
+    }
     if (select && *select < library_->entries().size()) list_->setCurrentRow(static_cast<int>(*select));
     reloading_ = false;
 }

@@ -1,11 +1,31 @@
 #include "ui/ScreenFit.h"
 
+#include <QEvent>
+#include <QShowEvent>
 #include <QScreen>
+#include <QScrollBar>
 #include <QStyle>
 #include <QWidget>
 #include <algorithm>
 
 namespace vantorel::ui {
+namespace {
+
+class ScreenKeeper : public QObject {
+public:
+    explicit ScreenKeeper(QWidget* window) : QObject(window) { window->installEventFilter(this); }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        auto* window = static_cast<QWidget*>(watched);
+        if (event->type() == QEvent::Show && !static_cast<QShowEvent*>(event)->spontaneous() &&
+            !(window->windowState() & (Qt::WindowMaximized | Qt::WindowFullScreen)))
+            fitToScreen(window);
+        return false;
+    }
+};
+
+}  // namespace
 
 void fitToScreen(QWidget* window) {
     const QScreen* screen = window->screen();
@@ -30,6 +50,29 @@ void fitToScreen(QWidget* window) {
     const int x = std::max(room.left(), std::min(outer.left(), room.right() + 1 - outer.width()));
     const int y = std::max(room.top(), std::min(outer.top(), room.bottom() + 1 - outer.height()));
     if (x != outer.left() || y != outer.top()) window->move(x, y);
+}
+
+void keepOnScreen(QWidget* window) { new ScreenKeeper(window); }
+
+ScrollingBody::ScrollingBody(QWidget* body, QWidget* parent) : QScrollArea(parent) {
+    setFrameShape(QFrame::NoFrame);
+    setWidgetResizable(true);
+    setWidget(body);
+    // The body shows the window's own background, not a page's.
+    viewport()->setAutoFillBackground(false);
+    body->setAutoFillBackground(false);
+}
+
+QSize ScrollingBody::sizeHint() const {
+    // QScrollArea caps its wish at a few dozen lines; the body's is taken whole.
+    return widget() ? widget()->sizeHint().expandedTo(widget()->minimumSizeHint()) : QScrollArea::sizeHint();
+}
+
+QSize ScrollingBody::minimumSizeHint() const {
+    // Room for the scroll bars and a few lines of the body.
+    const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, this);
+    const int line = fontMetrics().height();
+    return {4 * bar + 8 * line, 2 * bar + 3 * line};
 }
 
 }  // namespace vantorel::ui

@@ -9,6 +9,7 @@
 #include "ui/CommandButton.h"
 #include "ui/FileDialog.h"
 #include "ui/Logo.h"
+#include "ui/ScreenFit.h"
 
 namespace vantorel::ui {
 
@@ -66,6 +67,7 @@ frmAbout::frmAbout(DesktopServices& desktop, MessageHost& messages, QWidget* par
     layout->addWidget(ok, 5, 1, Qt::AlignRight | Qt::AlignBottom);
     layout->setHorizontalSpacing(18);
     setFixedSize(sizeHint());
+    keepOnScreen(this);
 }
 
 bool frmAbout::eventFilter(QObject* watched, QEvent* event) {
