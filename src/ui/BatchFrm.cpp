@@ -13,6 +13,7 @@
 
 #include "ui/CommandButton.h"
 #include "ui/GuiMessageHost.h"
+#include "ui/ReadableText.h"
 #include "ui/ScreenFit.h"
 #include "ui/ShownName.h"
 
@@ -92,6 +93,7 @@ BatchFrm::BatchFrm(LibraryState& state, const std::filesystem::path& programFold
     layout->addLayout(buttons);
     resize(560, 360);
     keepOnScreen(this);
+    keepPaletteReadable();
     QWidget* order[] = {jobs_, library_, add_, entries_, up_, down_, remove_, newJob_, save_, delete_, use_, close};
     for (std::size_t i = 1; i < std::size(order); ++i) setTabOrder(order[i - 1], order[i]);
 

@@ -12,6 +12,7 @@
 #include "ui/CommandButton.h"
 #include "ui/FileDialog.h"
 #include "ui/PreviewPane.h"
+#include "ui/ReadableText.h"
 #include "ui/ScreenFit.h"
 #include "ui/Twips.h"
 
@@ -49,6 +50,7 @@ ExtractForm::ExtractForm(DesktopServices& desktop, MessageHost& messages, QWidge
                        height() - twipsToPixelsY(1500, this));
     placeButtons();
     keepOnScreen(this);
+    keepPaletteReadable();
 }
 
 void ExtractForm::appendText(const std::string& text) {

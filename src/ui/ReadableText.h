@@ -19,6 +19,12 @@ namespace vantorel::ui {
 void keepReadable(QWidget* widget, std::function<QColor(const QPalette&)> colour,
                   double least = kLeastTextContrast);
 
+// The desktop's palette with each text colour moved, where it must be,
+// just far enough from its page (a selection's page from its text).
+QPalette readablePalette(QPalette palette);
+// Keeps the program's palette readable (once per program; each window asks).
+void keepPaletteReadable();
+
 // The palette's text colour, muted towards its page but still readable:
 // for remarks beside the main text (timings, unset values).
 QColor mutedText(const QPalette& palette, QPalette::ColorRole text, QPalette::ColorRole page);

@@ -11,6 +11,7 @@
 
 #include "ui/CommandButton.h"
 #include "ui/GuiMessageHost.h"
+#include "ui/ReadableText.h"
 #include "ui/ScreenFit.h"
 #include "ui/ShownName.h"
 
@@ -76,6 +77,7 @@ RegExLibFrm::RegExLibFrm(LibraryState& state, const std::filesystem::path& progr
     layout->addLayout(right, 3);
     resize(720, 280);
     keepOnScreen(this);
+    keepPaletteReadable();
     QWidget* order[] = {list_, name_, pattern_, replacement_, use, save, remove, close};
     for (std::size_t i = 1; i < std::size(order); ++i) setTabOrder(order[i - 1], order[i]);
 

@@ -101,6 +101,7 @@ RegExTestFrm::RegExTestFrm(LibraryState& library, const std::filesystem::path& p
     buildWidgets();
     resize(920, 760);
     keepOnScreen(this);
+    keepPaletteReadable();
 }
 
 RegExTestFrm::~RegExTestFrm() = default;

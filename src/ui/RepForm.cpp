@@ -45,6 +45,7 @@
 #include "ui/PopUpForm.h"
 #include "ui/PreviewFrame.h"
 #include "ui/PreviewPane.h"
+#include "ui/ReadableText.h"
 #include "ui/RegExLibFrm.h"
 #include "ui/RegExTestFrm.h"
 #include "ui/RepFormState.h"
@@ -73,6 +74,7 @@ QString versionText() { return QStringLiteral("Version ") + QStringLiteral(VANTO
 
 RepForm::RepForm(RepFormOptions options, QWidget* parent) : QMainWindow(parent), options_(std::move(options)) {
     setObjectName(QStringLiteral("RepForm"));
+    keepPaletteReadable();
     if (options_.messages) {
         messages_ = options_.messages;
     } else {

@@ -14,6 +14,7 @@
 #include "ui/ChangeLineDelegate.h"
 #include "ui/CommandButton.h"
 #include "ui/FileChangesModel.h"
+#include "ui/ReadableText.h"
 #include "ui/ResultsModel.h"
 #include "ui/ScreenFit.h"
 
@@ -114,6 +115,7 @@ ReplacePreviewForm::ReplacePreviewForm(const RunRequest& request, std::vector<Ch
     resize(1100, 680);
     splitter->setSizes({350, 750});
     keepOnScreen(this);
+    keepPaletteReadable();
 
     connect(fileView_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             [this](const QModelIndex& current) { showFile(current.row()); });

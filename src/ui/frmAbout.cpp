@@ -9,6 +9,7 @@
 #include "ui/CommandButton.h"
 #include "ui/FileDialog.h"
 #include "ui/Logo.h"
+#include "ui/ReadableText.h"
 #include "ui/ScreenFit.h"
 
 namespace vantorel::ui {
@@ -68,6 +69,7 @@ frmAbout::frmAbout(DesktopServices& desktop, MessageHost& messages, QWidget* par
     layout->setHorizontalSpacing(18);
     setFixedSize(sizeHint());
     keepOnScreen(this);
+    keepPaletteReadable();
 }
 
 bool frmAbout::eventFilter(QObject* watched, QEvent* event) {

@@ -184,6 +184,7 @@ frmOptions::frmOptions(AppSettings& settings, MessageHost& messages, QWidget* pa
     apply_->setEnabled(false);
     resize(sizeHint());
     keepOnScreen(this);
+    keepPaletteReadable();
 }
 
 void frmOptions::arrangeGroups(bool twoColumns) {

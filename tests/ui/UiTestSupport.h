@@ -30,11 +30,18 @@
 #include "core/MessageHost.h"
 #include "library/LibraryState.h"
 #include "support/TempTree.h"
+#include "ui/BatchFrm.h"
 #include "ui/DesktopServices.h"
+#include "ui/ExtractForm.h"
 #include "ui/HistoryCombo.h"
 #include "ui/PreviewPane.h"
+#include "ui/RegExLibFrm.h"
+#include "ui/RegExTestFrm.h"
 #include "ui/RepForm.h"
+#include "ui/ReplacePreviewForm.h"
 #include "ui/ResultsModel.h"
+#include "ui/frmAbout.h"
+#include "ui/frmOptions.h"
 
 namespace vantorel::test {
 
@@ -386,17 +393,87 @@ inline std::vector<DrawnText> drawnTexts(QWidget* window) {
     return all;
 }
 
-// The colour most of a rectangle of a window's picture has: the page behind a text.
+// The colour most of a rectangle of a window's picture has: the page behind
+// a text. Near shades count as one, so that a gradient is one page.
 inline QColor pageBehind(const QImage& picture, const QRect& rect, qreal scale) {
-    QHash<QRgb, int> counts;
+    struct Shade {
+        int count = 0;
+        long r = 0, g = 0, b = 0;
+    };
+    QHash<int, Shade> shades;
     const QRect pixels = QRect(rect.topLeft() * scale, rect.size() * scale).intersected(picture.rect());
     for (int y = pixels.top(); y <= pixels.bottom(); ++y)
-        for (int x = pixels.left(); x <= pixels.right(); ++x) ++counts[picture.pixel(x, y)];
-    QRgb most = 0;
-    int best = -1;
-    for (auto it = counts.cbegin(); it != counts.cend(); ++it)
-        if (it.value() > best) best = it.value(), most = it.key();
-    return QColor::fromRgb(most);
+        for (int x = pixels.left(); x <= pixels.right(); ++x) {
+            const QRgb pixel = picture.pixel(x, y);
+            Shade& shade = shades[(qRed(pixel) >> 4) << 8 | (qGreen(pixel) >> 4) << 4 | qBlue(pixel) >> 4];
+            ++shade.count;
+            shade.r += qRed(pixel), shade.g += qGreen(pixel), shade.b += qBlue(pixel);
+        }
+    Shade most;
+    for (const Shade& shade : shades)
+        if (shade.count > most.count) most = shade;
+    return most.count ? QColor(int(most.r / most.count), int(most.g / most.count), int(most.b / most.count)) : QColor();
 }
+
+// Each of the program's windows on its own, with something in it to show:
+// for the tests that look at every window alike.
+struct WindowCatalogue {
+    TempTree tree;  // the files the windows work on, and the library's folder
+    RecordingMessages messages;
+    RecordingDesktop desktop;
+    LibraryState library;
+    AppSettings settings;
+    std::unique_ptr<FormFixture> form;
+    std::unique_ptr<QWidget> window;
+
+    static QStringList names() {
+        return {"main", "options", "tester", "tester with an error", "preview", "library", "batch", "extract", "about"};
+    }
+
+    WindowCatalogue() {
+        tree.write("site/notes.txt", "The colour of the sea\nno match here\nand the colour again\n");
+        tree.write("site/sub/config.h", "#define COLOUR colour\n");
+        tree.write("program/RegEx.txt", "Digits\t\\d+\t#\r\nDigits  \t[0-9]+\t\r\nColour\tcolour\tcolor\r\n");
+        tree.write("program/BatchJobs.txt", "Tidy\tDigits\tColour\r\n");
+    }
+
+    // Opens the window `name`, shown and ready; null when it could not be.
+    QWidget* open(const QString& name) {
+        const std::string program = tree.path("program");
+        QWidget* shown = nullptr;
+        if (name == "main" || name == "preview") {
+            form = std::make_unique<FormFixture>();
+            form->child<QTimer>("SplashTimer")->stop();
+            if (!form->run(root(tree) + "/site", "*", "colour", "color", name == "main" ? "FindBtn" : "PreviewBtn"))
+                return nullptr;
+            shown = name == "main" ? static_cast<QWidget*>(form->form.get()) : form->form->previewWindow();
+            if (name == "main") form->showActive();
+        } else if (name == "options") {
+            window = std::make_unique<ui::frmOptions>(settings, messages);
+        } else if (name.startsWith("tester")) {
+            auto* tester = new ui::RegExTestFrm(library, program, &messages, &desktop);
+            window.reset(tester);
+            QSignalSpy updated(tester, &ui::RegExTestFrm::updated);
+            tester->setSample("a1 b22\nc333");
+            tester->findChild<QLineEdit*>("FText")->setText(name.endsWith("error") ? "a(b" : "(?<letter>[a-z])(\\d+)(x)?");
+            tester->findChild<QLineEdit*>("RText")->setText("<$1>");
+            if (!updated.wait(10000)) return nullptr;
+        } else if (name == "library") {
+            window = std::make_unique<ui::RegExLibFrm>(library, program, &messages);
+        } else if (name == "batch") {
+            window = std::make_unique<ui::BatchFrm>(library, program, &messages);
+        } else if (name == "extract") {
+            auto* extract = new ui::ExtractForm(desktop, messages);
+            window.reset(extract);
+            extract->appendText("colour\r\ncolour\r\n");
+        } else if (name == "about") {
+            window = std::make_unique<ui::frmAbout>(desktop, messages);
+        }
+        if (!shown) shown = window.get();
+        if (!shown) return nullptr;
+        shown->show();
+        return QTest::qWaitForWindowExposed(shown) ? shown : nullptr;
+    }
+};
 
 }  // namespace vantorel::test
