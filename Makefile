@@ -10,7 +10,8 @@ BUILD_TYPE ?= Release
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 PREFIX ?= /usr/local
 DEBIAN_PACKAGES := cmake g++ make pkg-config libpcre2-dev libgtest-dev libgmock-dev nlohmann-json3-dev unrtf acl \
-                   qt6-base-dev xdg-utils appstream desktop-file-utils patch
+                   qt6-base-dev xdg-utils appstream desktop-file-utils patch \
+                   xvfb xauth dbus at-spi2-core python3-pyatspi
 
 .PHONY: all deps configure build run test install sanitize sanitize-address sanitize-thread bench clean
 

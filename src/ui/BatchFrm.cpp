@@ -11,6 +11,7 @@
 #include <QVBoxLayout>
 #include <type_traits>
 
+#include "ui/AccessibleName.h"
 #include "ui/CommandButton.h"
 #include "ui/GuiMessageHost.h"
 #include "ui/ReadableText.h"
@@ -38,12 +39,14 @@ BatchFrm::BatchFrm(LibraryState& state, const std::filesystem::path& programFold
     entries_ = new QListWidget(this);
     entries_->setObjectName(QStringLiteral("RegExList"));
     entries_->setSelectionMode(QAbstractItemView::SingleSelection);
+    setAccessibleNames(entries_, QStringLiteral("Steps"));
     detail_ = new QLabel(this);
     detail_->setObjectName(QStringLiteral("StepDetail"));
     detail_->setTextFormat(Qt::PlainText);
     detail_->setTextInteractionFlags(Qt::TextSelectableByMouse);
     detail_->setWordWrap(true);
     detail_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    setAccessibleNames(detail_, QStringLiteral("The chosen step"));
     for (QComboBox* combo : {jobs_, library_}) {
         combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
         combo->setMinimumContentsLength(28);

@@ -9,6 +9,7 @@
 #include "core/AtomicFileWriter.h"
 #include "core/FrontEndMessages.h"
 #include "results/RtfWriter.h"
+#include "ui/AccessibleName.h"
 #include "ui/CommandButton.h"
 #include "ui/FileDialog.h"
 #include "ui/PreviewPane.h"
@@ -37,6 +38,7 @@ ExtractForm::ExtractForm(DesktopServices& desktop, MessageHost& messages, QWidge
     text_ = new QPlainTextEdit(this);
     text_->setObjectName(QStringLiteral("ExtTxt"));
     text_->setLineWrapMode(QPlainTextEdit::NoWrap);
+    setAccessibleNames(text_, QStringLiteral("Extracted text"));
     saveButton_ = makeCommandButton("SaveBtn", QStringLiteral("Save Text..."), this);
     clearButton_ = makeCommandButton("ClearButton", QStringLiteral("Clear Text"), this);
     hideButton_ = makeCommandButton("HideBtn", QStringLiteral("Hide"), this);

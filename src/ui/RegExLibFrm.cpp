@@ -9,6 +9,7 @@
 #include <QListWidget>
 #include <QVBoxLayout>
 
+#include "ui/AccessibleName.h"
 #include "ui/CommandButton.h"
 #include "ui/GuiMessageHost.h"
 #include "ui/ReadableText.h"
@@ -32,6 +33,7 @@ RegExLibFrm::RegExLibFrm(LibraryState& state, const std::filesystem::path& progr
     list_->setObjectName(QStringLiteral("RegExList"));
     list_->setSortingEnabled(false);  // index i is entry i of the file
     list_->setSelectionMode(QAbstractItemView::SingleSelection);
+    setAccessibleNames(list_, QStringLiteral("Library"), QStringLiteral("Enter or a double click uses the entry"));
     auto edit = [this](const char* name) {
         auto* box = new QLineEdit(this);
         box->setObjectName(QString::fromLatin1(name));
@@ -85,7 +87,7 @@ RegExLibFrm::RegExLibFrm(LibraryState& state, const std::filesystem::path& progr
         if (!reloading_) showEntry();
     });
     connect(list_, &QListWidget::itemClicked, this, &RegExLibFrm::showEntry);
-    connect(list_, &QListWidget::itemDoubleClicked, this, &RegExLibFrm::useEntry);
+    connect(list_, &QListWidget::itemActivated, this, &RegExLibFrm::useEntry);  // Enter, or a double click
     connect(use, &QAbstractButton::clicked, this, &RegExLibFrm::useTyped);
     connect(save, &QAbstractButton::clicked, this, &RegExLibFrm::save);
     connect(close, &QAbstractButton::clicked, this, &QDialog::reject);

@@ -19,6 +19,7 @@
 #include <cstdio>
 
 #include "core/MessageHost.h"
+#include "ui/AccessibleName.h"
 #include "ui/CommandButton.h"
 #include "ui/DesktopServices.h"
 #include "ui/FileDialog.h"
@@ -168,6 +169,7 @@ void RegExTestFrm::buildWidgets() {
     groups_->setHorizontalHeaderLabels(
         {QStringLiteral("Group"), QStringLiteral("Name"), QStringLiteral("Text"), QStringLiteral("Position")});
     groups_->verticalHeader()->hide();
+    setAccessibleNames(groups_, QStringLiteral("Groups of the chosen match"));
     groups_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     groups_->setSelectionBehavior(QAbstractItemView::SelectRows);
     groups_->setWordWrap(false);

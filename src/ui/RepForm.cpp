@@ -26,6 +26,7 @@
 #include "core/RegistryStore.h"
 #include "core/SettingsStore.h"
 #include "history/UndoJournal.h"
+#include "results/ResultRow.h"
 #include "results/RtfReader.h"
 #include "search/PatternConstruction.h"
 #include "ui/BatchBar.h"
@@ -315,6 +316,30 @@ void RepForm::buildMenus() {
     previewAllAction_->setObjectName(QStringLiteral("mAllFound"));
     previewAllAction_->setCheckable(true);
     connect(previewAllAction_, &QAction::triggered, this, &RepForm::onPreviewAllTriggered);
+    // What the mouse does on the list's headings and the divider, from the keyboard.
+    viewMenu_->addSeparator();
+    QMenu* sortBy = viewMenu_->addMenu(QStringLiteral("&Sort List By"));
+    sortBy->setObjectName(QStringLiteral("mSortBy"));
+    const std::vector<std::string>& headings = resultColumnHeaders();
+    for (int column = 0; column < static_cast<int>(headings.size()); ++column) {
+        QAction* sort = sortBy->addAction(QString::fromStdString(headings[static_cast<std::size_t>(column)]));
+        sort->setObjectName(QStringLiteral("mSortBy%1").arg(column));
+        connect(sort, &QAction::triggered, this, [this, column] { onHeaderClicked(column); });
+    }
+    struct DividerStep {
+        const char* name;
+        const char* caption;
+        QKeyCombination keys;
+        int lines;
+    };
+    for (const DividerStep& step : {DividerStep{"mDividerUp", "Move Divider &Up", Qt::CTRL | Qt::SHIFT | Qt::Key_Up, -2},
+                                    DividerStep{"mDividerDown", "Move Divider &Down", Qt::CTRL | Qt::SHIFT | Qt::Key_Down, 2}}) {
+        QAction* move = viewMenu_->addAction(QString::fromLatin1(step.caption));
+        move->setObjectName(QString::fromLatin1(step.name));
+        move->setShortcut(QKeySequence(step.keys));
+        connect(move, &QAction::triggered, this,
+                [this, lines = step.lines] { moveDivider(lines * fontMetrics().lineSpacing()); });
+    }
 
     QMenu* tools = menuBar()->addMenu(QStringLiteral("&Tools"));
     tools->setObjectName(QStringLiteral("mTools"));

@@ -11,6 +11,7 @@
 #include <QtConcurrent/QtConcurrentRun>
 
 #include "results/ChangeListing.h"
+#include "ui/AccessibleName.h"
 #include "ui/ChangeLineDelegate.h"
 #include "ui/CommandButton.h"
 #include "ui/FileChangesModel.h"
@@ -65,6 +66,8 @@ ReplacePreviewForm::ReplacePreviewForm(const RunRequest& request, std::vector<Ch
     fileView_->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);
     fileView_->horizontalHeader()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
     fileView_->setWordWrap(false);
+    setAccessibleNames(fileView_, QStringLiteral("Files to change"),
+                       QStringLiteral("Space ticks or unticks the chosen file; its changes are shown beside"));
     // A path too long for its column gives up its first folders: the file's
     // name and the folders nearest it stay in view, so that two files of
     // the same name in different folders stay apart.
@@ -77,6 +80,7 @@ ReplacePreviewForm::ReplacePreviewForm(const RunRequest& request, std::vector<Ch
     changeView_->setModel(changes_);
     changeView_->setItemDelegate(new ChangeLineDelegate(changeView_));
     changeView_->setUniformItemSizes(true);
+    setAccessibleNames(changeView_, QStringLiteral("Changes in the chosen file"));
     changeView_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
 
     summary_ = new QLabel(this);

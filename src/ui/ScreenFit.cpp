@@ -56,6 +56,7 @@ void keepOnScreen(QWidget* window) { new ScreenKeeper(window); }
 
 ScrollingBody::ScrollingBody(QWidget* body, QWidget* parent) : QScrollArea(parent) {
     setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::NoFocus);  // the controls in it take the focus, and Tab scrolls to them
     setWidgetResizable(true);
     setWidget(body);
     // The body shows the window's own background, not a page's.

@@ -11,6 +11,7 @@
 #include <QStyle>
 #include <QVBoxLayout>
 
+#include "ui/AccessibleName.h"
 #include "ui/FontNames.h"
 #include "ui/Logo.h"
 #include "ui/ReadableText.h"
@@ -113,7 +114,8 @@ frmOptions::frmOptions(AppSettings& settings, MessageHost& messages, QWidget* pa
     fontSize_->setInsertPolicy(QComboBox::NoInsert);
     for (const std::string& size : previewFontSizes()) fontSize_->addItem(qs(size));
     fontSize_->setEditText(qs(shown.fontSize));
-    fontSize_->setAccessibleName(QStringLiteral("Preview font size"));
+    setAccessibleNames(fontName_, QStringLiteral("Preview font"));
+    setAccessibleNames(fontSize_, QStringLiteral("Preview font size"));
     fontSize_->setMinimumContentsLength(3);
 
     auto* form = new QFormLayout(preview);
