@@ -71,6 +71,15 @@ QWidget* pane(QWidget* parent, std::initializer_list<QWidget*> top, QWidget* bod
     return widget;
 }
 
+// The body's layout, which does not work its height out from its width (as
+// the wrapped reason line would have it): a scrolling body whose height
+// follows its width is given its whole preferred height, not the window's.
+class FixedHeightLayout : public QVBoxLayout {
+public:
+    using QVBoxLayout::QVBoxLayout;
+    bool hasHeightForWidth() const override { return false; }
+};
+
 }  // namespace
 
 RegExTestFrm::RegExTestFrm(LibraryState& library, const std::filesystem::path& programFolder, MessageHost* messages,
@@ -179,6 +188,12 @@ void RegExTestFrm::buildWidgets() {
     groups_->horizontalHeader()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
     groups_->horizontalHeader()->setSectionResizeMode(3, QHeaderView::ResizeToContents);
 
+    // Each pane can shrink to a couple of lines, so that on a small screen
+    // (a scale factor of 2) all of them share the window before it scrolls.
+    for (QAbstractScrollArea* area : std::initializer_list<QAbstractScrollArea*>{sample_, matchList_, replaced_, groups_})
+        area->setMinimumHeight(2 * area->fontMetrics().lineSpacing() + 2 * area->frameWidth() +
+                               (area == groups_ ? groups_->horizontalHeader()->sizeHint().height() : 0));
+
     auto* inputs = new QGridLayout;
     inputs->addWidget(caption(QStringLiteral("Reg &Ex:"), pattern_, this), 0, 0);
     inputs->addWidget(pattern_, 0, 1);
@@ -213,7 +228,7 @@ void RegExTestFrm::buildWidgets() {
     // them (a scale factor of 2); Close stays in view below them.
     auto* body = new QWidget(this);
     body->setObjectName(QStringLiteral("TesterBody"));
-    auto* bodyLayout = new QVBoxLayout(body);
+    auto* bodyLayout = new FixedHeightLayout(body);
     bodyLayout->setContentsMargins(0, 0, 0, 0);
     bodyLayout->addLayout(inputs);
     bodyLayout->addWidget(bands, 1);
