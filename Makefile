@@ -12,7 +12,8 @@ JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 PREFIX ?= /usr/local
 DEBIAN_PACKAGES := cmake g++ make pkg-config libpcre2-dev libgtest-dev libgmock-dev nlohmann-json3-dev unrtf acl \
                    qt6-base-dev xdg-utils appstream desktop-file-utils patch \
-                   help2man groff-base bash-completion dpkg-dev file lintian
+                   help2man groff-base bash-completion dpkg-dev file lintian \
+                   xvfb xauth dbus at-spi2-core python3-pyatspi
 PACKAGE_BUILD_DIR ?= build-deb
 
 .PHONY: all deps configure build run test install package sanitize sanitize-address sanitize-thread bench clean

@@ -134,7 +134,12 @@ bool BatchJobEditor::newJob() {
 }
 
 bool BatchJobEditor::save(const std::string& name) {
-    if (name.empty() || entries_.empty()) return false;
+    if (entries_.empty()) return false;
+    // Refused as the library refuses an entry without a name: the list would not show it.
+    if (name.find_first_not_of(' ') == std::string::npos) {
+        say("Please enter a name for the batch job", MessageKind::Validation);
+        return false;
+    }
     if (name.find_first_of("\t\r\n") != std::string::npos) {
         say("The name of a batch job cannot hold tabs or line breaks.", MessageKind::Validation);
         return false;

@@ -68,7 +68,8 @@ public:
     // Starts a new job; false when the user kept the changed entries.
     bool newJob();
     // Saves the entries as the job `name` (the answer of the name question;
-    // empty is a cancel), asking before each job of that name is replaced.
+    // a name that is empty or only spaces is refused with a message), asking
+    // before each job of that name is replaced.
     bool save(const std::string& name);
     // Asks, then deletes every job named as the current one.
     bool deleteJob();

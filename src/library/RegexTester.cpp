@@ -169,7 +169,11 @@ SampleFile readSampleFile(const std::string& path, std::uint64_t maxBytes) {
         case FileText::Status::Error: throw std::runtime_error(read.error);
     }
     std::string_view bytes = read.text.bytes();
-    if (bytes.size() > maxBytes) throw std::runtime_error(tooLargeMessage(path));
+    if (bytes.size() > maxBytes) {
+        const std::string most = maxBytes % (1u << 20) == 0 ? std::to_string(maxBytes >> 20) + " MB"
+                                                            : std::to_string(maxBytes) + " bytes";
+        throw std::runtime_error(path + " is larger than " + most + ", the most the tester takes.");
+    }
     const TextEncoding encoding = read.text.encoding();
     if (encoding == TextEncoding::Utf8 && bytes.starts_with("\xEF\xBB\xBF")) bytes.remove_prefix(3);
     SampleFile sample;

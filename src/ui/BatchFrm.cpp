@@ -11,8 +11,12 @@
 #include <QVBoxLayout>
 #include <type_traits>
 
+#include "ui/AccessibleName.h"
 #include "ui/CommandButton.h"
 #include "ui/GuiMessageHost.h"
+#include "ui/ReadableText.h"
+#include "ui/ScreenFit.h"
+#include "ui/ShownName.h"
 
 namespace vantorel::ui {
 
@@ -35,12 +39,14 @@ BatchFrm::BatchFrm(LibraryState& state, const std::filesystem::path& programFold
     entries_ = new QListWidget(this);
     entries_->setObjectName(QStringLiteral("RegExList"));
     entries_->setSelectionMode(QAbstractItemView::SingleSelection);
+    setAccessibleNames(entries_, QStringLiteral("Steps"));
     detail_ = new QLabel(this);
     detail_->setObjectName(QStringLiteral("StepDetail"));
     detail_->setTextFormat(Qt::PlainText);
     detail_->setTextInteractionFlags(Qt::TextSelectableByMouse);
     detail_->setWordWrap(true);
     detail_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    setAccessibleNames(detail_, QStringLiteral("The chosen step"));
     for (QComboBox* combo : {jobs_, library_}) {
         combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
         combo->setMinimumContentsLength(28);
@@ -89,6 +95,8 @@ BatchFrm::BatchFrm(LibraryState& state, const std::filesystem::path& programFold
     layout->addLayout(grid);
     layout->addLayout(buttons);
     resize(560, 360);
+    keepOnScreen(this);
+    keepPaletteReadable();
     QWidget* order[] = {jobs_, library_, add_, entries_, up_, down_, remove_, newJob_, save_, delete_, use_, close};
     for (std::size_t i = 1; i < std::size(order); ++i) setTabOrder(order[i - 1], order[i]);
 
@@ -106,7 +114,11 @@ BatchFrm::BatchFrm(LibraryState& state, const std::filesystem::path& programFold
             showState();
         });
     };
-    edit(add_, [this] { editor_->addEntry(library_->currentText().toStdString()); });
+    edit(add_, [this] {
+        const int chosen = library_->currentIndex();
+        if (chosen >= 0 && static_cast<std::size_t>(chosen) < editor_->library().size())
+            editor_->addEntry(editor_->library()[static_cast<std::size_t>(chosen)].name);
+    });
     edit(remove_, [this] { editor_->removeEntry(); });
     edit(up_, [this] { editor_->moveUp(); });
     edit(down_, [this] { editor_->moveDown(); });
@@ -132,15 +144,24 @@ namespace {
 // Puts `names` into a combo box or list, unless it holds them already (so
 // that a click being handled does not lose its item).
 template <class Box>
-void fill(Box* box, const std::vector<std::string>& names) {
+void fill(Box* box, const std::vector<std::string>& names, bool entryNames) {
+    auto shown = [entryNames](const std::string& name) {
+        return entryNames ? shownName(name) : QString::fromStdString(name);
+    };
     bool same = box->count() == static_cast<int>(names.size());
     for (int i = 0; same && i < box->count(); ++i) {
-        if constexpr (std::is_same_v<Box, QComboBox>) same = box->itemText(i).toStdString() == names[i];
-        else same = box->item(i)->text().toStdString() == names[i];
+        if constexpr (std::is_same_v<Box, QComboBox>) same = box->itemText(i) == shown(names[i]);
+        else same = box->item(i)->text() == shown(names[i]);
     }
     if (same) return;
     box->clear();
-    for (const std::string& name : names) box->addItem(QString::fromStdString(name));
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        box->addItem(shown(names[i]));
+        if (!entryNames) continue;
+        if constexpr (std::is_same_v<Box, QComboBox>)
+            box->setItemData(static_cast<int>(i), spokenName(names[i]), Qt::AccessibleTextRole);
+        else box->item(static_cast<int>(i))->setData(Qt::AccessibleTextRole, spokenName(names[i]));
+    }
 }
 
 }  // namespace
@@ -150,11 +171,11 @@ void BatchFrm::showState(bool library) {
     if (library) {
         std::vector<std::string> names;
         for (const LibraryEntry& entry : editor_->library()) names.push_back(entry.name);
-        fill(library_, names);
+        fill(library_, names, true);
     }
-    fill(jobs_, editor_->jobNames());
+    fill(jobs_, editor_->jobNames(), false);
     jobs_->setCurrentIndex(editor_->currentJob());
-    fill(entries_, editor_->entries());
+    fill(entries_, editor_->entries(), true);
     if (const auto selected = editor_->selectedEntry()) {
         entries_->setCurrentRow(static_cast<int>(*selected));
     } else {

@@ -47,6 +47,22 @@ QSize ChangeLineDelegate::sizeHint(const QStyleOptionViewItem&, const QModelInde
     return {metrics.horizontalAdvance(QLatin1Char('M')) * characters, metrics.lineSpacing() + 2};
 }
 
+ChangeLineDelegate::Colours ChangeLineDelegate::colours(ChangeRow::Kind kind, const QPalette& palette) {
+    // Tints of the page, so that the lines read on a light or a dark palette.
+    const QColor base = palette.color(QPalette::Base), text = palette.color(QPalette::Text);
+    const QColor red(0xff, 0x30, 0x30), green(0x20, 0xc0, 0x20), blue(0x33, 0x66, 0xcc);
+    Colours c{base, {}, text, {}};
+    switch (kind) {
+        case ChangeRow::Kind::Hunk: c.page = mix(base, blue, 0.16); break;
+        case ChangeRow::Kind::Removed: c.page = mix(base, red, 0.1), c.mark = mix(base, red, 0.35); break;
+        case ChangeRow::Kind::Added: c.page = mix(base, green, 0.12), c.mark = mix(base, green, 0.4); break;
+        case ChangeRow::Kind::Context: break;
+    }
+    c.numbers = toQColor(readableColour(toBgr(mix(text, c.page, 0.4)), toBgr(c.page)));
+    if (kind == ChangeRow::Kind::Hunk) c.text = readableOn(toBgr(QColor(0x20, 0x40, 0x90)), c.page);
+    return c;
+}
+
 void ChangeLineDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
     const ChangeRow* row = rowOf(index);
     if (!row) return;
@@ -55,25 +71,18 @@ void ChangeLineDelegate::paint(QPainter* painter, const QStyleOptionViewItem& op
     painter->setFont(font);
     const QFontMetrics metrics(font);
     const int charWidth = metrics.horizontalAdvance(QLatin1Char('M'));
-    // Tints of the page, so that the lines read on a light or a dark palette.
-    const QColor base = option.palette.color(QPalette::Base), text = option.palette.color(QPalette::Text);
-    const QColor red(0xff, 0x30, 0x30), green(0x20, 0xc0, 0x20), blue(0x33, 0x66, 0xcc);
-    QColor page = base, mark;
-    switch (row->kind) {
-        case ChangeRow::Kind::Hunk: page = mix(base, blue, 0.16); break;
-        case ChangeRow::Kind::Removed: page = mix(base, red, 0.1), mark = mix(base, red, 0.35); break;
-        case ChangeRow::Kind::Added: page = mix(base, green, 0.12), mark = mix(base, green, 0.4); break;
-        case ChangeRow::Kind::Context: break;
-    }
+    const Colours colours = ChangeLineDelegate::colours(row->kind, option.palette);
+    const QColor page = colours.page, mark = colours.mark, text = colours.text;
+    const QColor blue(0x33, 0x66, 0xcc);
     QRect rect = option.rect;
     painter->fillRect(rect, page);
     if (option.state & QStyle::State_Selected)
         painter->fillRect(rect.left(), rect.top(), 3, rect.height(), blue);
-    painter->setPen(mix(text, page, 0.4));
+    painter->setPen(colours.numbers);
     const int baseline = rect.top() + 1 + metrics.ascent();
     int x = rect.left() + 4;
     if (row->kind == ChangeRow::Kind::Hunk) {
-        painter->setPen(readableOn(toBgr(QColor(0x20, 0x40, 0x90)), page));
+        painter->setPen(text);
         painter->drawText(x, baseline, QString::fromStdString(row->text));
         painter->restore();
         return;

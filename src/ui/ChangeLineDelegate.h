@@ -2,15 +2,14 @@
 // Draws one row of a file's changes: the old and the new line number, the
 // sign, and the line with the replaced (removed lines) or inserted (added
 // lines) text marked; removed lines on red, added lines on green, hunk heads
-// on blue. The text is dark on those light colours whatever the palette.
+// on blue, all tints of the palette's page so that the text reads on them.
 
+#include <QColor>
 #include <QStyledItemDelegate>
 #include <utility>
 #include <vector>
 
-namespace vantorel {
-struct ChangeRow;
-}
+#include "results/ChangeListing.h"
 
 namespace vantorel::ui {
 
@@ -29,6 +28,14 @@ public:
         std::vector<std::pair<int, int>> marks;
     };
     static Shown shown(const ChangeRow& row);
+
+    // The colours a row of that kind is drawn in on a palette's page: the
+    // row's background, the line numbers, the text (the hunk head's own on
+    // hunk rows) and the marks behind replaced text.
+    struct Colours {
+        QColor page, numbers, text, mark;
+    };
+    static Colours colours(ChangeRow::Kind kind, const QPalette& palette);
 };
 
 }  // namespace vantorel::ui

@@ -60,6 +60,13 @@ void ChangedFilesModel::tickAll(bool ticked) {
     emit tickedChanged();
 }
 
+void ChangedFilesModel::setMatches(int row, std::uint64_t matches) {
+    File& f = files_.at(static_cast<std::size_t>(row));
+    if (f.matches == matches) return;
+    f.matches = matches;
+    emit dataChanged(index(row, 1), index(row, 1), {Qt::DisplayRole});
+}
+
 std::vector<std::string> ChangedFilesModel::tickedPaths() const {
     std::vector<std::string> paths;
     for (const File& f : files_)

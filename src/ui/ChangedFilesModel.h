@@ -30,6 +30,8 @@ public:
 
     const File& file(int row) const { return files_.at(static_cast<std::size_t>(row)); }
     void tickAll(bool ticked);
+    // The count found when the file's changes were worked out again.
+    void setMatches(int row, std::uint64_t matches);
     std::vector<std::string> tickedPaths() const;
     std::uint64_t tickedCount() const noexcept { return ticked_; }
 

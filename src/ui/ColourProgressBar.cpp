@@ -47,12 +47,19 @@ void ColourProgressBar::paintEvent(QPaintEvent*) {
     painter.fillRect(done, fillColour());
     painter.setPen(palette().color(QPalette::Dark));
     painter.drawRect(area);
-    // The figure stays readable on both colours.
+    // The figure, over each colour in the colour that reads best on it.
     const QString text = QString::number(percent_) + QLatin1Char('%');
-    painter.setPen(Qt::black);
-    painter.drawText(area.translated(1, 1), Qt::AlignCenter, text);
-    painter.setPen(Qt::white);
+    painter.setClipRect(done);
+    painter.setPen(figureColourOn(fillColour()));
     painter.drawText(area, Qt::AlignCenter, text);
+    painter.setClipRect(QRect(done.right() + 1, area.top(), area.right() - done.right(), area.height()));
+    painter.setPen(figureColourOn(backColour()));
+    painter.drawText(area, Qt::AlignCenter, text);
+}
+
+QColor ColourProgressBar::figureColourOn(const QColor& part) {
+    const std::uint32_t page = toBgr(part);
+    return contrastRatio(0x000000, page) >= contrastRatio(0xFFFFFF, page) ? QColor(Qt::black) : QColor(Qt::white);
 }
 
 }  // namespace vantorel::ui

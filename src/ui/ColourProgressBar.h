@@ -19,6 +19,9 @@ public:
     int percent() const noexcept { return percent_; }
     QColor fillColour() const;
     QColor backColour() const;
+    // The figure's colour over a part of the bar: black or white, whichever
+    // stands out more from it.
+    static QColor figureColourOn(const QColor& part);
     QSize sizeHint() const override;
 
 protected:

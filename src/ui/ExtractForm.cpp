@@ -9,9 +9,12 @@
 #include "core/AtomicFileWriter.h"
 #include "core/FrontEndMessages.h"
 #include "results/RtfWriter.h"
+#include "ui/AccessibleName.h"
 #include "ui/CommandButton.h"
 #include "ui/FileDialog.h"
 #include "ui/PreviewPane.h"
+#include "ui/ReadableText.h"
+#include "ui/ScreenFit.h"
 #include "ui/Twips.h"
 
 namespace vantorel::ui {
@@ -35,6 +38,7 @@ ExtractForm::ExtractForm(DesktopServices& desktop, MessageHost& messages, QWidge
     text_ = new QPlainTextEdit(this);
     text_->setObjectName(QStringLiteral("ExtTxt"));
     text_->setLineWrapMode(QPlainTextEdit::NoWrap);
+    setAccessibleNames(text_, QStringLiteral("Extracted text"));
     saveButton_ = makeCommandButton("SaveBtn", QStringLiteral("Save Text..."), this);
     clearButton_ = makeCommandButton("ClearButton", QStringLiteral("Clear Text"), this);
     hideButton_ = makeCommandButton("HideBtn", QStringLiteral("Hide"), this);
@@ -47,6 +51,8 @@ ExtractForm::ExtractForm(DesktopServices& desktop, MessageHost& messages, QWidge
     text_->setGeometry(twipsToPixelsX(250, this), twipsToPixelsY(250, this), width() - twipsToPixelsX(500, this),
                        height() - twipsToPixelsY(1500, this));
     placeButtons();
+    keepOnScreen(this);
+    keepPaletteReadable();
 }
 
 void ExtractForm::appendText(const std::string& text) {

@@ -1,6 +1,9 @@
 #include "ui/GuiMessageHost.h"
 
+#include <QGridLayout>
 #include <QMessageBox>
+#include <QSpacerItem>
+#include <QStyle>
 
 namespace vantorel::ui {
 namespace {
@@ -22,6 +25,23 @@ QString boxText(const std::string& text) {
     return shown;
 }
 
+// A box as wide as its title bar needs: the title in a bold font, the
+// window's icon and its buttons, each about as wide as the bar is high (a
+// short text would otherwise give a box whose title the window system cuts).
+void makeRoomForTitle(QMessageBox& box) {
+    auto* grid = qobject_cast<QGridLayout*>(box.layout());
+    if (!grid) return;
+    QFont bold = box.font();
+    bold.setBold(true);
+    const QStyle* style = box.style();
+    const int room = QFontMetrics(bold).horizontalAdvance(box.windowTitle()) +
+                     4 * style->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, &box) +
+                     2 * style->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth, nullptr, &box);
+    const QMargins margins = grid->contentsMargins();
+    grid->addItem(new QSpacerItem(room - margins.left() - margins.right(), 0, QSizePolicy::Minimum, QSizePolicy::Minimum),
+                  grid->rowCount(), 0, 1, grid->columnCount());
+}
+
 }  // namespace
 
 void GuiMessageHost::showMessage(const Message& message) {
@@ -29,6 +49,7 @@ void GuiMessageHost::showMessage(const Message& message) {
     QMessageBox box(iconOf(message.icon), QString::fromStdString(message.title), boxText(message.text),
                     QMessageBox::Ok, owner_);
     box.setTextFormat(Qt::PlainText);
+    makeRoomForTitle(box);
     box.exec();
 }
 
@@ -38,6 +59,7 @@ bool GuiMessageHost::askYesNo(const Message& question) {
                     QMessageBox::Yes | QMessageBox::No, owner_);
     box.setTextFormat(Qt::PlainText);
     box.setDefaultButton(QMessageBox::Yes);
+    makeRoomForTitle(box);
     return box.exec() == QMessageBox::Yes;
 }
 

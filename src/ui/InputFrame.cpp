@@ -7,6 +7,7 @@
 #include <QAbstractButton>
 
 #include "core/SettingsStore.h"
+#include "ui/AccessibleName.h"
 #include "ui/CommandButton.h"
 #include "ui/HistoryCombo.h"
 
@@ -49,6 +50,11 @@ InputFrame::InputFrame(QWidget* parent) : QWidget(parent) {
     marked_ = checkBox(QStringLiteral("MarkedChk"), QStringLiteral("In Marked Files Only"), this);
     marked_->setEnabled(false);  // usable only while some row is marked
     filter_->setToolTip(QStringLiteral("One or more patterns separated by \";\", such as *.txt or *.htm*;*.css"));
+    setAccessibleNames(find_, QStringLiteral("Find"));
+    setAccessibleNames(replace_, QStringLiteral("Replace with"));
+    setAccessibleNames(folder_, QStringLiteral("Start folder"));
+    setAccessibleNames(filter_, QStringLiteral("Files"), filter_->toolTip());
+    setAccessibleNames(folderButton_, QStringLiteral("Choose the start folder"));
 
     auto* folderRow = new QHBoxLayout;
     folderRow->setContentsMargins(0, 0, 0, 0);

@@ -8,6 +8,7 @@
 #include <QtConcurrent/QtConcurrentRun>
 
 #include "results/PathCompaction.h"
+#include "ui/AccessibleName.h"
 #include "ui/PreviewPane.h"
 
 namespace vantorel::ui {
@@ -29,6 +30,9 @@ PreviewFrame::PreviewFrame(QWidget* parent) : QWidget(parent) {
     forward_->setToolTip(tr("Next hits"));
     forward_->setEnabled(false);
     pane_ = new PreviewPane(this);
+    setAccessibleNames(pane_, QStringLiteral("Matches preview"));
+    setAccessibleNames(back_, tr("Previous hits"));
+    setAccessibleNames(forward_, tr("Next hits"));
 
     auto* heading = new QHBoxLayout;
     heading->setContentsMargins(0, 0, 0, 0);

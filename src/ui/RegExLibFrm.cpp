@@ -9,8 +9,12 @@
 #include <QListWidget>
 #include <QVBoxLayout>
 
+#include "ui/AccessibleName.h"
 #include "ui/CommandButton.h"
 #include "ui/GuiMessageHost.h"
+#include "ui/ReadableText.h"
+#include "ui/ScreenFit.h"
+#include "ui/ShownName.h"
 
 namespace vantorel::ui {
 
@@ -29,6 +33,7 @@ RegExLibFrm::RegExLibFrm(LibraryState& state, const std::filesystem::path& progr
     list_->setObjectName(QStringLiteral("RegExList"));
     list_->setSortingEnabled(false);  // index i is entry i of the file
     list_->setSelectionMode(QAbstractItemView::SingleSelection);
+    setAccessibleNames(list_, QStringLiteral("Library"), QStringLiteral("Enter or a double click uses the entry"));
     auto edit = [this](const char* name) {
         auto* box = new QLineEdit(this);
         box->setObjectName(QString::fromLatin1(name));
@@ -73,6 +78,8 @@ RegExLibFrm::RegExLibFrm(LibraryState& state, const std::filesystem::path& progr
     layout->addLayout(listColumn, 2);
     layout->addLayout(right, 3);
     resize(720, 280);
+    keepOnScreen(this);
+    keepPaletteReadable();
     QWidget* order[] = {list_, name_, pattern_, replacement_, use, save, remove, close};
     for (std::size_t i = 1; i < std::size(order); ++i) setTabOrder(order[i - 1], order[i]);
 
@@ -80,7 +87,7 @@ RegExLibFrm::RegExLibFrm(LibraryState& state, const std::filesystem::path& progr
         if (!reloading_) showEntry();
     });
     connect(list_, &QListWidget::itemClicked, this, &RegExLibFrm::showEntry);
-    connect(list_, &QListWidget::itemDoubleClicked, this, &RegExLibFrm::useEntry);
+    connect(list_, &QListWidget::itemActivated, this, &RegExLibFrm::useEntry);  // Enter, or a double click
     connect(use, &QAbstractButton::clicked, this, &RegExLibFrm::useTyped);
     connect(save, &QAbstractButton::clicked, this, &RegExLibFrm::save);
     connect(close, &QAbstractButton::clicked, this, &QDialog::reject);
@@ -100,7 +107,10 @@ void RegExLibFrm::setTexts(const QString& pattern, const QString& replacement) {
 void RegExLibFrm::fillList(std::optional<std::size_t> select) {
     reloading_ = true;
     list_->clear();
-    for (const LibraryEntry& entry : library_->entries()) list_->addItem(QString::fromStdString(entry.name));
+    for (const LibraryEntry& entry : library_->entries()) {
+        auto* item = new QListWidgetItem(shownName(entry.name), list_);
+        item->setData(Qt::AccessibleTextRole, spokenName(entry.name));
+    }
     if (select && *select < library_->entries().size()) list_->setCurrentRow(static_cast<int>(*select));
     reloading_ = false;
 }

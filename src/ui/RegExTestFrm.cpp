@@ -19,6 +19,7 @@
 #include <cstdio>
 
 #include "core/MessageHost.h"
+#include "ui/AccessibleName.h"
 #include "ui/CommandButton.h"
 #include "ui/DesktopServices.h"
 #include "ui/FileDialog.h"
@@ -26,7 +27,9 @@
 #include "ui/PatternEdit.h"
 #include "ui/PlainDocument.h"
 #include "ui/PreviewPane.h"
+#include "ui/ReadableText.h"
 #include "ui/RegExLibFrm.h"
+#include "ui/ScreenFit.h"
 
 namespace vantorel::ui {
 namespace {
@@ -68,6 +71,15 @@ QWidget* pane(QWidget* parent, std::initializer_list<QWidget*> top, QWidget* bod
     return widget;
 }
 
+// The body's layout, which does not work its height out from its width (as
+// the wrapped reason line would have it): a scrolling body whose height
+// follows its width is given its whole preferred height, not the window's.
+class FixedHeightLayout : public QVBoxLayout {
+public:
+    using QVBoxLayout::QVBoxLayout;
+    bool hasHeightForWidth() const override { return false; }
+};
+
 }  // namespace
 
 RegExTestFrm::RegExTestFrm(LibraryState& library, const std::filesystem::path& programFolder, MessageHost* messages,
@@ -98,9 +110,17 @@ RegExTestFrm::RegExTestFrm(LibraryState& library, const std::filesystem::path& p
     });
     buildWidgets();
     resize(920, 760);
+    keepOnScreen(this);
+    keepPaletteReadable();
 }
 
 RegExTestFrm::~RegExTestFrm() = default;
+
+void RegExTestFrm::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    // The groups' muted texts follow a new palette.
+    if (event->type() == QEvent::PaletteChange) showGroups();
+}
 
 void RegExTestFrm::buildWidgets() {
     const QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
@@ -115,7 +135,7 @@ void RegExTestFrm::buildWidgets() {
     reason_ = new QLabel(this);
     reason_->setObjectName(QStringLiteral("PatternProblem"));
     reason_->setWordWrap(true);
-    reason_->setStyleSheet(QStringLiteral("color: #c00000;"));
+    keepReadable(reason_, [](const QPalette&) { return QColor(0xc0, 0x00, 0x00); });
     // A line kept for it, so that the boxes below do not move while typing.
     reason_->setMinimumHeight(reason_->fontMetrics().height());
     caseSensitive_ = new QCheckBox(QStringLiteral("Case Sensitive"), this);
@@ -148,7 +168,9 @@ void RegExTestFrm::buildWidgets() {
     QFont small = time_->font();
     small.setPointSizeF(small.pointSizeF() * 0.85);
     time_->setFont(small);
-    time_->setStyleSheet(QStringLiteral("color: #707070;"));
+    keepReadable(time_, [](const QPalette& palette) {
+        return mutedText(palette, QPalette::WindowText, QPalette::Window);
+    });
     matchCaption_ = new QLabel(this);
     matchCaption_->setObjectName(QStringLiteral("MatchCaption"));
     groups_ = new QTableWidget(0, 4, this);
@@ -156,6 +178,7 @@ void RegExTestFrm::buildWidgets() {
     groups_->setHorizontalHeaderLabels(
         {QStringLiteral("Group"), QStringLiteral("Name"), QStringLiteral("Text"), QStringLiteral("Position")});
     groups_->verticalHeader()->hide();
+    setAccessibleNames(groups_, QStringLiteral("Groups of the chosen match"));
     groups_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     groups_->setSelectionBehavior(QAbstractItemView::SelectRows);
     groups_->setWordWrap(false);
@@ -164,6 +187,12 @@ void RegExTestFrm::buildWidgets() {
     groups_->horizontalHeader()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
     groups_->horizontalHeader()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
     groups_->horizontalHeader()->setSectionResizeMode(3, QHeaderView::ResizeToContents);
+
+    // Each pane can shrink to a couple of lines, so that on a small screen
+    // (a scale factor of 2) all of them share the window before it scrolls.
+    for (QAbstractScrollArea* area : std::initializer_list<QAbstractScrollArea*>{sample_, matchList_, replaced_, groups_})
+        area->setMinimumHeight(2 * area->fontMetrics().lineSpacing() + 2 * area->frameWidth() +
+                               (area == groups_ ? groups_->horizontalHeader()->sizeHint().height() : 0));
 
     auto* inputs = new QGridLayout;
     inputs->addWidget(caption(QStringLiteral("Reg &Ex:"), pattern_, this), 0, 0);
@@ -195,12 +224,21 @@ void RegExTestFrm::buildWidgets() {
     bands->setStretchFactor(2, 2);
     bands->setChildrenCollapsible(false);
 
+    // The boxes and the panes scroll where the screen is too small for
+    // them (a scale factor of 2); Close stays in view below them.
+    auto* body = new QWidget(this);
+    body->setObjectName(QStringLiteral("TesterBody"));
+    auto* bodyLayout = new FixedHeightLayout(body);
+    bodyLayout->setContentsMargins(0, 0, 0, 0);
+    bodyLayout->addLayout(inputs);
+    bodyLayout->addWidget(bands, 1);
+    auto* scroll = new ScrollingBody(body, this);
+    scroll->setObjectName(QStringLiteral("TesterScroll"));
     auto* bottom = new QHBoxLayout;
     bottom->addStretch();
     bottom->addWidget(close);
     auto* layout = new QVBoxLayout(this);
-    layout->addLayout(inputs);
-    layout->addWidget(bands, 1);
+    layout->addWidget(scroll, 1);
     layout->addLayout(bottom);
     clearMatchDetails();
     QWidget* order[] = {pattern_, library, replacement_, update, caseSensitive_, dynamic_,
@@ -385,7 +423,7 @@ void RegExTestFrm::showGroups() {
             QFont italic = unset->font();
             italic.setItalic(true);
             unset->setFont(italic);
-            unset->setForeground(QColor(128, 128, 128));
+            unset->setForeground(mutedText(groups_->palette(), QPalette::Text, QPalette::Base));
             cell(row, 3, QString());
             continue;
         }
@@ -429,6 +467,7 @@ void RegExTestFrm::loadSample() {
         PlainDocument document;
         bool crlf = false;
         std::shared_ptr<const TesterSample> sample;
+        std::string error;  // why the file was not taken
     };
     loadButton_->setEnabled(false);
     auto* watcher = new QFutureWatcher<std::shared_ptr<Loaded>>(this);
@@ -436,9 +475,9 @@ void RegExTestFrm::loadSample() {
         watcher->deleteLater();
         loadButton_->setEnabled(true);
         const std::shared_ptr<Loaded> loaded = watcher->result();
-        if (!loaded) {
-            messages_->showMessage(
-                Message{"Error Loading File", kProgramTitle, MessageIcon::Warning, MessageKind::FileError});
+        if (!loaded->error.empty()) {
+            messages_->showMessage(Message{"Error Loading File\r\n" + loaded->error, kProgramTitle,
+                                           MessageIcon::Warning, MessageKind::FileError});
             return;
         }
         sample_->setExtraSelections({});
@@ -448,9 +487,9 @@ void RegExTestFrm::loadSample() {
         onEdited(TesterSteps{true, true});
     });
     watcher->setFuture(QtConcurrent::run([file = path.toStdString()]() -> std::shared_ptr<Loaded> {
+        auto loaded = std::make_shared<Loaded>();
         try {
             const SampleFile sample = readSampleFile(file, kMaxSampleBytes);
-            auto loaded = std::make_shared<Loaded>();
             loaded->document = makePlainDocument(QString::fromStdString(sample.text), true);
             loaded->crlf = sample.crlf;
             std::string text = sample.text;
@@ -459,10 +498,10 @@ void RegExTestFrm::loadSample() {
                 for (const char c : sample.text) text += c == '\n' ? std::string_view("\r\n") : std::string_view(&c, 1);
             }
             loaded->sample = std::make_shared<const TesterSample>(std::move(text));
-            return loaded;
-        } catch (const std::exception&) {
-            return nullptr;
+        } catch (const std::exception& error) {
+            loaded->error = error.what();
         }
+        return loaded;
     }));
 }
 

@@ -59,6 +59,9 @@ public slots:
     void loadSample();   // LoadTxt
     void showLibrary();  // ShowLibBtn
 
+protected:
+    void changeEvent(QEvent* event) override;
+
 signals:
     // The results of an update are on show.
     void updated();

@@ -26,6 +26,7 @@
 #include "core/RegistryStore.h"
 #include "core/SettingsStore.h"
 #include "history/UndoJournal.h"
+#include "results/ResultRow.h"
 #include "results/RtfReader.h"
 #include "search/PatternConstruction.h"
 #include "ui/BatchBar.h"
@@ -45,6 +46,7 @@
 #include "ui/PopUpForm.h"
 #include "ui/PreviewFrame.h"
 #include "ui/PreviewPane.h"
+#include "ui/ReadableText.h"
 #include "ui/RegExLibFrm.h"
 #include "ui/RegExTestFrm.h"
 #include "ui/RepFormState.h"
@@ -73,6 +75,7 @@ QString versionText() { return QStringLiteral("Version ") + QStringLiteral(VANTO
 
 RepForm::RepForm(RepFormOptions options, QWidget* parent) : QMainWindow(parent), options_(std::move(options)) {
     setObjectName(QStringLiteral("RepForm"));
+    keepPaletteReadable();
     if (options_.messages) {
         messages_ = options_.messages;
     } else {
@@ -103,7 +106,12 @@ RepForm::RepForm(RepFormOptions options, QWidget* parent) : QMainWindow(parent),
     // The designed size; the settings put back the user's own. The smallest
     // size still shows every input, the list's minimum and some preview.
     resize(twipsToPixelsX(13500, this), twipsToPixelsY(10500, this));
-    setMinimumSize(std::max(inputs_->minimumSizeHint().width(), mid_->minimumSizeHint().width()),
+    versionLabel_->hide();
+    logo_->hide();
+    buttonRowLeast_ = mid_->minimumSizeHint().width();
+    versionLabel_->show();
+    logo_->show();
+    setMinimumSize(std::max(inputs_->minimumSizeHint().width(), buttonRowLeast_),
                    menuBar()->sizeHint().height() + inputs_->sizeHint().height() + mid_->sizeHint().height() +
                        twipsToPixelsY(kListMinimum + 750, this) + dragLine_->sizeHint().height() +
                        statusBar()->sizeHint().height());
@@ -169,7 +177,11 @@ void RepForm::buildWidgets() {
     stopButton_->setShortcut(QKeySequence(Qt::Key_Escape));
     extractButton_->setToolTip(QStringLiteral("Gather the text of every match (regular expressions only)"));
     progress_ = new ColourProgressBar(mid_);
-    versionLabel_ = new WholeTextLabel(mid_);  // the first to give way in a narrow window
+    // In a narrow window the version gives way first, then the logo; the
+    // progress bar shrinks last, and never below room for "100%".
+    progress_->setMinimumWidth(std::max(twipsToPixelsX(720, this),
+                                        progress_->fontMetrics().horizontalAdvance(QStringLiteral("100%")) + 12));
+    versionLabel_ = new WholeTextLabel(mid_);
     versionLabel_->setObjectName(QStringLiteral("VLabel"));
     logo_ = new QLabel(mid_);
     logo_->setObjectName(QStringLiteral("Picture2"));
@@ -304,6 +316,30 @@ void RepForm::buildMenus() {
     previewAllAction_->setObjectName(QStringLiteral("mAllFound"));
     previewAllAction_->setCheckable(true);
     connect(previewAllAction_, &QAction::triggered, this, &RepForm::onPreviewAllTriggered);
+    // What the mouse does on the list's headings and the divider, from the keyboard.
+    viewMenu_->addSeparator();
+    QMenu* sortBy = viewMenu_->addMenu(QStringLiteral("&Sort List By"));
+    sortBy->setObjectName(QStringLiteral("mSortBy"));
+    const std::vector<std::string>& headings = resultColumnHeaders();
+    for (int column = 0; column < static_cast<int>(headings.size()); ++column) {
+        QAction* sort = sortBy->addAction(QString::fromStdString(headings[static_cast<std::size_t>(column)]));
+        sort->setObjectName(QStringLiteral("mSortBy%1").arg(column));
+        connect(sort, &QAction::triggered, this, [this, column] { onHeaderClicked(column); });
+    }
+    struct DividerStep {
+        const char* name;
+        const char* caption;
+        QKeyCombination keys;
+        int lines;
+    };
+    for (const DividerStep& step : {DividerStep{"mDividerUp", "Move Divider &Up", Qt::CTRL | Qt::SHIFT | Qt::Key_Up, -2},
+                                    DividerStep{"mDividerDown", "Move Divider &Down", Qt::CTRL | Qt::SHIFT | Qt::Key_Down, 2}}) {
+        QAction* move = viewMenu_->addAction(QString::fromLatin1(step.caption));
+        move->setObjectName(QString::fromLatin1(step.name));
+        move->setShortcut(QKeySequence(step.keys));
+        connect(move, &QAction::triggered, this,
+                [this, lines = step.lines] { moveDivider(lines * fontMetrics().lineSpacing()); });
+    }
 
     QMenu* tools = menuBar()->addMenu(QStringLiteral("&Tools"));
     tools->setObjectName(QStringLiteral("mTools"));
@@ -383,6 +419,7 @@ void RepForm::startRun(RunKind kind) {
 void RepForm::startRequest(RunRequest request) {
     journal_->setKeepRuns(static_cast<unsigned>(settings_.UndoRuns));
     request.journal = journal_.get();
+    statusPanel_->clear();  // the run says what it does
     inputs_->markedBox()->setEnabled(false);
     runs_->start(std::move(request));
 }
@@ -416,6 +453,7 @@ void RepForm::openPreview(const RunRequest& request) {
 void RepForm::undoLastReplace() {
     if (isRunning() || undo_->busy()) return;
     if (undo_->start()) {
+        statusPanel_->clear();
         setBusy(true);
         stopButton_->setEnabled(false);  // an Undo goes to its end
     } else {
@@ -653,11 +691,13 @@ void RepForm::showBatchJobs() {
 bool RepForm::inBatchMode() const { return batchBar_->queued(); }
 
 void RepForm::queueBatch(BatchQueue queue) {
+    statusPanel_->clear();  // what the last run said was about the steps used then
     batchBar_->showQueue(std::move(queue));
     showBatchMode(true);
 }
 
 void RepForm::cancelQueue() {
+    statusPanel_->clear();
     batchBar_->clear();
     showBatchMode(false);
 }
@@ -670,6 +710,7 @@ void RepForm::showBatchMode(bool on) {
 
 void RepForm::showOptions() {
     if (isRunning()) return;
+    statusPanel_->clear();
     auto* dialog = new frmOptions(settings_, *messages_, this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     connect(dialog, &frmOptions::previewUpdateRequested, this, [this] {
@@ -755,19 +796,38 @@ long RepForm::bandHeight() const {
     return pixelsToTwipsY(std::max(0, centralWidget()->height() - top), this);
 }
 
-void RepForm::moveDivider(int offsetPixels) {
-    const long wanted = divider_ + pixelsToTwipsY(offsetPixels, this);
+std::pair<long, long> RepForm::dividerRange() const {
     const long inner = bandHeight();
-    if (wanted < kListMinimum) divider_ = kListMinimum;
-    else if (inner - kPreviewMinimum >= wanted) divider_ = wanted;
-    else divider_ = inner - kPreviewMinimum;  // the preview's minimum wins
+    // The preview keeps its minimum, or as much of it as the list's minimum
+    // leaves; a band too low for both (a small screen, a scale factor of 2)
+    // keeps half for the preview all the same, so that it shows more than a
+    // line or two.
+    const long preview = std::max(std::min(kPreviewMinimum, inner - kListMinimum), inner / 2);
+    const long most = inner - preview;
+    return {std::min(kListMinimum, most), most};
+}
+
+void RepForm::moveDivider(int offsetPixels) {
+    const auto [least, most] = dividerRange();
+    divider_ = std::clamp(divider_ + pixelsToTwipsY(offsetPixels, this), least, most);
     layoutFrames();
 }
 
 void RepForm::clampDividerOnResize() {
-    const long inner = bandHeight();
-    if (inner >= kListMinimum && inner - kPreviewMinimum < divider_) divider_ = inner - kPreviewMinimum;
-    if (divider_ < kListMinimum) divider_ = kListMinimum;  // the list's minimum wins
+    const auto [least, most] = dividerRange();
+    divider_ = std::clamp(divider_, least, most);
+}
+
+void RepForm::arrangeButtonRow(int width) {
+    // What the progress bar, the logo and the version can share once the
+    // buttons and the bar's minimum have their room.
+    const int room = width - buttonRowLeast_ + progress_->minimumWidth();
+    const int spacing = mid_->layout()->spacing();
+    const int bar = progress_->sizeHint().width();
+    const bool logo = room >= bar + spacing + logo_->sizeHint().width();
+    const bool version = logo && room >= bar + 2 * spacing + logo_->sizeHint().width() + versionLabel_->sizeHint().width();
+    if (logo_->isHidden() == logo) logo_->setVisible(logo);
+    if (versionLabel_->isHidden() == version) versionLabel_->setVisible(version);
 }
 
 void RepForm::layoutFrames() {
@@ -777,6 +837,7 @@ void RepForm::layoutFrames() {
     const int upper = inputs_->sizeHint().height();
     const int mid = mid_->sizeHint().height();
     inputs_->setGeometry(0, 0, width, upper);
+    arrangeButtonRow(width);
     mid_->setGeometry(0, upper, width, mid);
     const int top = upper + mid;
     const int list = std::max(0, twipsToPixelsY(divider_, this));

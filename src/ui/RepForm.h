@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "core/AppSettings.h"
 #include "core/MessageHost.h"
@@ -72,7 +73,7 @@ class RepForm : public QMainWindow {
     Q_OBJECT
 public:
     // The divider keeps the list at least this tall and the preview band at
-    // least this tall (twips); when both cannot hold, see moveDivider().
+    // least this tall (twips); when both cannot hold, see dividerRange().
     static constexpr long kListMinimum = 2000;
     static constexpr long kPreviewMinimum = 5000;
 
@@ -176,7 +177,12 @@ private:
     void pointAtPatternError(std::size_t offset, const std::string& what);
 
     void layoutFrames();
+    // The version and the logo beside the buttons are shown only where the
+    // progress bar keeps its preferred width.
+    void arrangeButtonRow(int width);
     void clampDividerOnResize();
+    // The divider's least and greatest positions in the band as it is (twips).
+    std::pair<long, long> dividerRange() const;
 
     RepFormOptions options_;
     std::unique_ptr<GuiMessageHost> ownMessages_;
@@ -219,6 +225,7 @@ private:
     QLabel* versionLabel_ = nullptr;
     QLabel* logo_ = nullptr;
     QLabel* statusPanel_ = nullptr;
+    int buttonRowLeast_ = 0;  // the buttons' row without the version and the logo, the bar at its minimum
     ExtractForm* extractForm_ = nullptr;
     RegExTestFrm* tester_ = nullptr;
     PopUpForm* popUp_ = nullptr;

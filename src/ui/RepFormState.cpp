@@ -1,6 +1,7 @@
 #include "ui/RepFormState.h"
 
 #include <QCheckBox>
+#include <cmath>
 
 #include "ui/HistoryCombo.h"
 #include "ui/InputFrame.h"
@@ -24,17 +25,31 @@ bool RepFormState::isOptionChecked(OptionBox box) const { return inputs_.option(
 
 void RepFormState::setOptionChecked(OptionBox box, bool checked) { inputs_.option(box)->setChecked(checked); }
 
+// The geometry is kept in the screen's own pixels: a window saved at one
+// scale factor covers the same part of the screen at another (saved filling
+// a screen at a scale factor of 2, it is not reopened a quarter of its size
+// at a scale factor of 1).
+namespace {
+
+int devicePixels(int pixels, const QWidget& w) { return static_cast<int>(std::lround(pixels * w.devicePixelRatioF())); }
+int logicalPixels(int pixels, const QWidget& w) { return static_cast<int>(std::lround(pixels / w.devicePixelRatioF())); }
+
+}  // namespace
+
 WindowGeometry RepFormState::geometry() const {
     const RepForm& w = window_;
     const QRect normal = w.isMaximized() || w.isMinimized() ? w.normalGeometry() : QRect(w.pos(), w.size());
-    return WindowGeometry{pixelsToTwipsY(normal.y(), &w), pixelsToTwipsX(normal.x(), &w),
-                          pixelsToTwipsX(normal.width(), &w), pixelsToTwipsY(normal.height(), &w)};
+    return WindowGeometry{pixelsToTwipsY(devicePixels(normal.y(), w), &w), pixelsToTwipsX(devicePixels(normal.x(), w), &w),
+                          pixelsToTwipsX(devicePixels(normal.width(), w), &w),
+                          pixelsToTwipsY(devicePixels(normal.height(), w), &w)};
 }
 
 void RepFormState::setGeometry(const WindowGeometry& geometry) {
-    window_.move(twipsToPixelsX(geometry.left, &window_), twipsToPixelsY(geometry.top, &window_));
+    const RepForm& w = window_;
+    window_.move(logicalPixels(twipsToPixelsX(geometry.left, &w), w), logicalPixels(twipsToPixelsY(geometry.top, &w), w));
     if (geometry.width > 0 && geometry.height > 0)
-        window_.resize(twipsToPixelsX(geometry.width, &window_), twipsToPixelsY(geometry.height, &window_));
+        window_.resize(logicalPixels(twipsToPixelsX(geometry.width, &w), w),
+                       logicalPixels(twipsToPixelsY(geometry.height, &w), w));
 }
 
 WindowShowState RepFormState::showState() const {

@@ -11,12 +11,42 @@
 #include <QtConcurrent/QtConcurrentRun>
 
 #include "results/ChangeListing.h"
+#include "ui/AccessibleName.h"
 #include "ui/ChangeLineDelegate.h"
 #include "ui/CommandButton.h"
 #include "ui/FileChangesModel.h"
+#include "ui/ReadableText.h"
 #include "ui/ResultsModel.h"
+#include "ui/ScreenFit.h"
 
 namespace vantorel::ui {
+namespace {
+
+// A line that never widens its window: a text too long for it gives up its
+// middle; the whole text is its tooltip and what screen readers read.
+class MiddleElidedLabel : public QLabel {
+public:
+    using QLabel::QLabel;
+    void setFullText(const QString& text) {
+        full_ = text;
+        setToolTip(text);
+        setAccessibleName(text);
+        refit();
+    }
+    QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
+
+protected:
+    void resizeEvent(QResizeEvent* event) override {
+        QLabel::resizeEvent(event);
+        refit();
+    }
+
+private:
+    void refit() { setText(fontMetrics().elidedText(full_, Qt::ElideMiddle, contentsRect().width())); }
+    QString full_;
+};
+
+}  // namespace
 
 ReplacePreviewForm::ReplacePreviewForm(const RunRequest& request, std::vector<ChangedFilesModel::File> files,
                                        QWidget* parent)
@@ -36,6 +66,13 @@ ReplacePreviewForm::ReplacePreviewForm(const RunRequest& request, std::vector<Ch
     fileView_->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);
     fileView_->horizontalHeader()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
     fileView_->setWordWrap(false);
+    setAccessibleNames(fileView_, QStringLiteral("Files to change"),
+                       QStringLiteral("Space ticks or unticks the chosen file; its changes are shown beside"));
+    // A path too long for its column gives up its first folders: the file's
+    // name and the folders nearest it stay in view, so that two files of
+    // the same name in different folders stay apart.
+    fileView_->setTextElideMode(Qt::ElideLeft);
+    fileView_->setMinimumWidth(fontMetrics().averageCharWidth() * 28);
 
     changes_ = new FileChangesModel(this);
     changeView_ = new QListView(this);
@@ -43,13 +80,15 @@ ReplacePreviewForm::ReplacePreviewForm(const RunRequest& request, std::vector<Ch
     changeView_->setModel(changes_);
     changeView_->setItemDelegate(new ChangeLineDelegate(changeView_));
     changeView_->setUniformItemSizes(true);
+    setAccessibleNames(changeView_, QStringLiteral("Changes in the chosen file"));
     changeView_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
 
     summary_ = new QLabel(this);
     summary_->setObjectName(QStringLiteral("PreviewSummary"));
-    fileLabel_ = new QLabel(this);
+    fileLabel_ = new MiddleElidedLabel(this);
     fileLabel_->setObjectName(QStringLiteral("PreviewFileLbl"));
     fileLabel_->setTextFormat(Qt::PlainText);
+    fileLabel_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
 
     QAbstractButton* tickAll = makeCommandButton("TickAllBtn", QStringLiteral("Tick All"), this);
     QAbstractButton* untickAll = makeCommandButton("UntickAllBtn", QStringLiteral("Untick All"), this);
@@ -66,6 +105,7 @@ ReplacePreviewForm::ReplacePreviewForm(const RunRequest& request, std::vector<Ch
     splitter->addWidget(right);
     splitter->setStretchFactor(0, 1);
     splitter->setStretchFactor(1, 3);
+    splitter->setChildrenCollapsible(false);
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(tickAll);
     buttons->addWidget(untickAll);
@@ -77,7 +117,9 @@ ReplacePreviewForm::ReplacePreviewForm(const RunRequest& request, std::vector<Ch
     layout->addWidget(splitter, 1);
     layout->addLayout(buttons);
     resize(1100, 680);
-    splitter->setSizes({300, 800});
+    splitter->setSizes({350, 750});
+    keepOnScreen(this);
+    keepPaletteReadable();
 
     connect(fileView_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             [this](const QModelIndex& current) { showFile(current.row()); });
@@ -118,7 +160,7 @@ void ReplacePreviewForm::showFile(int row) {
     pendingRow_ = row;
     pool_.clear();  // a file paged past is not worked out
     const std::string path = files_->file(row).path;
-    fileLabel_->setText(displayText(path));
+    static_cast<MiddleElidedLabel*>(fileLabel_)->setFullText(displayText(path));
     changes_->setRows({});
     watcher_.setFuture(QtConcurrent::run(&pool_, [previewer = previewer_, path] { return previewer->preview(path); }));
 }
@@ -137,7 +179,10 @@ void ReplacePreviewForm::showChanges(const ChangePreviewer::Result& result) {
     } else {
         label += QStringLiteral(": %1 occurences").arg(result.changes.matches);
     }
-    fileLabel_->setText(label);
+    static_cast<MiddleElidedLabel*>(fileLabel_)->setFullText(label);
+    // The list counts the file as the pane shows it.
+    files_->setMatches(pendingRow_, result.read ? result.changes.matches : 0);
+    updateSummary();
     changes_->setRows(changeRows(result.changes.hunks));
     emit changesShown();
 }

@@ -5,10 +5,15 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 
+#include "ui/AccessibleName.h"
+
 namespace vantorel::ui {
 
 ResultsView::ResultsView(QWidget* parent) : QTreeView(parent) {
     setObjectName(QStringLiteral("ListView1"));
+    setAccessibleNames(this, QStringLiteral("Files found"),
+                       QStringLiteral("Each file with its matches. Space ticks the chosen file; the Menu key or "
+                                      "Shift+F10 opens its menu, which opens the file"));
     setRootIsDecorated(false);
     setItemsExpandable(false);
     setUniformRowHeights(true);  // keeps 100,000 rows fast

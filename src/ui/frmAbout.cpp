@@ -9,6 +9,8 @@
 #include "ui/CommandButton.h"
 #include "ui/FileDialog.h"
 #include "ui/Logo.h"
+#include "ui/ReadableText.h"
+#include "ui/ScreenFit.h"
 
 namespace vantorel::ui {
 
@@ -66,6 +68,8 @@ frmAbout::frmAbout(DesktopServices& desktop, MessageHost& messages, QWidget* par
     layout->addWidget(ok, 5, 1, Qt::AlignRight | Qt::AlignBottom);
     layout->setHorizontalSpacing(18);
     setFixedSize(sizeHint());
+    keepOnScreen(this);
+    keepPaletteReadable();
 }
 
 bool frmAbout::eventFilter(QObject* watched, QEvent* event) {

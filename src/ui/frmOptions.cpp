@@ -8,10 +8,14 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QStyle>
 #include <QVBoxLayout>
 
+#include "ui/AccessibleName.h"
 #include "ui/FontNames.h"
 #include "ui/Logo.h"
+#include "ui/ReadableText.h"
+#include "ui/ScreenFit.h"
 #include "ui/lvButtons_H.h"
 
 namespace vantorel::ui {
@@ -42,6 +46,8 @@ QWidget* banner(QWidget* parent) {
     big.setPointSizeF(big.pointSizeF() * 1.5);
     big.setBold(true);
     title->setFont(big);
+    // White on the selection colour is too faint on some palettes: the text moves just far enough.
+    keepReadable(title, [](const QPalette& palette) { return palette.color(QPalette::WindowText); });
     auto* row = new QHBoxLayout(band);
     row->setContentsMargins(12, 8, 12, 8);
     row->setSpacing(12);
@@ -108,7 +114,8 @@ frmOptions::frmOptions(AppSettings& settings, MessageHost& messages, QWidget* pa
     fontSize_->setInsertPolicy(QComboBox::NoInsert);
     for (const std::string& size : previewFontSizes()) fontSize_->addItem(qs(size));
     fontSize_->setEditText(qs(shown.fontSize));
-    fontSize_->setAccessibleName(QStringLiteral("Preview font size"));
+    setAccessibleNames(fontName_, QStringLiteral("Preview font"));
+    setAccessibleNames(fontSize_, QStringLiteral("Preview font size"));
     fontSize_->setMinimumContentsLength(3);
 
     auto* form = new QFormLayout(preview);
@@ -146,23 +153,29 @@ frmOptions::frmOptions(AppSettings& settings, MessageHost& messages, QWidget* pa
     buttons->addStretch(1);
     for (lvButtons_H* b : {ok, cancel, apply_}) buttons->addWidget(b);
 
-    auto* grid = new QGridLayout;
-    grid->setHorizontalSpacing(12);
-    grid->setVerticalSpacing(10);
-    grid->addWidget(finding, 0, 0);
-    grid->addWidget(replacing, 1, 0);
-    grid->addWidget(preview, 0, 1, 2, 1);
-    grid->addWidget(history, 2, 0, 1, 2);
-    auto* body = new QVBoxLayout;
-    body->setContentsMargins(12, 12, 12, 12);
-    body->setSpacing(12);
-    body->addLayout(grid);
-    body->addLayout(buttons);
+    // The groups in two columns, or in one where the screen is narrow (a
+    // small screen, a scale factor of 2); they scroll where even that is too
+    // large, while the banner and the buttons stay in view.
+    groups_ = {finding, replacing, preview, history};
+    auto* body = new QWidget(this);
+    body->setObjectName(QStringLiteral("OptionsBody"));
+    grid_ = new QGridLayout(body);
+    grid_->setContentsMargins(12, 12, 12, 0);
+    grid_->setHorizontalSpacing(12);
+    grid_->setVerticalSpacing(10);
+    arrangeGroups(true);
+    twoColumnWidth_ = body->minimumSizeHint().width() + style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+    auto* scroll = new ScrollingBody(body, this);
+    scroll->setObjectName(QStringLiteral("OptionsScroll"));
+    auto* buttonBand = new QVBoxLayout;
+    buttonBand->setContentsMargins(12, 12, 12, 12);
+    buttonBand->addLayout(buttons);
     auto* page = new QVBoxLayout(this);
     page->setContentsMargins(0, 0, 0, 0);
     page->setSpacing(0);
     page->addWidget(banner(this));
-    page->addLayout(body);
+    page->addWidget(scroll, 1);
+    page->addLayout(buttonBand);
 
     // Any change from here on can be applied.
     for (QLineEdit* edit : {hitsPerPage_, charsAround_, charsBetween_, undoRuns_})
@@ -171,7 +184,32 @@ frmOptions::frmOptions(AppSettings& settings, MessageHost& messages, QWidget* pa
         connect(box, &QCheckBox::toggled, this, &frmOptions::changed);
     for (QComboBox* box : {fontName_, fontSize_}) connect(box, &QComboBox::editTextChanged, this, &frmOptions::changed);
     apply_->setEnabled(false);
-    setFixedSize(sizeHint());
+    resize(sizeHint());
+    keepOnScreen(this);
+    keepPaletteReadable();
+}
+
+void frmOptions::arrangeGroups(bool twoColumns) {
+    if (twoColumns == twoColumns_ && grid_->count() > 0) return;
+    twoColumns_ = twoColumns;
+    for (QWidget* group : groups_) grid_->removeWidget(group);
+    auto [finding, replacing, preview, history] = groups_;
+    if (twoColumns) {
+        grid_->addWidget(finding, 0, 0);
+        grid_->addWidget(replacing, 1, 0);
+        grid_->addWidget(preview, 0, 1, 2, 1);
+        grid_->addWidget(history, 2, 0, 1, 2);
+    } else {
+        grid_->addWidget(finding, 0, 0);
+        grid_->addWidget(replacing, 1, 0);
+        grid_->addWidget(preview, 2, 0);
+        grid_->addWidget(history, 3, 0);
+    }
+}
+
+void frmOptions::resizeEvent(QResizeEvent* event) {
+    QDialog::resizeEvent(event);
+    arrangeGroups(width() >= twoColumnWidth_);
 }
 
 QLineEdit* frmOptions::numberBox(const char* name, long least) {
@@ -243,7 +281,10 @@ OptionsFields frmOptions::fields() const {
 void frmOptions::apply() {
     OptionsFields taken = fields();
     const bool updatePreview = taken.applyTo(settings_);
+    // The boxes show what is in force: a size that was not taken shows the size kept.
     if (fontName_->currentText().toStdString() != taken.fontName) fontName_->setEditText(qs(taken.fontName));
+    if (const QString size = QString::number(settings_.PreviewFontSize); fontSize_->currentText() != size)
+        fontSize_->setEditText(size);
     if (updatePreview) emit previewUpdateRequested();
     apply_->setEnabled(false);
 }

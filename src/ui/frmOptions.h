@@ -9,6 +9,7 @@
 // Apply (when it shows one file at a time), and a history to empty.
 
 #include <QDialog>
+#include <array>
 
 #include "core/AppSettings.h"
 #include "core/MainWindowState.h"
@@ -17,6 +18,7 @@
 
 class QCheckBox;
 class QComboBox;
+class QGridLayout;
 class QLineEdit;
 
 namespace vantorel::ui {
@@ -34,6 +36,9 @@ public:
 public slots:
     void apply();
 
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
 signals:
     // After an Apply while the preview shows one file at a time.
     void previewUpdateRequested();
@@ -46,6 +51,7 @@ private:
     void buildHistoryButtons(QWidget* group);
     void clearHistory(HistoryBox box, const char* question);
     void changed();
+    void arrangeGroups(bool twoColumns);
 
     AppSettings& settings_;
     MessageHost& messages_;
@@ -61,6 +67,10 @@ private:
     QComboBox* fontName_ = nullptr;
     QComboBox* fontSize_ = nullptr;
     lvButtons_H* apply_ = nullptr;
+    QGridLayout* grid_ = nullptr;
+    std::array<QWidget*, 4> groups_{};  // finding, replacing, preview, history
+    bool twoColumns_ = false;
+    int twoColumnWidth_ = 0;  // the narrowest the dialog shows two columns at
 };
 
 }  // namespace vantorel::ui

@@ -16,9 +16,9 @@ TEST(ReadableColour, ContrastFollowsTheGuidelines) {
     EXPECT_NEAR(contrastRatio(kGrey, kGrey), 1.0, 1e-9);
 }
 
-TEST(ReadableColour, ThePreviewColoursStayOnWhiteAndBrightenOnDarkPages) {
-    for (const std::uint32_t colour : {kRed, kBlue, kGrey, kBlack}) EXPECT_EQ(readableColour(colour, kWhite), colour);
-    for (const std::uint32_t page : {0x000000u, 0x1E1E1Eu, 0x2D2D2Du, 0x3C3F41u})
+TEST(ReadableColour, ThePreviewColoursDarkenJustEnoughOnWhiteAndBrightenOnDarkPages) {
+    for (const std::uint32_t colour : {kBlue, kBlack}) EXPECT_EQ(readableColour(colour, kWhite), colour);
+    for (const std::uint32_t page : {kWhite, 0x000000u, 0x1E1E1Eu, 0x2D2D2Du, 0x3C3F41u})
         for (const std::uint32_t colour : {kRed, kBlue, kGrey, kBlack}) {
             const std::uint32_t shown = readableColour(colour, page);
             EXPECT_GE(contrastRatio(shown, page), kLeastTextContrast) << std::hex << colour << " on " << page;

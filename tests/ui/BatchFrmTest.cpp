@@ -97,6 +97,21 @@ private slots:
         QVERIFY(!f.enabled("DelBtn") && !f.enabled("SaveBtn"));
     }
 
+    // As the library refuses an entry without a name.
+    void aJobNeedsANameThatIsNotOnlySpaces() {
+        BatchFixture f;
+        f.addFromLibrary(0);
+        for (const char* name : {"   ", ""}) {
+            f.messages.messages.clear();
+            f.saveAs(QString::fromLatin1(name));
+            QCOMPARE(f.messages.texts(), std::vector<std::string>{"Please enter a name for the batch job"});
+            QVERIFY(f.messages.questions.empty());
+            QCOMPARE(f.jobsFile(), QByteArray());
+        }
+        f.saveAs(" Tidy ");  // spaces around a name are the name's own
+        QCOMPARE(f.jobsFile(), QByteArray(" Tidy \ttags\r\n"));
+    }
+
     void changedEntriesAreConfirmedBeforeTheyAreLost() {
         BatchFixture f("One\ttags\r\nBare\r\nTwo\tdigits\r\n");
         f.chooseNext("BatchJobsCombo");

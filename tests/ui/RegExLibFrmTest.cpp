@@ -25,6 +25,18 @@ class RegExLibFrmTest : public QObject {
     Q_OBJECT
 
 private slots:
+    // Names that differ only by spaces at their end look different.
+    void trailingSpacesOfANameCanBeSeen() {
+        LibraryFixture f("Digits\t\\d+\t\r\nDigits  \t[0-9]+\t\r\n");
+        QCOMPARE(f.entries().size(), 2);
+        QCOMPARE(f.entries()[0], QString("Digits"));
+        QVERIFY2(f.entries()[1].startsWith("Digits") && f.entries()[1] != "Digits" && f.entries()[1].trimmed() == f.entries()[1],
+                 qPrintable(f.entries()[1]));
+        QVERIFY(f.list()->item(1)->data(Qt::AccessibleTextRole).toString().contains("2 spaces"));
+        f.clickEntry(1);
+        QCOMPARE(f.text("REName"), QString("Digits  "));  // the name itself as it is
+    }
+
     void saveAppendsThenACaseDifferentNameUpdatesInPlace() {
         LibraryFixture f("digits\t\\d+\t\r\nfoo\told\t\r\n");
         f.type("REName", "Words");

@@ -158,9 +158,19 @@ private slots:
         // The loaded text is edited like a typed one.
         QVERIFY(f.updatedBy([&] { QTest::keyClicks(f.child("InText"), "\r"); }));
         QCOMPARE(f.text("foundlbl"), QString("(3)"));
+        // A file that is not taken says why, on a line of its own, and leaves the sample as it was.
         f.desktop.openAnswer = QString::fromStdString(tree.path("missing.txt"));
         f.click("LoadTxt");
-        QTRY_COMPARE(f.messages.texts(), std::vector<std::string>{"Error Loading File"});
+        QTRY_COMPARE(f.messages.texts().size(), std::size_t{1});
+        QCOMPARE(f.messages.texts().back(), std::string("Error Loading File\r\nThe file does not exist."));
+        QFile large(QString::fromStdString(tree.path("large.log")));
+        QVERIFY(large.open(QIODevice::WriteOnly) && large.resize((64 << 20) + 1));
+        large.close();
+        f.desktop.openAnswer = large.fileName();
+        f.click("LoadTxt");
+        QTRY_COMPARE(f.messages.texts().size(), std::size_t{2});
+        QCOMPARE(f.messages.texts().back(), "Error Loading File\r\n" + tree.path("large.log") +
+                                                " is larger than 64 MB, the most the tester takes.");
         QCOMPARE(f.text("InText"), QString("\none\ntwo\n"));
     }
 

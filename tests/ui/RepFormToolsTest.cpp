@@ -7,6 +7,7 @@
 #include <QListWidget>
 #include <QMenuBar>
 #include <QScreen>
+#include <QStyle>
 #include <QTreeView>
 
 #include "UiTestSupport.h"
@@ -168,14 +169,18 @@ private slots:
         QVERIFY2(f.form->minimumWidth() <= 640 && f.form->minimumHeight() <= 420,
                  qPrintable(QString("%1x%2").arg(f.form->minimumWidth()).arg(f.form->minimumHeight())));
 
-        // A window that cannot fit keeps its minimum size and its top-left corner on the screen.
+        // A window that cannot fit keeps its minimum size and its top-left
+        // corner on the screen; not framed yet, it keeps room above it for
+        // the title bar it will get.
         QWidget wide;
         wide.setMinimumSize(room.width() + 100, 100);
         wide.resize(wide.minimumSize());
         wide.move(room.left() - 300, room.top() + 10);
         ui::fitToScreen(&wide);
         QCOMPARE(wide.width(), room.width() + 100);
-        QCOMPARE(wide.frameGeometry().topLeft(), QPoint(room.left(), room.top() + 10));
+        const int border = wide.style()->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth, nullptr, &wide);
+        const int title = wide.style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, &wide);
+        QCOMPARE(wide.pos(), QPoint(room.left() + border, room.top() + title + border));
     }
 };
 

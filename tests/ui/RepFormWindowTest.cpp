@@ -4,11 +4,14 @@
 
 #include <QDialog>
 #include <QHeaderView>
+#include <QMenu>
 #include <QMouseEvent>
 #include <QThreadPool>
 #include <QTimer>
 #include <QTreeView>
 #include <sys/time.h>
+
+#include <QMenu>
 
 #include "UiTestSupport.h"
 #include "ui/FileDialog.h"
@@ -302,9 +305,33 @@ private slots:
         // The list and the preview follow the divider.
         QCOMPARE(f.child("DragLine")->geometry().top(), f.child("LowerFrame")->geometry().bottom() + 1);
         QCOMPARE(f.child("PrevFrame")->geometry().top(), f.child("DragLine")->geometry().bottom() + 1);
-        // Too small a window for both: the list keeps its minimum.
+        // Too small a window for both: the preview keeps half of the band.
         f.form->resize(900, 360);
-        QTRY_COMPARE(f.form->dividerPosition(), ui::RepForm::kListMinimum);
+        QTRY_VERIFY(f.form->bandHeight() < ui::RepForm::kListMinimum + ui::RepForm::kPreviewMinimum);
+        QCOMPARE(f.form->dividerPosition(), f.form->bandHeight() - f.form->bandHeight() / 2);
+    }
+
+    // What the mouse does on the headings and the divider, without it.
+    void theListSortsAndTheDividerMovesFromTheKeyboard() {
+        TempTree tree;
+        tree.write("a.txt", "x");
+        tree.write("b.txt", "x x x");
+        FormFixture f;
+        showWindow(f);
+        QVERIFY(f.run(root(tree), "*.txt", "x"));
+        QAction* byMatches = f.form->findChild<QAction*>("mSortBy2");
+        QVERIFY(byMatches && byMatches->text() == "Matches" && f.form->findChild<QMenu*>("mSortBy"));
+        byMatches->trigger();  // descending first, as a click on the heading
+        QCOMPARE(f.column(0), QStringList({"b.txt", "a.txt"}));
+        byMatches->trigger();
+        QCOMPARE(f.column(0), QStringList({"a.txt", "b.txt"}));
+
+        dragDivider(f, -2000);  // up to the list's minimum
+        const long top = f.form->dividerPosition();
+        QTest::keyClick(f.form.get(), Qt::Key_Down, Qt::ControlModifier | Qt::ShiftModifier);
+        QVERIFY(f.form->dividerPosition() > top);
+        QTest::keyClick(f.form.get(), Qt::Key_Up, Qt::ControlModifier | Qt::ShiftModifier);
+        QCOMPARE(f.form->dividerPosition(), top);
     }
 
     void desktopActionsGoThroughTheDesktop() {

@@ -13,6 +13,9 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMimeData>
+#include <QPaintEngine>
+#include <QPainter>
+#include <QStyleFactory>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -27,11 +30,18 @@
 #include "core/MessageHost.h"
 #include "library/LibraryState.h"
 #include "support/TempTree.h"
+#include "ui/BatchFrm.h"
 #include "ui/DesktopServices.h"
+#include "ui/ExtractForm.h"
 #include "ui/HistoryCombo.h"
 #include "ui/PreviewPane.h"
+#include "ui/RegExLibFrm.h"
+#include "ui/RegExTestFrm.h"
 #include "ui/RepForm.h"
+#include "ui/ReplacePreviewForm.h"
 #include "ui/ResultsModel.h"
+#include "ui/frmAbout.h"
+#include "ui/frmOptions.h"
 
 namespace vantorel::test {
 
@@ -275,5 +285,195 @@ inline void whenModal(std::function<void(QWidget*)> act) {
         act(modal);
     });
 }
+
+// ---- What a window shows ------------------------------------------------
+
+// A dark desktop's palette (as a dark theme gives it).
+inline QPalette darkPalette() {
+    QPalette p;
+    const QColor window(0x2b, 0x2b, 0x2b), base(0x1e, 0x1e, 0x1e), text(0xe6, 0xe6, 0xe6);
+    for (auto [role, colour] : std::initializer_list<std::pair<QPalette::ColorRole, QColor>>{
+             {QPalette::Window, window}, {QPalette::WindowText, text}, {QPalette::Base, base},
+             {QPalette::AlternateBase, window}, {QPalette::Text, text}, {QPalette::Button, QColor(0x3a, 0x3a, 0x3a)},
+             {QPalette::ButtonText, text}, {QPalette::Highlight, QColor(0x3d, 0x7a, 0xd6)},
+             {QPalette::HighlightedText, Qt::white}, {QPalette::Light, QColor(0x55, 0x55, 0x55)},
+             {QPalette::Midlight, QColor(0x48, 0x48, 0x48)}, {QPalette::Mid, QColor(0x30, 0x30, 0x30)},
+             {QPalette::Dark, QColor(0x20, 0x20, 0x20)}, {QPalette::Shadow, Qt::black},
+             {QPalette::ToolTipBase, base}, {QPalette::ToolTipText, text}, {QPalette::Link, QColor(0x6c, 0xb4, 0xff)},
+             {QPalette::PlaceholderText, QColor(0xa0, 0xa0, 0xa0)}})
+        p.setColor(role, colour);
+    for (QPalette::ColorRole role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
+        p.setColor(QPalette::Disabled, role, QColor(0x80, 0x80, 0x80));
+    return p;
+}
+
+// A text as a widget draws it: its colour, and where it falls in its window.
+struct DrawnText {
+    QString text;
+    QColor colour;
+    QRect rect;
+    QFont font;
+    const QWidget* widget = nullptr;
+};
+
+// Records the texts painted on it and nothing else.
+class TextRecorder : public QPaintDevice {
+public:
+    std::vector<DrawnText> texts;
+    explicit TextRecorder(QSize size) : size_(size) {}
+    QPaintEngine* paintEngine() const override { return &engine_; }
+
+protected:
+    int metric(PaintDeviceMetric metric) const override {
+        switch (metric) {
+            case PdmWidth: return size_.width();
+            case PdmHeight: return size_.height();
+            case PdmDpiX: case PdmDpiY: case PdmPhysicalDpiX: case PdmPhysicalDpiY: return 96;
+            case PdmDepth: return 32;
+            case PdmDevicePixelRatio: return 1;
+            case PdmDevicePixelRatioScaled: return int(devicePixelRatioFScale());
+            default: return QPaintDevice::metric(metric);
+        }
+    }
+
+private:
+    class Engine : public QPaintEngine {
+    public:
+        explicit Engine(TextRecorder& device) : QPaintEngine(AllFeatures), device_(device) {}
+        bool begin(QPaintDevice*) override { return true; }
+        bool end() override { return true; }
+        void updateState(const QPaintEngineState&) override {}
+        Type type() const override { return User; }
+        void drawPixmap(const QRectF&, const QPixmap&, const QRectF&) override {}
+        void drawImage(const QRectF&, const QImage&, const QRectF&, Qt::ImageConversionFlags) override {}
+        void drawTiledPixmap(const QRectF&, const QPixmap&, const QPointF&) override {}
+        void drawPath(const QPainterPath&) override {}
+        void drawPolygon(const QPointF*, int, PolygonDrawMode) override {}
+        void drawPolygon(const QPoint*, int, PolygonDrawMode) override {}
+        void drawRects(const QRectF*, int) override {}
+        void drawRects(const QRect*, int) override {}
+        void drawLines(const QLineF*, int) override {}
+        void drawLines(const QLine*, int) override {}
+        void drawEllipse(const QRectF&) override {}
+        void drawPoints(const QPointF*, int) override {}
+        void drawTextItem(const QPointF& at, const QTextItem& item) override {
+            const QFontMetricsF metrics(item.font());
+            const QRectF box(at.x(), at.y() - metrics.ascent(), item.width(), metrics.ascent() + metrics.descent());
+            if (!item.text().trimmed().isEmpty())
+                device_.texts.push_back({item.text(), state->pen().color(),
+                                         state->transform().mapRect(box).toAlignedRect(), item.font(), nullptr});
+        }
+
+    private:
+        TextRecorder& device_;
+    };
+    QSize size_;
+    mutable Engine engine_{*this};
+};
+
+// Every text the enabled, visible widgets of a window draw where it can be
+// seen (not scrolled away), each widget painted on its own.
+inline std::vector<DrawnText> drawnTexts(QWidget* window) {
+    std::vector<DrawnText> all;
+    QList<QWidget*> widgets = window->findChildren<QWidget*>();
+    widgets.prepend(window);
+    for (QWidget* w : widgets) {
+        if (!w->isVisible() || !w->isEnabled() || (w != window && w->isWindow())) continue;
+        const QRegion seen = w->visibleRegion();
+        if (seen.isEmpty()) continue;
+        TextRecorder recorder(window->size());
+        const QPoint offset = w->mapTo(window, QPoint(0, 0));
+        w->render(&recorder, offset, QRegion(), QWidget::RenderFlags());
+        for (DrawnText& text : recorder.texts)
+            if (seen.translated(offset).contains(text.rect.center())) {
+                text.widget = w;
+                all.push_back(std::move(text));
+            }
+    }
+    return all;
+}
+
+// The colour most of a rectangle of a window's picture has: the page behind
+// a text. Near shades count as one, so that a gradient is one page.
+inline QColor pageBehind(const QImage& picture, const QRect& rect, qreal scale) {
+    struct Shade {
+        int count = 0;
+        long r = 0, g = 0, b = 0;
+    };
+    QHash<int, Shade> shades;
+    const QRect pixels = QRect(rect.topLeft() * scale, rect.size() * scale).intersected(picture.rect());
+    for (int y = pixels.top(); y <= pixels.bottom(); ++y)
+        for (int x = pixels.left(); x <= pixels.right(); ++x) {
+            const QRgb pixel = picture.pixel(x, y);
+            Shade& shade = shades[(qRed(pixel) >> 4) << 8 | (qGreen(pixel) >> 4) << 4 | qBlue(pixel) >> 4];
+            ++shade.count;
+            shade.r += qRed(pixel), shade.g += qGreen(pixel), shade.b += qBlue(pixel);
+        }
+    Shade most;
+    for (const Shade& shade : shades)
+        if (shade.count > most.count) most = shade;
+    return most.count ? QColor(int(most.r / most.count), int(most.g / most.count), int(most.b / most.count)) : QColor();
+}
+
+// Each of the program's windows on its own, with something in it to show:
+// for the tests that look at every window alike.
+struct WindowCatalogue {
+    TempTree tree;  // the files the windows work on, and the library's folder
+    RecordingMessages messages;
+    RecordingDesktop desktop;
+    LibraryState library;
+    AppSettings settings;
+    std::unique_ptr<FormFixture> form;
+    std::unique_ptr<QWidget> window;
+
+    static QStringList names() {
+        return {"main", "options", "tester", "tester with an error", "preview", "library", "batch", "extract", "about"};
+    }
+
+    WindowCatalogue() {
+        tree.write("site/notes.txt", "The colour of the sea\nno match here\nand the colour again\n");
+        tree.write("site/sub/config.h", "#define COLOUR colour\n");
+        tree.write("program/RegEx.txt", "Digits\t\\d+\t#\r\nDigits  \t[0-9]+\t\r\nColour\tcolour\tcolor\r\n");
+        tree.write("program/BatchJobs.txt", "Tidy\tDigits\tColour\r\n");
+    }
+
+    // Opens the window `name`, shown and ready; null when it could not be.
+    QWidget* open(const QString& name) {
+        const std::string program = tree.path("program");
+        QWidget* shown = nullptr;
+        if (name == "main" || name == "preview") {
+            form = std::make_unique<FormFixture>();
+            form->child<QTimer>("SplashTimer")->stop();
+            if (!form->run(root(tree) + "/site", "*", "colour", "color", name == "main" ? "FindBtn" : "PreviewBtn"))
+                return nullptr;
+            shown = name == "main" ? static_cast<QWidget*>(form->form.get()) : form->form->previewWindow();
+            if (name == "main") form->showActive();
+        } else if (name == "options") {
+            window = std::make_unique<ui::frmOptions>(settings, messages);
+        } else if (name.startsWith("tester")) {
+            auto* tester = new ui::RegExTestFrm(library, program, &messages, &desktop);
+            window.reset(tester);
+            QSignalSpy updated(tester, &ui::RegExTestFrm::updated);
+            tester->setSample("a1 b22\nc333");
+            tester->findChild<QLineEdit*>("FText")->setText(name.endsWith("error") ? "a(b" : "(?<letter>[a-z])(\\d+)(x)?");
+            tester->findChild<QLineEdit*>("RText")->setText("<$1>");
+            if (!updated.wait(10000)) return nullptr;
+        } else if (name == "library") {
+            window = std::make_unique<ui::RegExLibFrm>(library, program, &messages);
+        } else if (name == "batch") {
+            window = std::make_unique<ui::BatchFrm>(library, program, &messages);
+        } else if (name == "extract") {
+            auto* extract = new ui::ExtractForm(desktop, messages);
+            window.reset(extract);
+            extract->appendText("colour\r\ncolour\r\n");
+        } else if (name == "about") {
+            window = std::make_unique<ui::frmAbout>(desktop, messages);
+        }
+        if (!shown) shown = window.get();
+        if (!shown) return nullptr;
+        shown->show();
+        return QTest::qWaitForWindowExposed(shown) ? shown : nullptr;
+    }
+};
 
 }  // namespace vantorel::test

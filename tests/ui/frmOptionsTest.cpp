@@ -96,6 +96,16 @@ private slots:
         QVERIFY(!d.settings.SkipVersionControl);
         QCOMPARE(update.count(), 1);
         QVERIFY(!d.button("CmdApply")->isEnabled());
+
+        // A size that is not taken leaves the box showing the size in force.
+        for (const char* typed : {"abc", "0", "16pt"}) {
+            QComboBox* size = d.child<QComboBox>("Combo2");
+            size->lineEdit()->selectAll();
+            QTest::keyClicks(size->lineEdit(), QString::fromLatin1(typed));
+            d.click("CmdApply");
+            QCOMPARE(size->currentText(), QString::number(d.settings.PreviewFontSize));
+        }
+        QCOMPARE(d.settings.PreviewFontSize, 16L);
     }
 
     void cancelAfterApplyKeepsTheAppliedValues() {
