@@ -307,7 +307,9 @@ private:
                 // and from now on only the file waited for is written ahead.
                 budget_->setLimit(0);
                 commitBatch(pass);
+                std::vector<Message> before = std::move(outcome->writeMessages);  // what the first try gave up
                 outcome = writeAlone(position, settings);
+                outcome->writeMessages.insert(outcome->writeMessages.begin(), before.begin(), before.end());
             }
             if (outcome && outcome->interrupted) break;
             if (outcome && outcome->file && !writing && !seen_.insert(*outcome->file).second) {
