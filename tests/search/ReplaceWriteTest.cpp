@@ -16,6 +16,7 @@
 #include "files/FileFunctions.h"
 #include "search/SearchRun.h"
 #include "support/RecordingHost.h"
+#include "support/Replacing.h"
 #include "support/SystemCallFaults.h"
 #include "support/TempTree.h"
 
@@ -24,39 +25,22 @@ namespace {
 
 using test::RecordingHost;
 using test::SystemCallFaults;
+using test::Replaced;
 using test::TempTree;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-struct Replaced {
-    std::vector<std::string> events;  // with the tree's root taken out
-    std::vector<FileReport> rows;
-    std::vector<std::string> messages;
-};
-
 Replaced replace(const TempTree& tree, RunRequest r, unsigned threads = 1,
-            std::function<void(const FileReport&)> onRow = nullptr) {
-    SearchState state;
+                 std::function<void(const FileReport&)> onRow = nullptr) {
     RecordingHost host;
-    host.answers = {true};
     host.onRow = std::move(onRow);
-    r.kind = RunKind::Replace;
     r.startFolder = tree.root();
     r.threads = threads;
-    RunSearch(r, state, host);
-    Replaced run{{}, host.rows, host.messageTexts()};
-    for (std::string event : host.events) {
-        for (std::size_t at; (at = event.find(tree.root())) != std::string::npos;) event.erase(at, tree.root().size());
-        run.events.push_back(event);
-    }
-    return run;
+    return test::runReplace(r, host);
 }
 
 RunRequest job(std::string find, std::string replacement, std::string filter = "*.txt") {
-    RunRequest r;
-    r.jobs = {{std::move(find), std::move(replacement)}};
-    r.filter = std::move(filter);
-    return r;
+    return test::replaceRequest("", std::move(find), std::move(replacement), std::move(filter));
 }
 
 TEST(ReplaceWriteTest, AFileReachedUnderSeveralNamesIsReplacedOnceUnderItsFirstName) {

@@ -12,6 +12,7 @@
 #include "files/FileFunctions.h"
 #include "search/Regex.h"
 #include "support/RecordingHost.h"
+#include "support/Replacing.h"
 #include "support/TempTree.h"
 
 namespace vantorel {
@@ -25,13 +26,8 @@ using ::testing::IsEmpty;
 class SearchRunTest : public ::testing::Test {
 protected:
     RunRequest request(RunKind kind, std::string find, std::string replace = "") {
-        RunRequest r;
-        r.kind = kind;
-        r.jobs.push_back({std::move(find), std::move(replace)});
-        r.startFolder = tree.root();
-        r.filter = "*.txt";
-        r.threads = 1;
-        return r;
+        return RunRequest{.kind = kind, .jobs = {{std::move(find), std::move(replace)}}, .startFolder = tree.root(),
+                          .filter = "*.txt", .threads = 1};
     }
     RunOutcome run(const RunRequest& r) { return RunSearch(r, state, host); }
     std::string rowsText() const {
@@ -134,23 +130,28 @@ TEST_F(SearchRunTest, ReplacingWithNothingIsConfirmedFirst) {
     EXPECT_EQ(tree.read("a.txt"), " ");
 }
 
-TEST_F(SearchRunTest, ReplaceCountsAsksOnceThenRewritesTheFiles) {
-    tree.write("a.txt", "colour colour");
+TEST_F(SearchRunTest, ReplaceCountsShowsEachFilesSectionAsksOnceThenRewritesTheFiles) {
+    tree.write("a.txt", "colour colour", 0640);
     tree.write("b.txt", "nothing");
     tree.write("sub/c.txt", "Colour");
     host.answers = {true};
     RunRequest r = request(RunKind::Replace, "colour", "color");
     r.ignoreCase = true;
-    const RunOutcome outcome = run(r);
-    EXPECT_TRUE(outcome.replaced);
+    r.threads = 3;
+    r.previewSection = [](const std::string& path, std::string_view text, TextEncoding, const CompiledPattern& pattern) {
+        return StyledText{{FileNameOf(path) + "=" + std::to_string(pattern.countMatches(text)) + ":" + std::string(text), kGrey, true}};
+    };
+    EXPECT_TRUE(run(r).replaced);
     EXPECT_EQ(tree.read("a.txt"), "color color");
+    EXPECT_EQ(tree.mode("a.txt"), 0640);
     EXPECT_EQ(tree.read("b.txt"), "nothing");
     EXPECT_EQ(tree.read("sub/c.txt"), "color");
     const std::string a = tree.path("a.txt"), c = tree.path("sub/c.txt");
+    // Each section comes before its row, in the searching pass only.
     EXPECT_THAT(host.events,
-                ElementsAre("started", "clear", "pass:counting", "row:" + a + ":2", "row:" + c + ":1",
-                            "ask:Replace 3 occurences in 2 file(s) ?:yes", "clear", "pass:writing",
-                            "row:" + a + ":2", "row:" + c + ":1",
+                ElementsAre("started", "clear", "pass:counting", "preview:a.txt=2:colour colour", "row:" + a + ":2",
+                            "preview:c.txt=1:Colour", "row:" + c + ":1", "ask:Replace 3 occurences in 2 file(s) ?:yes",
+                            "clear", "pass:writing", "row:" + a + ":2", "row:" + c + ":1",
                             "message:Replace Operation Complete:3 files processed, 3 occurences changed in 2 file(s)",
                             "finished"));
     EXPECT_EQ(state.previewPattern, "color");
@@ -176,23 +177,6 @@ TEST_F(SearchRunTest, ReplaceWithoutMatchesAsksNothingAndWalksNoFile) {
     EXPECT_THAT(host.questions, IsEmpty());
     EXPECT_THAT(host.messageTexts(),
                 ElementsAre("2 files processed, 0 occurences changed in 0 file(s)", "No matches found in files."));
-}
-
-TEST_F(SearchRunTest, BackupsKeepTheOldContentsUnderTheBakName) {
-    tree.write("data.csv", "v1", 0640);
-    tree.write("data.bak", "an older backup");
-    tree.write("old.bak", "v1");
-    host.answers = {true};
-    RunRequest r = request(RunKind::Replace, "v1", "v2");
-    r.filter = "*.csv;old.bak";
-    r.makeBackups = true;
-    run(r);
-    EXPECT_EQ(tree.read("data.csv"), "v2");
-    EXPECT_EQ(tree.read("data.bak"), "v1");
-    EXPECT_EQ(tree.mode("data.csv"), 0640);
-    EXPECT_EQ(tree.read("old.bak.bak"), "v1");
-    EXPECT_EQ(tree.read("old.bak"), "v2");
-    EXPECT_EQ(host.messages.size(), 1u);  // the summary alone
 }
 
 TEST_F(SearchRunTest, JobsRunInOrderAndEachSeesTheTextTheLastOneLeft) {
@@ -281,31 +265,21 @@ TEST_F(SearchRunTest, StopDuringTheCountingPassEndsAsAStoppedSearch) {
     EXPECT_EQ(tree.read("a.txt"), "x");
 }
 
-TEST_F(SearchRunTest, StopDuringTheWritingPassWritesWhatIsFinishedAndCountsIt) {
-    // Flushed together, both new files are finished before the first is
-    // renamed into place; one by one (backups), the second is not begun.
-    for (const bool backups : {false, true}) {
-        TempTree tree;
-        tree.write("a.txt", "x");
-        tree.write("b.txt", "x");
-        SearchState state;
-        RecordingHost host;
-        host.answers = {true};
-        host.onRow = [&](const FileReport& row) {
-            if (row.write) state.stopRequested = true;  // in the writing pass
-        };
-        RunRequest r = request(RunKind::Replace, "x", "y");
-        r.startFolder = tree.root();
-        r.makeBackups = backups;
-        const RunOutcome outcome = RunSearch(r, state, host);
-        EXPECT_TRUE(outcome.replaced);
-        EXPECT_EQ(tree.read("a.txt"), "y");
-        EXPECT_EQ(tree.read("b.txt"), backups ? "x" : "y");
-        const std::string summary = backups ? "1 files processed, 1 occurences changed in 1 file(s)"
-                                            : "2 files processed, 2 occurences changed in 2 file(s)";
-        EXPECT_THAT(host.messageTexts(),
-                    ElementsAre("Replace operation stopped. Any replacements already made will not be undone.", summary));
-    }
+// Written one by one (with backups), the file after a stop is not begun;
+// flushed together, those finished are written (ReplaceSafetyTest).
+TEST_F(SearchRunTest, StopDuringTheWritingPassOfFilesWrittenOneByOneLeavesTheRest) {
+    tree.write("a.txt", "x");
+    tree.write("b.txt", "x");
+    host.answers = {true};
+    host.onRow = [this](const FileReport& row) {
+        if (row.write) state.stopRequested = true;
+    };
+    RunRequest r = request(RunKind::Replace, "x", "y");
+    r.makeBackups = true;
+    EXPECT_TRUE(run(r).replaced);
+    EXPECT_EQ(tree.read("a.txt") + tree.read("b.txt"), "yx");
+    EXPECT_THAT(host.messageTexts(), ElementsAre("Replace operation stopped. Any replacements already made will not be undone.",
+                                                 "1 files processed, 1 occurences changed in 1 file(s)"));
 }
 
 TEST_F(SearchRunTest, SizesAreCharactersAlsoWhenTheSearchNeedsNoEncoding) {
@@ -363,21 +337,6 @@ TEST_F(SearchRunTest, AnEngineFailureEndsTheRunNamingTheFile) {
     }
 }
 
-TEST_F(SearchRunTest, AFileChangedAfterItWasCountedIsWrittenFromWhatItHoldsThen) {
-    tree.write("a.txt", "x1");
-    tree.write("b.txt", "x1");
-    host.answers = {true};
-    bool changed = false;
-    host.onRow = [&](const FileReport& row) {
-        if (changed || FileNameOf(row.path) != "b.txt") return;
-        tree.write("a.txt", "x2 x");  // a.txt was counted already
-        changed = true;
-    };
-    run(request(RunKind::Replace, "x", "y"));
-    EXPECT_EQ(tree.read("a.txt"), "y2 y");
-    EXPECT_EQ(tree.read("b.txt"), "y1");
-}
-
 TEST_F(SearchRunTest, ManyThreadsShowExactlyWhatOneThreadShows) {
     for (int i = 0; i < 150; ++i) {
         std::string text;
@@ -396,27 +355,6 @@ TEST_F(SearchRunTest, ManyThreadsShowExactlyWhatOneThreadShows) {
     EXPECT_EQ(runWith(1, RunKind::Find), runWith(3, RunKind::Find));  // a Replace: ParallelReplaceTest
 }
 
-TEST_F(SearchRunTest, PreviewSectionsArriveBeforeTheirRowsInSearchingPassesOnly) {
-    tree.write("a.txt", "x y x");
-    tree.write("b.txt", "none");
-    tree.write("c.txt", "x");
-    RunRequest r = request(RunKind::Replace, "x", "z");
-    r.threads = 3;
-    r.previewSection = [](const std::string& path, std::string_view text, TextEncoding,
-                          const CompiledPattern& pattern) {
-        return StyledText{{FileNameOf(path) + "=" + std::to_string(pattern.countMatches(text)) + ":" + std::string(text), kGrey, true}};
-    };
-    host.answers = {true};
-    run(r);
-    const std::string a = tree.path("a.txt"), c = tree.path("c.txt");
-    EXPECT_THAT(host.events, ElementsAre("started", "clear", "pass:counting", "preview:a.txt=2:x y x",
-                                         "row:" + a + ":2", "preview:c.txt=1:x", "row:" + c + ":1",
-                                         "ask:Replace 3 occurences in 2 file(s) ?:yes", "clear", "pass:writing",
-                                         "row:" + a + ":2", "row:" + c + ":1",
-                                         "message:Replace Operation Complete:3 files processed, 3 occurences changed in 2 file(s)",
-                                         "finished"));
-}
-
 TEST(ParallelReplaceTest, ManyThreadsLeaveExactlyTheFilesOneThreadLeaves) {
     TempTree one, many;
     for (const TempTree* tree : {&one, &many})
@@ -426,24 +364,11 @@ TEST(ParallelReplaceTest, ManyThreadsLeaveExactlyTheFilesOneThreadLeaves) {
             tree->write("d" + std::to_string(i % 4) + "/f" + std::to_string(i) + ".txt", text, i % 9 == 0 ? 0444 : 0644);
         }
     auto replaceWith = [](const TempTree& tree, unsigned threads) {
-        SearchState state;
-        RecordingHost host;
-        host.answers = {true};
-        RunRequest r;
-        r.kind = RunKind::Replace;
-        r.jobs = {{"item=(\\d)", "<$1>"}, {"<2>", "two"}};
+        RunRequest r = test::replaceRequest(tree.root(), "item=(\\d)", "<$1>", "*.txt", threads);
+        r.jobs.push_back({"<2>", "two"});
         r.regularExpression = true;
-        r.startFolder = tree.root();
-        r.filter = "*.txt";
         r.makeBackups = true;
-        r.threads = threads;
-        RunSearch(r, state, host);
-        std::vector<std::string> seen;
-        for (std::string event : host.events) {
-            for (std::size_t at; (at = event.find(tree.root())) != std::string::npos;) event.erase(at, tree.root().size());
-            seen.push_back(event);
-        }
-        return seen;
+        return test::runReplace(r).events;
     };
     EXPECT_EQ(replaceWith(one, 1), replaceWith(many, 4));
     for (const auto& entry : std::filesystem::recursive_directory_iterator(one.root())) {
