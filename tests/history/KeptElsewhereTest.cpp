@@ -26,12 +26,6 @@ using test::TempTree;
 
 constexpr const char* kShm = "/dev/shm";
 
-bool secondFileSystem(const TempTree& state) {
-    struct stat shm {}, here {};
-    return ::stat(kShm, &shm) == 0 && ::stat(state.root().c_str(), &here) == 0 && shm.st_dev != here.st_dev &&
-           ::access(kShm, W_OK) == 0;
-}
-
 std::string readAll(const std::string& path) {
     std::ifstream in(path);
     return std::string(std::istreambuf_iterator<char>(in), {});
@@ -42,7 +36,7 @@ void writeAll(const std::string& path, const std::string& text) { std::ofstream(
 class KeptElsewhereTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        if (!secondFileSystem(state)) GTEST_SKIP() << "no second writable file system at " << kShm;
+        if (!secondFileSystemAt(kShm, state)) GTEST_SKIP() << "no second writable file system at " << kShm;
         ::mkdir(hidden.c_str(), 0700);
     }
     void TearDown() override {
