@@ -106,20 +106,6 @@ TEST_F(CRegistryTest, EmptyStringsAndMissingValues) {
 
     ASSERT_TRUE(reg.WriteString("abc", "Text"));
     EXPECT_EQ(reg.ReadString("Text"), "abc");
-    long type = 0, size = 0;
-    ASSERT_TRUE(reg.GetValueInfo("Text", type, size));
-    EXPECT_EQ(type, CRegistry::String);
-    EXPECT_EQ(size, 3);
-
-    // The same after the file is read by another store.
-    reg.CloseKey();
-    RegistryStore other(store.file());
-    CRegistry again(other);
-    ASSERT_TRUE(again.OpenKey(kVantorel));
-    EXPECT_EQ(again.ReadString("Empty"), kNul);
-    EXPECT_EQ(again.ReadString("Nul"), kNul);
-    EXPECT_EQ(again.ReadString("Text"), "abc");
-    EXPECT_EQ(again.ReadString("Missing"), "");
 }
 
 struct InfoCase {

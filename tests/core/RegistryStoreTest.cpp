@@ -7,7 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <csignal>
 
 #include "core/RegistryFile.h"
@@ -26,13 +25,6 @@ using test::TempTree;
 const KeyPath kKey{HKEY_CURRENT_USER, {"Software", "Brimlark", "Vantorel"}};
 
 std::string sz(const std::string& text) { return text + '\0'; }
-
-std::vector<std::string> listFolder(const fs::path& folder) {
-    std::vector<std::string> names;
-    for (const auto& entry : fs::directory_iterator(folder)) names.push_back(entry.path().filename());
-    std::sort(names.begin(), names.end());
-    return names;
-}
 
 struct PathCase {
     const char* label;
@@ -76,7 +68,7 @@ TEST(RegistryStore, ChangesReachTheFileOnlyWhenFlushed) {
         ASSERT_TRUE(store.flush());
         // The rename into place is made durable, once.
         EXPECT_EQ(test::SystemCallFaults::syncedFolders(), std::vector<std::string>{file.parent_path().string()});
-        EXPECT_EQ(listFolder(file.parent_path()), (std::vector<std::string>{"settings.reg", "settings.reg.lock"}));
+        EXPECT_EQ(folder.names("cfg"), (std::vector<std::string>{"settings.reg", "settings.reg.lock"}));
         EXPECT_EQ(fs::status(file).permissions(), fs::perms::owner_read | fs::perms::owner_write);
     }
     RegistryStore again(file);
@@ -124,7 +116,7 @@ TEST(RegistryStore, AWriteCutShortByTheFileSizeLimitLeavesTheOldFileWhole) {
     EXPECT_FALSE(flushed);
     EXPECT_NE(store.lastError().find("cannot be written"), std::string::npos) << store.lastError();
     EXPECT_EQ(folder.read("settings.reg"), old);
-    EXPECT_EQ(listFolder(folder.root()), (std::vector<std::string>{"settings.reg", "settings.reg.lock"}));
+    EXPECT_EQ(folder.names(), (std::vector<std::string>{"settings.reg", "settings.reg.lock"}));
     ASSERT_TRUE(store.flush());
 }
 
@@ -223,7 +215,7 @@ TEST_P(RegistryStoreDamaged, IsKeptAsideWithOneMessage) {
     EXPECT_NE(message.text.find("kept as"), std::string::npos) << message.text;
 
     EXPECT_FALSE(fs::exists(file));
-    const auto names = listFolder(folder.root());
+    const auto names = folder.names();
     ASSERT_EQ(names.size(), 1u);
     const std::string aside = names[0] + (c.folder ? "/inside" : "");
     EXPECT_TRUE(names[0].starts_with("settings.reg.damaged-")) << names[0];

@@ -257,21 +257,11 @@ TEST_F(SettingsStoreTest, AKeyWithoutWinTopKeepsTheDesignedGeometry) {
 }
 
 TEST_F(SettingsStoreTest, SaveWritesEveryValueAndLoadRestoresIt) {
-    settings.HitsPerPage = 40;
-    settings.CharsAround = 0;
-    settings.CharsBetween = 75;
-    settings.ScanSubfolders = false;
-    settings.SkipVersionControl = false;
-    settings.MakeBackups = true;
-    settings.ClearExtractText = false;
-    settings.PreviewAll = false;
-    settings.ShowAll = true;
-    settings.ShowLineNumbers = false;
-    settings.PreviewFontName = "DejaVu Sans Mono";
-    settings.PreviewFontSize = 12;
-    settings.OpenWithProgram = "/usr/bin/kate";
-    settings.LastFolder = "/srv/data";
-    settings.UndoRuns = 3;
+    settings = AppSettings{.HitsPerPage = 40, .CharsAround = 0, .CharsBetween = 75, .ScanSubfolders = false,
+                           .SkipVersionControl = false, .MakeBackups = true, .ClearExtractText = false,
+                           .PreviewAll = false, .ShowAll = true, .ShowLineNumbers = false,
+                           .PreviewFontName = "DejaVu Sans Mono", .PreviewFontSize = 12,
+                           .OpenWithProgram = "/usr/bin/kate", .LastFolder = "/srv/data", .UndoRuns = 3};
     window.lists[HistoryBox::Find] = {"f0", "f1"};
     window.lists[HistoryBox::Replace] = {"r0"};
     window.lists[HistoryBox::Folder] = {"/srv/data", "/tmp"};

@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -86,16 +87,20 @@ int TempTree::mode(const std::string& relative) const {
     return static_cast<int>(st.st_mode & 07777);
 }
 
+std::vector<std::string> TempTree::names(const std::string& relative) const {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(path(relative)))
+        names.push_back(entry.path().filename().string());
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
 void TempTree::allowNewFiles(const std::string& relative) const {
     const std::string folder = path(relative);
     setImmutable(folder, false);
     std::erase(locked_, folder);
     ::chmod(folder.c_str(), 0755);
 }
-
-}  // namespace vantorel::test
-
-namespace vantorel::test {
 
 bool TempTree::refuseNewFiles(const std::string& relative) const {
     const std::string folder = path(relative);
@@ -108,10 +113,6 @@ bool TempTree::refuseNewFiles(const std::string& relative) const {
     ::unlink(probe.c_str());
     return false;
 }
-
-}  // namespace vantorel::test
-
-namespace vantorel::test {
 
 std::map<std::string, std::string> TempTree::snapshot() const {
     std::map<std::string, std::string> files;
