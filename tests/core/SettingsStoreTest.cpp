@@ -101,11 +101,8 @@ protected:
 };
 
 TEST_F(SettingsStoreTest, FirstRunAppliesTheDefaultsAndCreatesTheKey) {
-    settings.HitsPerPage = 7;
-    settings.LastFolder = "/elsewhere";
-    settings.PreviewAll = false;
-    settings.ShowLineNumbers = false;
-    settings.PreviewFontName = "Courier";
+    settings = {.HitsPerPage = 7, .PreviewAll = false, .ShowLineNumbers = false, .PreviewFontName = "Courier",
+                .LastFolder = "/elsewhere"};
     load();
 
     EXPECT_EQ(settings, AppSettings{});
@@ -136,7 +133,6 @@ TEST_F(SettingsStoreTest, FirstRunWhenTheKeyCannotBeCreated) {
 
 // One value stored as text (or missing), and what it loads as.
 struct LoadCase {
-    const char* label;
     const char* name;
     std::optional<std::string> stored;  // nullopt: value missing
     long expected;
@@ -170,37 +166,19 @@ TEST_P(SettingsValues, LoadAsDesigned) {
     EXPECT_TRUE(host.shown.empty());
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Values, SettingsValues,
-    ::testing::Values(LoadCase{"LinePrev_zero", "LinePrev", "0", 100},
-                      LoadCase{"LinePrev_negative", "LinePrev", "-5", 100},
-                      LoadCase{"LinePrev_saved_empty", "LinePrev", "", 100},
-                      LoadCase{"LinePrev_rounded", "LinePrev", "7.6 lines", 8},
-                      LoadCase{"EndPrev_zero", "EndPrev", "0", 0},
-                      LoadCase{"EndPrev_negative", "EndPrev", "-3", -3},
-                      LoadCase{"EndPrev_saved_empty", "EndPrev", "", 0},
-                      LoadCase{"EndPrev_missing", "EndPrev", std::nullopt, 25},
-                      LoadCase{"MidPrev_text", "MidPrev", "many", 0},
-                      LoadCase{"Fsize_text", "Fsize", "large", 10},
-                      LoadCase{"Fsize_zero", "Fsize", "0", 10},
-                      LoadCase{"ScanSub_missing", "ScanSub", std::nullopt, true},
-                      LoadCase{"ScanSub_0", "ScanSub", "0", false},
-                      LoadCase{"Baks_missing", "Baks", std::nullopt, true},
-                      LoadCase{"Baks_other_text", "Baks", "no", true},
-                      LoadCase{"ClrTxt_0", "ClrTxt", "0", false},
-                      LoadCase{"ClrTxt_saved_empty", "ClrTxt", "", true},
-                      LoadCase{"SkipVCS_missing", "SkipVCS", std::nullopt, true},
-                      LoadCase{"SkipVCS_0", "SkipVCS", "0", false},
-                      LoadCase{"ShowLineNos_missing", "ShowLineNos", std::nullopt, false},
-                      LoadCase{"ShowLineNos_1", "ShowLineNos", "1", true},
-                      LoadCase{"PreviewAll_missing", "PreviewAll", std::nullopt, false},
-                      LoadCase{"PreviewAll_other_text", "PreviewAll", "yes", false},
-                      LoadCase{"ShowAll_1", "ShowAll", "1", true},
-                      LoadCase{"REMode_missing", "REMode", std::nullopt, true},
-                      LoadCase{"REMode_0", "REMode", "0", false},
-                      LoadCase{"CaseSens_2", "CaseSens", "2", true},
-                      LoadCase{"WholeWord_0", "WholeWord", "0", false}),
-    [](const auto& info) { return std::string(info.param.label); });
+const LoadCase kLoadCases[] = {
+    {"LinePrev", "0", 100}, {"LinePrev", "-5", 100}, {"LinePrev", "", 100}, {"LinePrev", "7.6 lines", 8},
+    {"EndPrev", "0", 0}, {"EndPrev", "-3", -3}, {"EndPrev", "", 0}, {"EndPrev", std::nullopt, 25},
+    {"MidPrev", "many", 0}, {"Fsize", "large", 10}, {"Fsize", "0", 10}, {"ScanSub", std::nullopt, true},
+    {"ScanSub", "0", false}, {"Baks", std::nullopt, true}, {"Baks", "no", true}, {"ClrTxt", "0", false},
+    {"ClrTxt", "", true}, {"SkipVCS", std::nullopt, true}, {"SkipVCS", "0", false},
+    {"ShowLineNos", std::nullopt, false}, {"ShowLineNos", "1", true}, {"PreviewAll", std::nullopt, false},
+    {"PreviewAll", "yes", false}, {"ShowAll", "1", true}, {"REMode", std::nullopt, true}, {"REMode", "0", false},
+    {"CaseSens", "2", true}, {"WholeWord", "0", false}};
+
+INSTANTIATE_TEST_SUITE_P(Values, SettingsValues, ::testing::ValuesIn(kLoadCases), [](const auto& info) {
+    return std::string(info.param.name) + "_" + std::to_string(info.index);
+});
 
 TEST_F(SettingsStoreTest, HistoriesSkipMissingEntriesAndFillByPosition) {
     seed({{"Find0", "alpha"}, {"Find1", ""}, {"Find3", "delta"}, {"Find19", "last"},
