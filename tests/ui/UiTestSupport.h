@@ -69,14 +69,13 @@ private:
 class RecordingDesktop : public ui::DesktopServices {
 public:
     std::vector<QUrl> opened;
-    bool openSucceeds = true;
     QString folderAnswer;
     QString folderTitle;
     QString folderStart;
 
     void openUrl(const QUrl& url, QObject*, std::function<void(bool)> done) override {
         opened.push_back(url);
-        if (done) done(openSucceeds);
+        if (done) done(true);
     }
     QString chooseFolder(QWidget*, const QString& title, const QString& start) override {
         folderTitle = title;
