@@ -120,7 +120,7 @@ TEST_F(SearchRunTest, ValidatesEveryPatternThenTheFilterThenTheFolder) {
     EXPECT_EQ(run(r).invalidJob, 1u);
 }
 
-TEST_F(SearchRunTest, ReplacingWithNothingIsConfirmedFirst) {
+TEST_F(SearchRunTest, ReplacingWithNothingIsConfirmedFirstAndANoToEitherQuestionLeavesTheFiles) {
     tree.write("a.txt", "a.b a.b");
     run(request(RunKind::Replace, "a.b", ""));
     ASSERT_EQ(host.questions.size(), 1u);
@@ -128,6 +128,17 @@ TEST_F(SearchRunTest, ReplacingWithNothingIsConfirmedFirst) {
     EXPECT_EQ(host.questions[0].icon, MessageIcon::Question);
     EXPECT_THAT(host.messages, IsEmpty());
     EXPECT_EQ(tree.read("a.txt"), "a.b a.b");
+
+    // No to the count: the rows stay, and the run reports a search.
+    host = RecordingHost();
+    host.answers = {true};
+    const RunOutcome declined = run(request(RunKind::Replace, "a.b", ""));
+    EXPECT_FALSE(declined.replaced);
+    EXPECT_EQ(tree.read("a.txt"), "a.b a.b");
+    EXPECT_EQ(rowsText(), "a.txt:2 ");
+    EXPECT_EQ(declined.statusText, "1 files processed, 2 occurences found in 1 file(s)");
+    EXPECT_THAT(host.messages, IsEmpty());
+    EXPECT_EQ(state.previewPattern, "a\\.b");
 
     host = RecordingHost();
     host.answers = {true, true};
@@ -162,17 +173,6 @@ TEST_F(SearchRunTest, ReplaceCountsShowsEachFilesSectionAsksOnceThenRewritesTheF
     EXPECT_EQ(state.previewPattern, "color");
     EXPECT_NE(std::find(host.statuses.begin(), host.statuses.end(), "Replace Files?"), host.statuses.end());
     EXPECT_NE(std::find(host.statuses.begin(), host.statuses.end(), "Replacing:c.txt"), host.statuses.end());
-}
-
-TEST_F(SearchRunTest, DecliningLeavesFilesAndRowsAndReportsASearch) {
-    tree.write("a.txt", "x x");
-    const RunOutcome outcome = run(request(RunKind::Replace, "x", "y"));
-    EXPECT_FALSE(outcome.replaced);
-    EXPECT_EQ(tree.read("a.txt"), "x x");
-    EXPECT_EQ(rowsText(), "a.txt:2 ");
-    EXPECT_EQ(outcome.statusText, "1 files processed, 2 occurences found in 1 file(s)");
-    EXPECT_THAT(host.messages, IsEmpty());
-    EXPECT_EQ(state.previewPattern, "x");
 }
 
 TEST_F(SearchRunTest, JobsRunInOrderAndEachSeesTheTextTheLastOneLeft) {

@@ -198,12 +198,7 @@ private slots:
     }
 
     void matchListLogHoldsTheRowsAsShown() {
-        Listed f(nullptr);
-        f.action("mExportMatch")->trigger();
-        QCOMPARE(f.messages.texts().back(), std::string("No Results to Export."));
-        QCOMPARE(f.desktop.saveDialogs, 0);
-
-        f.find();
+        Listed f;
         f.child<ui::ResultsView>("ListView1")->header()->sectionClicked(2);  // Matches, descending
         f.desktop.saveAnswer = root(f.tree) + "/log.csv";
         f.action("mExportMatch")->trigger();
