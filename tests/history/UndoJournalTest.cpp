@@ -3,8 +3,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <fstream>
-#include <sstream>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -31,10 +29,7 @@ protected:
     }
     UndoOutcome undoLast() { return history::undoLast(journal); }
     std::string journalText() const {
-        std::ifstream in(journal.folder() + "/" + journal.runs().front().name + "/journal", std::ios::binary);
-        std::ostringstream text;
-        text << in.rdbuf();
-        return text.str();
+        return test::fileText(journal.folder() + "/" + journal.runs().front().name + "/journal");
     }
 
     TempTree tree, state;
@@ -84,10 +79,7 @@ TEST_F(UndoJournalTest, ReplaceThenUndoGivesBackTheWholeTreeByteForByte) {
 }
 
 TEST_F(UndoJournalTest, FilesChangedOrDeletedSinceTheReplaceAreLeftAndListed) {
-    tree.write("a.txt", "cat");
-    tree.write("b.txt", "cat");
-    tree.write("c.txt", "cat");
-    tree.write("d.txt", "cat");
+    for (const char* name : {"a.txt", "b.txt", "c.txt", "d.txt"}) tree.write(name, "cat");
     replace("cat", "dog");
     tree.write("b.txt", "dog and more");
     ::unlink(tree.path("c.txt").c_str());

@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <fstream>
-#include <sstream>
 #include <thread>
 
 #include <gmock/gmock.h>
@@ -143,9 +142,7 @@ TEST_F(UndoSafetyTest, ADamagedRecordIsNamedAndEveryIntactOneIsRestored) {
     for (int i = 1; i <= 5; ++i) tree.write("f" + std::to_string(i) + ".txt", "cat");
     replace("cat", "dog");
     const std::string path = journal.folder() + "/" + journal.runs().front().name + "/" + UndoJournal::kJournalFile;
-    std::stringstream text;
-    text << std::ifstream(path, std::ios::binary).rdbuf();
-    std::string bytes = text.str();
+    std::string bytes = test::fileText(path);
     const std::size_t second = bytes.find(tree.path("f2.txt"));
     ASSERT_NE(second, std::string::npos);
     bytes[second + tree.root().size() + 2] ^= 0x01;  // "f2.txt" becomes "g2.txt"

@@ -2,8 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <sstream>
+#include "support/TempTree.h"
 
 namespace vantorel {
 namespace {
@@ -31,11 +30,9 @@ TEST(RtfReader, RefusesWhatIsNotRtf) {
 }
 
 TEST(RtfReader, TheShippedIntroductionReads) {
-    std::ifstream in(VANTOREL_DATA_DIR "/intro.rtf", std::ios::binary);
-    ASSERT_TRUE(in);
-    std::ostringstream bytes;
-    bytes << in.rdbuf();
-    const StyledText text = RtfReader::read(bytes.str());
+    const std::string bytes = test::fileText(VANTOREL_DATA_DIR "/intro.rtf");
+    ASSERT_FALSE(bytes.empty());
+    const StyledText text = RtfReader::read(bytes);
     std::string all;
     bool anyBold = false;
     for (const StyledRun& run : text) {

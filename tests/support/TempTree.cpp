@@ -69,8 +69,10 @@ std::string TempTree::mkdir(const std::string& relative) const {
     return path(relative);
 }
 
-std::string TempTree::read(const std::string& relative) const {
-    std::ifstream in(path(relative), std::ios::binary);
+std::string TempTree::read(const std::string& relative) const { return fileText(path(relative)); }
+
+std::string fileText(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
     std::ostringstream text;
     text << in.rdbuf();
     return text.str();

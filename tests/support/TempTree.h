@@ -42,4 +42,7 @@ private:
     mutable std::vector<std::string> locked_;
 };
 
+// A file's bytes, wherever it is; empty when it cannot be read.
+std::string fileText(const std::string& path);
+
 }  // namespace vantorel::test
