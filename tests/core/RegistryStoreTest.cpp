@@ -189,8 +189,8 @@ TEST(RegistryStore, ADamagedFileIsKeptAsideWithOneMessage) {
         RegistryStore store(file, &host);
         EXPECT_FALSE(store.keyExists(kKey));
 
-        ASSERT_EQ(host.shown.size(), 1u);
-        const Message& message = host.shown[0];
+        ASSERT_EQ(host.messages.size(), 1u);
+        const Message& message = host.messages[0];
         EXPECT_EQ(message.icon, MessageIcon::Warning);
         EXPECT_EQ(message.kind, MessageKind::FileError);
         EXPECT_NE(message.text.find(file.string()), std::string::npos) << message.text;
@@ -209,7 +209,7 @@ TEST(RegistryStore, ADamagedFileIsKeptAsideWithOneMessage) {
         ASSERT_TRUE(store.setValue(kKey, "Find0", REG_SZ, sz("fresh")));
         ASSERT_TRUE(store.flush());
         store.refresh();
-        EXPECT_EQ(host.shown.size(), 1u);
+        EXPECT_EQ(host.messages.size(), 1u);
         EXPECT_EQ(tree.read(aside), folder ? "x" : c.content);
         EXPECT_EQ(RegistryStore(file).value(kKey, "Find0")->data, sz("fresh"));
     }
@@ -225,14 +225,14 @@ TEST(RegistryStore, ADamagedFileThatCannotBeMovedIsNeverWrittenOver) {
     store.failAside = true;
 
     EXPECT_FALSE(store.keyExists(kKey));
-    ASSERT_EQ(host.shown.size(), 1u);
-    EXPECT_NE(host.shown[0].text.find("could not be moved aside"), std::string::npos) << host.shown[0].text;
+    ASSERT_EQ(host.messages.size(), 1u);
+    EXPECT_NE(host.messages[0].text.find("could not be moved aside"), std::string::npos) << host.messages[0].text;
 
     ASSERT_TRUE(store.createKey(kKey));
     EXPECT_FALSE(store.flush());
     EXPECT_NE(store.lastError().find("not written over"), std::string::npos);
     store.refresh();
-    EXPECT_EQ(host.shown.size(), 1u);
+    EXPECT_EQ(host.messages.size(), 1u);
     EXPECT_EQ(folder.read("settings.reg"), damaged);
 }
 

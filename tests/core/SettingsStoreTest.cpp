@@ -113,7 +113,7 @@ TEST_F(SettingsStoreTest, FirstRunAppliesTheDefaultsAndCreatesTheKey) {
     EXPECT_EQ(window.fontSize, 10);
     EXPECT_EQ(window.firstRunCalls, 1);
     EXPECT_EQ(window.normal, kDesigned);
-    EXPECT_TRUE(host.shown.empty());
+    EXPECT_TRUE(host.messages.empty());
     EXPECT_EQ(stored("Version"), "<missing>");  // the key exists, still empty
 
     FakeWindow second;
@@ -125,9 +125,9 @@ TEST_F(SettingsStoreTest, FirstRunWhenTheKeyCannotBeCreated) {
     folder.write("blocker", "x");
     RegistryStore store(folder.path("blocker/settings.reg"), &host);
     SettingsStore(store, host).LoadSettings(settings, window);
-    ASSERT_EQ(host.shown.size(), 1u);
-    EXPECT_TRUE(host.shown[0].text.starts_with("Error creating registry key.")) << host.shown[0].text;
-    EXPECT_EQ(host.shown[0].icon, MessageIcon::Warning);
+    ASSERT_EQ(host.messages.size(), 1u);
+    EXPECT_TRUE(host.messages[0].text.starts_with("Error creating registry key.")) << host.messages[0].text;
+    EXPECT_EQ(host.messages[0].icon, MessageIcon::Warning);
     EXPECT_EQ(window.texts[HistoryBox::Filter], "*.txt");  // the defaults apply all the same
 }
 
@@ -163,7 +163,7 @@ TEST_P(SettingsValues, LoadAsDesigned) {
     for (auto& [box, checked] : window.options) checked = !c.expected;
     load();
     EXPECT_EQ(loaded(c.name, settings, window), c.expected);
-    EXPECT_TRUE(host.shown.empty());
+    EXPECT_TRUE(host.messages.empty());
 }
 
 const LoadCase kLoadCases[] = {
@@ -220,7 +220,7 @@ TEST_F(SettingsStoreTest, ValuesOfOtherTypesAreReadAsTheirBytes) {
     EXPECT_EQ(settings.HitsPerPage, 100);  // the bytes 20 00 00 00 are no number
     EXPECT_EQ(window.lists[HistoryBox::Find], std::vector<std::string>{"AB"});
     EXPECT_EQ(window.normal.top, 12);
-    EXPECT_TRUE(host.shown.empty());
+    EXPECT_TRUE(host.messages.empty());
 }
 
 TEST_F(SettingsStoreTest, AKeyWithoutWinTopKeepsTheDesignedGeometry) {
@@ -252,7 +252,7 @@ TEST_F(SettingsStoreTest, SaveWritesEveryValueAndLoadRestoresIt) {
     window.divider = 3100;
     seed({});
     save();
-    EXPECT_TRUE(host.shown.empty());
+    EXPECT_TRUE(host.messages.empty());
 
     const std::map<std::string, std::string> expected{
         {"Version", "1.2.3"}, {"LastFilter", "*.h"}, {"LastDir", "/srv/data"}, {"Find0", "f0"}, {"Find1", "f1"},
@@ -325,7 +325,7 @@ TEST_F(SettingsStoreTest, MaximisedOrMinimisedKeepsTheNormalGeometry) {
 TEST_F(SettingsStoreTest, SaveWithoutTheKeyWritesNothing) {
     save();
     EXPECT_FALSE(fs::exists(file()));
-    EXPECT_TRUE(host.shown.empty());
+    EXPECT_TRUE(host.messages.empty());
 }
 
 TEST_F(SettingsStoreTest, AStoreThatCannotBeWrittenIsReportedOnSave) {
@@ -336,28 +336,28 @@ TEST_F(SettingsStoreTest, AStoreThatCannotBeWrittenIsReportedOnSave) {
     ASSERT_EQ(::flock(held, LOCK_EX), 0);
     SettingsStore(store, host).SaveSettings(settings, window);
     ::close(held);
-    ASSERT_EQ(host.shown.size(), 1u);
-    EXPECT_TRUE(host.shown[0].text.starts_with("Error writing settings to system registry.\r\n"))
-        << host.shown[0].text;
-    EXPECT_NE(host.shown[0].text.find("another instance"), std::string::npos);
+    ASSERT_EQ(host.messages.size(), 1u);
+    EXPECT_TRUE(host.messages[0].text.starts_with("Error writing settings to system registry.\r\n"))
+        << host.messages[0].text;
+    EXPECT_NE(host.messages[0].text.find("another instance"), std::string::npos);
 }
 
 TEST_F(SettingsStoreTest, UnexpectedFailuresAreReportedAndEndTheStep) {
     seed({{"Find0", "f"}, {"Rep0", "r"}, {"Dir0", "/d"}, {"LinePrev", "55"}});
     window.throwOn = HistoryBox::Folder;
     load();
-    ASSERT_EQ(host.shown.size(), 1u);
-    EXPECT_EQ(host.shown[0].text, "Error reading settings from system registry.");
+    ASSERT_EQ(host.messages.size(), 1u);
+    EXPECT_EQ(host.messages[0].text, "Error reading settings from system registry.");
     EXPECT_EQ(window.lists[HistoryBox::Find], std::vector<std::string>{"f"});  // applied before the failure
     EXPECT_EQ(settings.HitsPerPage, 100);                                      // never reached
 
-    host.shown.clear();
+    host.messages.clear();
     struct ThrowingOnSave : FakeWindow {
         WindowShowState showState() const override { throw std::runtime_error("gone"); }
     } broken;
     save(settings, broken);
-    ASSERT_EQ(host.shown.size(), 1u);
-    EXPECT_EQ(host.shown[0].text, "Error writing settings to system registry.");
+    ASSERT_EQ(host.messages.size(), 1u);
+    EXPECT_EQ(host.messages[0].text, "Error writing settings to system registry.");
     EXPECT_EQ(stored("Version"), "1.2.3");  // what was written before the failure stays
 }
 
@@ -365,8 +365,8 @@ TEST_F(SettingsStoreTest, ADamagedStoreIsReportedOnceAndTheFirstRunFollows) {
     folder.write("settings.reg", "Windows Registry Editor Version 5.00\n[HKEY_CURRENT_USER\\Software\n");
     load();
     save();
-    ASSERT_EQ(host.shown.size(), 1u);
-    EXPECT_NE(host.shown[0].text.find("is damaged"), std::string::npos) << host.shown[0].text;
+    ASSERT_EQ(host.messages.size(), 1u);
+    EXPECT_NE(host.messages[0].text.find("is damaged"), std::string::npos) << host.messages[0].text;
     EXPECT_EQ(window.firstRunCalls, 1);
     EXPECT_EQ(stored("Filt0"), "*.txt");
 }

@@ -144,7 +144,7 @@ TEST(ReplaceSafetyTest, AStopWritesTheFilesWhoseNewTextIsFinished) {
     r.threads = 2;
     RunSearch(r, state, host);
     for (int i = 0; i < 6; ++i) EXPECT_EQ(tree.read("f" + std::to_string(i) + ".txt"), std::string(100000, 'b'));
-    EXPECT_THAT(host.messageTexts(),
+    EXPECT_THAT(host.texts(),
                 ElementsAre("Replace operation stopped. Any replacements already made will not be undone.",
                             "6 files processed, 600000 occurences changed in 6 file(s)"));
 }
@@ -172,7 +172,7 @@ TEST(ReplaceSafetyTest, AStopAtAnyMomentCountsExactlyWhatWasWritten) {
             ASSERT_TRUE(contents == "420 x x" || contents == "420 y y") << name << ": " << contents;
             written += contents == "420 y y";
         }
-        EXPECT_THAT(host.messageTexts(), ElementsAre(HasSubstr("Replace operation stopped."),
+        EXPECT_THAT(host.texts(), ElementsAre(HasSubstr("Replace operation stopped."),
                                                      std::to_string(written) + " files processed, " +
                                                          std::to_string(2 * written) + " occurences changed in " +
                                                          std::to_string(written) + " file(s)"));

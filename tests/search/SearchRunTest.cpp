@@ -60,7 +60,7 @@ TEST_F(SearchRunTest, FindListsFilesWithMatchesAndEndsWithTheStatusAlone) {
 TEST_F(SearchRunTest, TellsWhenNothingIsFoundOrNoFileMatchesTheFilterAndAsksNothing) {
     tree.write("a.txt", "text");
     run(request(RunKind::Find, "absent"));
-    EXPECT_THAT(host.messageTexts(), ElementsAre("No matches found in files."));
+    EXPECT_THAT(host.texts(), ElementsAre("No matches found in files."));
     EXPECT_EQ(host.messages[0].title, "Search Complete");
     EXPECT_EQ(host.statuses.back(), "1 files processed, 0 occurences found in 0 file(s)");
 
@@ -70,12 +70,12 @@ TEST_F(SearchRunTest, TellsWhenNothingIsFoundOrNoFileMatchesTheFilterAndAsksNoth
         r.filter = filter;
         const RunOutcome outcome = run(r);
         EXPECT_TRUE(outcome.noFiles);
-        EXPECT_THAT(host.messageTexts(), ElementsAre("No files found in search path matching filter."));
+        EXPECT_THAT(host.texts(), ElementsAre("No files found in search path matching filter."));
     }
     host = RecordingHost();
     run(request(RunKind::Replace, "zzz", "y"));
     EXPECT_THAT(host.questions, IsEmpty());
-    EXPECT_THAT(host.messageTexts(),
+    EXPECT_THAT(host.texts(),
                 ElementsAre("1 files processed, 0 occurences changed in 0 file(s)", "No matches found in files."));
 }
 
@@ -109,7 +109,7 @@ TEST_F(SearchRunTest, ValidatesEveryPatternThenTheFilterThenTheFolder) {
         r.startFolder = c.folder;
         const RunOutcome outcome = run(r);
         EXPECT_EQ(outcome.result, RunResult::Refused);
-        EXPECT_THAT(host.messageTexts(), ElementsAre(c.message));
+        EXPECT_THAT(host.texts(), ElementsAre(c.message));
         EXPECT_EQ(host.messages[0].icon, MessageIcon::Information);
         EXPECT_THAT(host.events, ElementsAre("message:Vantorel:" + c.message, "finished"));
     }
@@ -212,7 +212,7 @@ TEST_F(SearchRunTest, MarkedFilesRunTakesOnlyThoseChecksTheirRowsAndReportsTheUn
     EXPECT_EQ(rowsText(), "sub/c.txt:0 a.txt:1 ");
     EXPECT_TRUE(host.rows[0].marked && host.rows[1].marked);
     EXPECT_EQ(outcome.filesDone, 4u);
-    EXPECT_THAT(host.messageTexts(), ElementsAre("Error reading " + folder + "\r\nIs a directory"));
+    EXPECT_THAT(host.texts(), ElementsAre("Error reading " + folder + "\r\nIs a directory"));
 }
 
 TEST_F(SearchRunTest, AStopBeforeTheRunOrDuringTheCountingPassEndsAsAStoppedSearch) {
@@ -229,7 +229,7 @@ TEST_F(SearchRunTest, AStopBeforeTheRunOrDuringTheCountingPassEndsAsAStoppedSear
     EXPECT_TRUE(outcome.stopped);
     EXPECT_THAT(host.questions, IsEmpty());
     EXPECT_EQ(rowsText(), "a.txt:1 ");
-    EXPECT_THAT(host.messageTexts(), ElementsAre("Search operation stopped."));
+    EXPECT_THAT(host.texts(), ElementsAre("Search operation stopped."));
     EXPECT_EQ(tree.read("a.txt"), "x");
 }
 
@@ -246,7 +246,7 @@ TEST_F(SearchRunTest, StopDuringTheWritingPassOfFilesWrittenOneByOneLeavesTheRes
     r.makeBackups = true;
     EXPECT_TRUE(run(r).replaced);
     EXPECT_EQ(tree.read("a.txt") + tree.read("b.txt"), "yx");
-    EXPECT_THAT(host.messageTexts(), ElementsAre("Replace operation stopped. Any replacements already made will not be undone.",
+    EXPECT_THAT(host.texts(), ElementsAre("Replace operation stopped. Any replacements already made will not be undone.",
                                                  "1 files processed, 1 occurences changed in 1 file(s)"));
 }
 

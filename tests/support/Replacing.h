@@ -27,7 +27,7 @@ inline Replaced runReplace(const RunRequest& r, RecordingHost& host) {
     SearchState state;
     if (host.answers.empty()) host.answers = {true};
     RunSearch(r, state, host);
-    Replaced run{{}, host.rows, host.messageTexts()};
+    Replaced run{{}, host.rows, host.texts()};
     for (std::string event : host.events) {
         for (std::size_t at; (at = event.find(r.startFolder)) != std::string::npos;)
             event.erase(at, r.startFolder.size());

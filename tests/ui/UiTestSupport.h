@@ -26,6 +26,7 @@
 
 #include "core/MessageHost.h"
 #include "library/LibraryState.h"
+#include "support/Answering.h"
 #include "support/TempTree.h"
 #include "ui/DesktopServices.h"
 #include "ui/HistoryCombo.h"
@@ -35,31 +36,17 @@
 
 namespace vantorel::test {
 
-class RecordingMessages : public MessageHost {
+class RecordingMessages : public Answering<> {
 public:
-    std::vector<Message> messages;
-    std::vector<Message> questions;
-    std::deque<bool> answers;  // No when empty
     bool offWindowThread = false;  // set when anything arrived off the window's thread
-    // Called while a question is open, before it is answered (to look at the window).
-    std::function<void(const Message&)> onQuestion;
 
     void showMessage(const Message& message) override {
         check();
-        messages.push_back(message);
+        Answering::showMessage(message);
     }
     bool askYesNo(const Message& question) override {
         check();
-        questions.push_back(question);
-        if (onQuestion) onQuestion(question);
-        const bool yes = !answers.empty() && answers.front();
-        if (!answers.empty()) answers.pop_front();
-        return yes;
-    }
-    std::vector<std::string> texts() const {
-        std::vector<std::string> out;
-        for (const Message& m : messages) out.push_back(m.text);
-        return out;
+        return Answering::askYesNo(question);
     }
 
 private:
