@@ -100,16 +100,6 @@ TEST_F(CliTest, RefusedInputGoesToStandardErrorAndExitsWithTwo) {
     }
 }
 
-TEST_F(CliTest, HelpDescribesEveryOption) {
-    const CliResult r = runCli({"--help"});
-    EXPECT_EQ(r.exitCode, 0);
-    for (const char* option : {"--dir", "--filter", "--regex", "--ignore-case", "--whole-words", "--no-subfolders",
-                               "--backups", "--yes", "--show-all", "--marked", "--threads", "--quiet", "--csv",
-                               "--json", "--include-vcs", "Exit status", "--job NAME", "--entry NAME",
-                               "--data-dir FOLDER", "library", "jobs"})
-        EXPECT_THAT(r.out, HasSubstr(option));
-}
-
 TEST_F(CliTest, AReplaceAsksThenShowsTheWritingPassRowsAndOneSummary) {
     CliResult r = cli({"-f", "*.txt", "replace", "cat", "cow"});  // no terminal and no --yes: No
     EXPECT_EQ(r.exitCode, 0);
