@@ -65,13 +65,9 @@ TEST_F(CliTest, OptionsMayFollowTheCommandAndDoubleDashEndsThem) {
 }
 
 TEST_F(CliTest, RefusedInputGoesToStandardErrorAndExitsWithTwo) {
-    struct Case {
-        std::vector<std::string> args;
-        std::string message;
-    };
     const std::string invalid = "Regular Expression is invalid - please check syntax.\n";
     const std::string help = "\nTry 'vantorel-cli --help'.\n";
-    const std::vector<Case> cases = {
+    const std::pair<std::vector<std::string>, std::string> cases[] = {
         {{"-d", tree.root(), "-e", "find", "(cat"}, invalid + "At character 1: Missing ')' to close this group\n"},
         {{"-d", tree.root(), "-e", "find", "x(?<=a+)"},
          invalid + "At character 2: Each alternative of a look-behind must match a fixed number of characters here "
@@ -92,10 +88,10 @@ TEST_F(CliTest, RefusedInputGoesToStandardErrorAndExitsWithTwo) {
         {{"--diff", "find", "x"}, "vantorel-cli: --dry-run and --diff go with replace" + help},
         {{"find", "x", "--list"}, "vantorel-cli: --list goes with undo" + help},
     };
-    for (const Case& c : cases) {
-        const CliResult r = runCli(c.args);
-        EXPECT_EQ(r.exitCode, 2) << c.message;
-        EXPECT_EQ(r.err, c.message);
+    for (const auto& [args, message] : cases) {
+        const CliResult r = runCli(args);
+        EXPECT_EQ(r.exitCode, 2) << message;
+        EXPECT_EQ(r.err, message);
         EXPECT_EQ(r.out, "");
     }
 }

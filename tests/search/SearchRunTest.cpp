@@ -81,34 +81,23 @@ TEST_F(SearchRunTest, TellsWhenNothingIsFoundOrNoFileMatchesTheFilterAndAsksNoth
 
 TEST_F(SearchRunTest, ValidatesEveryPatternThenTheFilterThenTheFolder) {
     tree.write("a.txt", "abc");
-    struct Case {
+    const std::string missing = tree.path("missing"), regex = "Regular Expression is invalid - please check syntax.",
+                      filter = "Please enter a valid file type filter (eg. *.txt)",
+                      folder = "Missing or invalid start location";
+    const struct {
         std::vector<std::string> finds;
-        std::string filter;
-        std::string folder;
-        std::string message;
-    };
-    const std::string missing = tree.path("missing");
-    const std::vector<Case> cases = {
-        {{"(abc"}, "", missing, "Regular Expression is invalid - please check syntax."},
-        {{"a", "(b", "c"}, "*.txt", tree.root(), "Regular Expression is invalid - please check syntax."},
-        {{"abc"}, "", missing, "Please enter a valid file type filter (eg. *.txt)"},
-        {{"abc"}, "*.txt", missing, "Missing or invalid start location"},
-        {{"abc"}, "*.txt", "", "Missing or invalid start location"},
-        {{"abc"}, "*.txt", tree.path("a.txt"), "Missing or invalid start location"},
+        std::string filter, folder, message;
+    } cases[] = {
+        {{"(abc"}, "", missing, regex}, {{"a", "(b", "c"}, "*.txt", tree.root(), regex}, {{"abc"}, "", missing, filter},
+        {{"abc"}, "*.txt", missing, folder}, {{"abc"}, "*.txt", "", folder}, {{"abc"}, "*.txt", tree.path("a.txt"), folder},
         // The system would read both only up to the NUL.
-        {{"abc"}, "*.txt", tree.root() + std::string(1, '\0') + "/x", "Missing or invalid start location"},
-        {{"abc"}, std::string("*.txt\0*.log", 11), tree.root(), "Please enter a valid file type filter (eg. *.txt)"},
-    };
-    for (const Case& c : cases) {
+        {{"abc"}, "*.txt", tree.root() + std::string(1, '\0') + "/x", folder},
+        {{"abc"}, std::string("*.txt\0*.log", 11), tree.root(), filter}};
+    for (const auto& c : cases) {
         host = RecordingHost();
-        RunRequest r = request(RunKind::Find, "");
-        r.regularExpression = true;
-        r.jobs.clear();
+        RunRequest r{.kind = RunKind::Find, .startFolder = c.folder, .filter = c.filter, .regularExpression = true};
         for (const std::string& find : c.finds) r.jobs.push_back({find, ""});
-        r.filter = c.filter;
-        r.startFolder = c.folder;
-        const RunOutcome outcome = run(r);
-        EXPECT_EQ(outcome.result, RunResult::Refused);
+        EXPECT_EQ(run(r).result, RunResult::Refused);
         EXPECT_THAT(host.texts(), ElementsAre(c.message));
         EXPECT_EQ(host.messages[0].icon, MessageIcon::Information);
         EXPECT_THAT(host.events, ElementsAre("message:Vantorel:" + c.message, "finished"));
