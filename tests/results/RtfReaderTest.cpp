@@ -7,7 +7,7 @@
 namespace vantorel {
 namespace {
 
-TEST(RtfReader, ReadsTextBoldColoursAndBreaks) {
+TEST(RtfReader, ReadsTextBoldColoursAndBreaksAndRefusesWhatIsNotRtf) {
     const std::string rtf =
         "{\\rtf1\\ansi\\ansicpg1252{\\fonttbl{\\f0 Arial;}}{\\colortbl ;\\red0\\green0\\blue255;"
         "\\red128\\green128\\blue128;}\n{\\*\\generator Writer;}\\f0\\fs20 "
@@ -22,9 +22,7 @@ TEST(RtfReader, ReadsTextBoldColoursAndBreaks) {
         {"\ty\r\ncaf\xC3\xA9 \xE2\x82\xAC{}\\", kBlack, false},
     };
     EXPECT_EQ(text, expected);
-}
 
-TEST(RtfReader, RefusesWhatIsNotRtf) {
     EXPECT_THROW(RtfReader::read("plain text"), std::invalid_argument);
     EXPECT_THROW(RtfReader::read("{\\rtf1 open group"), std::invalid_argument);
 }
