@@ -58,7 +58,7 @@ TEST_F(CRegistryTest, OpensOnlyFullRootNamesAndExistingKeys) {
     }
 }
 
-TEST_F(CRegistryTest, CreateKeyIsTrueOnlyForANewKeyAndLeavesItClosed) {
+TEST_F(CRegistryTest, CreateKeyIsTrueOnlyForANewKeyLeavesItClosedAndWorksBelowTheOpenKey) {
     const std::string path = "HKEY_CURRENT_USER\\Software\\Brimlark\\Other";
     EXPECT_TRUE(reg.CreateKey(path));
     EXPECT_TRUE(reg.KeyExists(path));
@@ -70,9 +70,8 @@ TEST_F(CRegistryTest, CreateKeyIsTrueOnlyForANewKeyAndLeavesItClosed) {
     // Already in the file: another store sees it without any further step.
     RegistryStore other(store.file());
     EXPECT_TRUE(CRegistry(other).KeyExists(path));
-}
 
-TEST_F(CRegistryTest, CreateKeyWithoutARootNameWorksBelowTheOpenKey) {
+    // Without a root name, below the key that is open.
     EXPECT_FALSE(reg.CreateKey("Sub\\Deeper"));  // no key open
     ASSERT_TRUE(reg.OpenKey("HKEY_CURRENT_USER\\Software"));
     EXPECT_TRUE(reg.CreateKey("Sub\\Deeper"));

@@ -181,11 +181,9 @@ INSTANTIATE_TEST_SUITE_P(Values, SettingsValues, ::testing::ValuesIn(kLoadCases)
 });
 
 TEST_F(SettingsStoreTest, HistoriesSkipMissingEntriesAndFillByPosition) {
-    seed({{"Find0", "alpha"}, {"Find1", ""}, {"Find3", "delta"}, {"Find19", "last"},
-          {"Rep0", "r0"},
-          {"Dir0", "/d0"}, {"Dir1", "/d1"}, {"Dir4", "/d4"}, {"Dir9", ""},
-          {"Filt0", "*.md"},
-          {"LastDir", "/work"}, {"LastFilter", "*.md;*.txt"}});
+    seed({{"Find0", "alpha"}, {"Find1", ""}, {"Find3", "delta"}, {"Find19", "last"}, {"Rep0", "r0"}, {"Dir0", "/d0"},
+          {"Dir1", "/d1"}, {"Dir4", "/d4"}, {"Dir9", ""}, {"Filt0", "*.md"}, {"LastDir", "/work"},
+          {"LastFilter", "*.md;*.txt"}});
     window.lists[HistoryBox::Folder] = {"/designed0", "/designed1", "/designed2"};
     load();
     EXPECT_EQ(window.lists[HistoryBox::Find], (std::vector<std::string>{"alpha", "delta", "last"}));

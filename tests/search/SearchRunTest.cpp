@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <filesystem>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -335,12 +334,7 @@ TEST(ParallelReplaceTest, ManyThreadsLeaveExactlyTheFilesOneThreadLeaves) {
         return test::runReplace(r).events;
     };
     EXPECT_EQ(replaceWith(one, 1), replaceWith(many, 4));
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(one.root())) {
-        if (!entry.is_regular_file()) continue;
-        const std::string relative = entry.path().string().substr(one.root().size() + 1);
-        ASSERT_TRUE(many.exists(relative)) << relative;
-        EXPECT_EQ(one.read(relative), many.read(relative)) << relative;
-    }
+    EXPECT_EQ(one.snapshot(), many.snapshot());
     EXPECT_EQ(one.read("d2/f2.txt"), "head 2\r\n<0>\n<1>\n");
     EXPECT_EQ(one.read("d3/f3.txt"), "head 3\r\n<0>\xe9\n<1>\xe9\ntwo\xe9\n");
     EXPECT_EQ(one.read("d3/f3.bak"), "head 3\r\nitem=0\xe9\nitem=1\xe9\nitem=2\xe9\n");

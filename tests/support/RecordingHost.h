@@ -16,7 +16,6 @@ public:
     // One line per event, e.g. "message:Search Complete:No matches found in files."
     std::vector<std::string> events;
     std::vector<FileReport> rows;  // the list as it stands
-    std::vector<reports::Changes> changes;
     std::string extracted;
     std::vector<std::string> statuses;
     // Called on every row added (for example to press Stop).
@@ -54,10 +53,7 @@ public:
                            events.push_back("row:" + added.row.path + ":" + std::to_string(added.row.matches));
                            if (onRow) onRow(added.row);
                        },
-                       [this](const reports::Changes& changed) {
-                           changes.push_back(changed);
-                           events.push_back("changes:" + changed.path);
-                       },
+                       [this](const reports::Changes& changed) { events.push_back("changes:" + changed.path); },
                        [this](const reports::Extracted& text) {
                            extracted += text.text;
                            events.push_back("extract:" + text.text);
