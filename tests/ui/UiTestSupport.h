@@ -211,18 +211,22 @@ struct FormFixture {
     }
 };
 
-// A library or batch jobs window on its own program folder, which holds `files` (name, bytes) when it opens.
+// A library, batch jobs or tester window on its own program folder, which holds `files` (name, bytes) when it opens.
 template <class Window>
 struct LibraryWindowFixture {
     QTemporaryDir folder;
     RecordingMessages messages;
+    RecordingDesktop desktop;
     LibraryState state;
     std::unique_ptr<Window> window;
 
-    explicit LibraryWindowFixture(const std::vector<std::pair<const char*, QByteArray>>& files) {
+    explicit LibraryWindowFixture(const std::vector<std::pair<const char*, QByteArray>>& files = {}) {
         for (const auto& [name, bytes] : files)
             if (!bytes.isEmpty()) writeBytes(folder.filePath(QString::fromLatin1(name)), bytes);
-        window = std::make_unique<Window>(state, folder.path().toStdString(), &messages);
+        if constexpr (std::is_constructible_v<Window, LibraryState&, std::string, MessageHost*, RecordingDesktop*>)
+            window = std::make_unique<Window>(state, folder.path().toStdString(), &messages, &desktop);
+        else
+            window = std::make_unique<Window>(state, folder.path().toStdString(), &messages);
     }
     QByteArray file(const char* name) const { return fileBytes(folder.filePath(QString::fromLatin1(name))); }
     template <class T = QWidget>
@@ -231,6 +235,11 @@ struct LibraryWindowFixture {
     }
     QListWidget* list() const { return child<QListWidget>("RegExList"); }
     void click(const char* button) const { QTest::mouseClick(child<QAbstractButton>(button), Qt::LeftButton); }
+    // Replaces a box's text by typing it.
+    void type(const char* box, const QString& text) const {
+        child<QLineEdit>(box)->clear();
+        QTest::keyClicks(child<QLineEdit>(box), text);
+    }
     void clickEntry(int row, bool twice = false) const { test::clickEntry(list(), row, twice); }
     QStringList entries() const {
         QStringList out;
