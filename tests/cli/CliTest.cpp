@@ -1,7 +1,5 @@
 // End-to-end runs of vantorel-cli on temporary folder trees.
 
-#include <sys/stat.h>
-
 #include <filesystem>
 #include <regex>
 

@@ -6,7 +6,6 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
-#include <filesystem>
 #include <system_error>
 
 #include <gtest/gtest.h>

@@ -1,7 +1,6 @@
 #include "library/ExpressionLibrary.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
 

@@ -1,8 +1,5 @@
 #include "search/SearchRun.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 
 #include <gmock/gmock.h>

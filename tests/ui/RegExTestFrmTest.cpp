@@ -5,7 +5,6 @@
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QTableWidget>
-#include <QTimer>
 
 #include "UiTestSupport.h"
 #include "ui/PatternEdit.h"

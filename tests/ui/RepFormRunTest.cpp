@@ -3,9 +3,7 @@
 
 #include <QDialog>
 #include <QDir>
-#include <QHeaderView>
 #include <QMenu>
-#include <QTreeView>
 
 #include <csignal>
 #include <filesystem>

@@ -3,7 +3,6 @@
 
 #include <QHeaderView>
 #include <QMenu>
-#include <QPlainTextEdit>
 #include <QRegularExpression>
 
 #include "UiTestSupport.h"
