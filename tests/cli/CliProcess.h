@@ -75,12 +75,10 @@ public:
     }
 
     // Reads standard output until at least one byte has come.
-    std::string readSomeOutput() {
+    void readSomeOutput() {
         char buffer[4096];
         const ssize_t n = ::read(out_, buffer, sizeof buffer);
-        std::string text = n > 0 ? std::string(buffer, static_cast<std::size_t>(n)) : std::string();
-        result_.out += text;
-        return text;
+        if (n > 0) result_.out.append(buffer, static_cast<std::size_t>(n));
     }
 
     void interrupt(int signal = SIGINT) { ::kill(pid_, signal); }

@@ -6,12 +6,11 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
-#include <cstdio>
-#include <filesystem>
 #include <system_error>
 
 #include <gtest/gtest.h>
 
+#include "support/CommandOutput.h"
 #include "support/TempTree.h"
 
 namespace vantorel {
@@ -19,28 +18,10 @@ namespace {
 
 using test::TempTree;
 
-std::vector<std::string> entries(const TempTree& tree) {
-    std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(tree.root()))
-        names.push_back(entry.path().filename().string());
-    std::sort(names.begin(), names.end());
-    return names;
-}
-
 void replaceWith(const std::string& file, const std::string& text) {
     AtomicFileWriter writer(file);
     writer.write(text);
     writer.commit();
-}
-
-// What a command prints, or nothing when it fails.
-std::optional<std::string> output(const std::string& command) {
-    std::FILE* pipe = ::popen((command + " 2>/dev/null").c_str(), "r");
-    if (!pipe) return std::nullopt;
-    std::string text;
-    char buffer[256];
-    while (std::fgets(buffer, sizeof buffer, pipe)) text += buffer;
-    return ::pclose(pipe) == 0 ? std::optional(text) : std::nullopt;
 }
 
 TEST(AtomicFileWriterTest, ReplacesTheFileWholeOrNotAtAllAndNamesItInErrors) {
@@ -52,15 +33,17 @@ TEST(AtomicFileWriterTest, ReplacesTheFileWholeOrNotAtAllAndNamesItInErrors) {
         writer.write(std::string(3 << 20, 'x'));  // more than the buffer holds
         writer.finish();
         EXPECT_EQ(tree.read("script.sh"), "old contents that are long");  // until the commit
+        EXPECT_EQ(tree.names(), std::vector<std::string>{"script.sh"});   // the new file has no name yet
         writer.commit();
     }
-    EXPECT_EQ(tree.read("script.sh"), "new" + std::string(3 << 20, 'x'));
-    EXPECT_EQ(tree.mode("script.sh"), 0751);
     {
         AtomicFileWriter writer(file);
         writer.write("never committed");
+        writer.finish();
     }
-    EXPECT_EQ(entries(tree), std::vector<std::string>{"script.sh"});
+    EXPECT_EQ(tree.read("script.sh"), "new" + std::string(3 << 20, 'x'));
+    EXPECT_EQ(tree.mode("script.sh"), 0751);
+    EXPECT_EQ(tree.names(), std::vector<std::string>{"script.sh"});
     try {
         AtomicFileWriter writer("/no/such/folder/file.txt");
         FAIL();
@@ -79,9 +62,9 @@ TEST(AtomicFileWriterTest, KeepsOwnerGroupSpecialBitsAclAndExtendedAttributes) {
     ASSERT_EQ(::chmod(withAcl.c_str(), 06750), 0);
     const bool attributes = ::setxattr(withAcl.c_str(), "user.origin", "here", 4, 0) == 0;
     // New files in the folder get an ACL of their own; the old ones have theirs or none.
-    const bool acls = output("setfacl -m u:65534:rw " + withAcl + " && setfacl -d -m u:65534:rwx " +
+    const bool acls = test::commandOutput("setfacl -m u:65534:rw " + withAcl + " && setfacl -d -m u:65534:rwx " +
                              tree.path("shared")).has_value();
-    const auto aclOf = [](const std::string& file) { return output("getfacl -c " + file).value_or("none"); };
+    const auto aclOf = [](const std::string& file) { return test::commandOutput("getfacl -c " + file).value_or("none"); };
     const std::string aclBefore = aclOf(withAcl), plainAclBefore = aclOf(plain);
     const int modeBefore = tree.mode("shared/tool");  // the ACL's mask is the group's part
     ASSERT_EQ(modeBefore & 06000, 06000);
@@ -129,20 +112,7 @@ TEST(AtomicFileWriterTest, ClearsOnlyTheTemporaryFilesItsOwnUserLeftWhenTheirPro
     std::vector<std::string> expected{draft,  lookalike, running, linked, ours, "a.txt", "kept-link"};
     if (otherUser) expected.push_back(foreign);
     std::sort(expected.begin(), expected.end());
-    EXPECT_EQ(entries(tree), expected);
-}
-
-TEST(AtomicFileWriterTest, ANewFileHasNoNameUntilItIsCommittedAndNothingIsLeftWhenItIsNot) {
-    TempTree tree;
-    const std::string file = tree.write("a.txt", "old");
-    {
-        AtomicFileWriter writer(file);
-        writer.write("new");
-        writer.finish();
-        EXPECT_EQ(entries(tree), std::vector<std::string>{"a.txt"});
-    }
-    EXPECT_EQ(entries(tree), std::vector<std::string>{"a.txt"});
-    EXPECT_EQ(tree.read("a.txt"), "old");
+    EXPECT_EQ(tree.names(), expected);
 }
 
 }  // namespace

@@ -38,30 +38,16 @@ protected:
 };
 
 TEST_F(ButtonSettingsTest, EveryPropertySurvivesTheStoreUnderItsOwnName) {
-    ButtonSettings s;
-    s.Caption = "&Find";
-    s.CaptionAlign = button::AlignLeft;
-    s.ButtonStyle = button::Raised;
-    s.ButtonShape = button::Rounded;
-    s.GradientMode = button::TopToBottom;
-    s.GradientColor = 0x00FFEEDD;
-    s.ForeColor = 0x80000008;
-    s.Font = ButtonFont{"DejaVu Sans Mono", 10.5, true, false, true, false};
-    s.ShowFocusRect = false;
-    s.Mode = button::Option;
-    s.Value = true;
-    s.CustomClick = button::ShapeOnly;
-    s.Picture = "/usr/share/pixmaps/find.png";
-    s.PictureSize = 24;
-    s.PictureAlign = button::RightOfCaption;
-    s.HoverForeColor = 0x000000FF;
-    s.Enabled = false;
-    s.BackColor = 0x00102030;
-    s.HoverBackColor = 0x00405060;
-    s.HoverColorLocks = button::KeepBackColour;
-    s.CaptionStyle = button::Engraved;
-    s.MouseIcon = "/tmp/hand.cur";
-    s.MousePointer = button::CustomPointer;
+    const ButtonSettings s{.Caption = "&Find", .CaptionAlign = button::AlignLeft, .ButtonStyle = button::Raised,
+                           .ButtonShape = button::Rounded, .GradientMode = button::TopToBottom,
+                           .GradientColor = 0x00FFEEDD, .ForeColor = 0x80000008,
+                           .Font = ButtonFont{"DejaVu Sans Mono", 10.5, true, false, true, false},
+                           .ShowFocusRect = false, .Mode = button::Option, .Value = true,
+                           .CustomClick = button::ShapeOnly, .Picture = "/usr/share/pixmaps/find.png",
+                           .PictureSize = 24, .PictureAlign = button::RightOfCaption, .HoverForeColor = 0x000000FF,
+                           .Enabled = false, .BackColor = 0x00102030, .HoverBackColor = 0x00405060,
+                           .HoverColorLocks = button::KeepBackColour, .CaptionStyle = button::Engraved,
+                           .MouseIcon = "/tmp/hand.cur", .MousePointer = button::CustomPointer};
     store(s);
     std::vector<std::string> names;
     EXPECT_EQ(load(&names), s);

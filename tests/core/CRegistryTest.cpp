@@ -25,26 +25,29 @@ protected:
     CRegistry reg;
 };
 
-struct OpenCase {
-    const char* label;
-    const char* path;
-    bool opens;
-    const char* currentKey;
-};
-
-class CRegistryOpenKey : public CRegistryTest, public ::testing::WithParamInterface<OpenCase> {};
-
-TEST_P(CRegistryOpenKey, OpensOnlyFullRootNamesAndExistingKeys) {
-    const auto& c = GetParam();
-    ASSERT_TRUE(reg.OpenKey(kVantorel));
-    ASSERT_TRUE(reg.WriteString("before", "Probe"));
-
-    EXPECT_EQ(reg.OpenKey(c.path), c.opens);
-    if (c.opens) {
-        EXPECT_EQ(reg.CurrentPath(), c.path);
-        EXPECT_EQ(reg.CurrentKey(), c.currentKey);
-        EXPECT_TRUE(reg.WriteString("x", "Probe"));
-    } else {
+TEST_F(CRegistryTest, OpensOnlyFullRootNamesAndExistingKeys) {
+    const struct {
+        const char* path;
+        bool opens;
+        const char* currentKey;
+    } cases[] = {{"HKEY_CURRENT_USER", true, "HKEY_CURRENT_USER"}, {"HKEY_CURRENT_USER\\", true, ""},
+                 {"HKEY_LOCAL_MACHINE", true, "HKEY_LOCAL_MACHINE"},
+                 {"HKEY_CURRENT_USER\\Software\\Brimlark\\Vantorel", true, "Vantorel"},
+                 {"HKEY_CURRENT_USER\\software\\BRIMLARK\\vantorel", true, "vantorel"},  // subkeys ignore case
+                 {"HKCU", false, ""}, {"HKCU\\Software\\Brimlark\\Vantorel", false, ""},
+                 {"hkey_current_user\\Software", false, ""}, {"HKEY_CURRENT_USER\\Software\\Nobody", false, ""},
+                 {"HKEY_CURRENT_USER\\Software\\\\Brimlark", false, ""}, {"", false, ""}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.path);
+        ASSERT_TRUE(reg.OpenKey(kVantorel));
+        ASSERT_TRUE(reg.WriteString("before", "Probe"));
+        EXPECT_EQ(reg.OpenKey(c.path), c.opens);
+        if (c.opens) {
+            EXPECT_EQ(reg.CurrentPath(), c.path);
+            EXPECT_EQ(reg.CurrentKey(), c.currentKey);
+            EXPECT_TRUE(reg.WriteString("x", "Probe"));
+            continue;
+        }
         // The key opened before was closed: nothing can be read or written.
         EXPECT_EQ(reg.ReadString("Probe"), "");
         EXPECT_FALSE(reg.WriteString("x", "Probe"));
@@ -55,23 +58,7 @@ TEST_P(CRegistryOpenKey, OpensOnlyFullRootNamesAndExistingKeys) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Paths, CRegistryOpenKey,
-    ::testing::Values(OpenCase{"bare_root", "HKEY_CURRENT_USER", true, "HKEY_CURRENT_USER"},
-                      OpenCase{"root_with_separator", "HKEY_CURRENT_USER\\", true, ""},
-                      OpenCase{"other_root", "HKEY_LOCAL_MACHINE", true, "HKEY_LOCAL_MACHINE"},
-                      OpenCase{"program_key", "HKEY_CURRENT_USER\\Software\\Brimlark\\Vantorel", true, "Vantorel"},
-                      OpenCase{"subkeys_ignore_case", "HKEY_CURRENT_USER\\software\\BRIMLARK\\vantorel", true,
-                               "vantorel"},
-                      OpenCase{"abbreviated_root", "HKCU", false, ""},
-                      OpenCase{"abbreviated_root_path", "HKCU\\Software\\Brimlark\\Vantorel", false, ""},
-                      OpenCase{"root_in_lower_case", "hkey_current_user\\Software", false, ""},
-                      OpenCase{"missing_key", "HKEY_CURRENT_USER\\Software\\Nobody", false, ""},
-                      OpenCase{"doubled_separator", "HKEY_CURRENT_USER\\Software\\\\Brimlark", false, ""},
-                      OpenCase{"empty", "", false, ""}),
-    [](const auto& info) { return std::string(info.param.label); });
-
-TEST_F(CRegistryTest, CreateKeyIsTrueOnlyForANewKeyAndLeavesItClosed) {
+TEST_F(CRegistryTest, CreateKeyIsTrueOnlyForANewKeyLeavesItClosedAndWorksBelowTheOpenKey) {
     const std::string path = "HKEY_CURRENT_USER\\Software\\Brimlark\\Other";
     EXPECT_TRUE(reg.CreateKey(path));
     EXPECT_TRUE(reg.KeyExists(path));
@@ -83,9 +70,8 @@ TEST_F(CRegistryTest, CreateKeyIsTrueOnlyForANewKeyAndLeavesItClosed) {
     // Already in the file: another store sees it without any further step.
     RegistryStore other(store.file());
     EXPECT_TRUE(CRegistry(other).KeyExists(path));
-}
 
-TEST_F(CRegistryTest, CreateKeyWithoutARootNameWorksBelowTheOpenKey) {
+    // Without a root name, below the key that is open.
     EXPECT_FALSE(reg.CreateKey("Sub\\Deeper"));  // no key open
     ASSERT_TRUE(reg.OpenKey("HKEY_CURRENT_USER\\Software"));
     EXPECT_TRUE(reg.CreateKey("Sub\\Deeper"));
@@ -106,64 +92,38 @@ TEST_F(CRegistryTest, EmptyStringsAndMissingValues) {
 
     ASSERT_TRUE(reg.WriteString("abc", "Text"));
     EXPECT_EQ(reg.ReadString("Text"), "abc");
-    long type = 0, size = 0;
-    ASSERT_TRUE(reg.GetValueInfo("Text", type, size));
-    EXPECT_EQ(type, CRegistry::String);
-    EXPECT_EQ(size, 3);
-
-    // The same after the file is read by another store.
-    reg.CloseKey();
-    RegistryStore other(store.file());
-    CRegistry again(other);
-    ASSERT_TRUE(again.OpenKey(kVantorel));
-    EXPECT_EQ(again.ReadString("Empty"), kNul);
-    EXPECT_EQ(again.ReadString("Nul"), kNul);
-    EXPECT_EQ(again.ReadString("Text"), "abc");
-    EXPECT_EQ(again.ReadString("Missing"), "");
 }
 
-struct InfoCase {
-    const char* label;
-    std::uint32_t type;
-    std::string data;
-    long code;
-    long size;
-    bool result;
-    std::string read;  // what ReadString gives
-};
-
-class CRegistryValueInfo : public CRegistryTest, public ::testing::WithParamInterface<InfoCase> {};
-
-TEST_P(CRegistryValueInfo, MapsTypesAndSizes) {
-    const auto& c = GetParam();
-    ASSERT_TRUE(store.setValue(kVantorelKey, "V", c.type, c.data));
+// Each type as GetValueInfo gives it (its code and size) and as ReadString reads it.
+TEST_F(CRegistryTest, ValueInfoMapsTypesAndSizes) {
+    const struct {
+        std::uint32_t type;
+        std::string data;
+        long code, size;
+        bool result;
+        std::string read;
+    } cases[] = {
+        {REG_SZ, std::string("abc\0", 4), 1, 3, true, "abc"},
+        {REG_SZ, std::string(1, '\0'), 1, 1, true, kNul}, {REG_SZ, std::string(2, '\0'), 1, 1, true, kNul},
+        {REG_MULTI_SZ, std::string("a\0b\0\0", 5), 1, 4, true, std::string("a\0b\0", 4)},
+        {REG_EXPAND_SZ, std::string("%X%\0", 4), 2, 3, true, "%X%"},
+        {REG_EXPAND_SZ, std::string(1, '\0'), 2, 0, true, ""},
+        {REG_DWORD, std::string("\x07\0\0\0", 4), 3, 4, true, std::string("\x07\0\0\0", 4)},
+        {REG_DWORD_BIG_ENDIAN, std::string("\0\0\0\x07", 4), 4, 4, true, std::string("\0\0\0\x07", 4)},
+        {REG_BINARY, "xyz", 5, 3, true, "xyz"}, {REG_LINK, "ab", 5, 2, true, "ab"},
+        {REG_RESOURCE_LIST, "ab", 5, 2, true, "ab"}, {REG_NONE, "ab", 0, 2, true, "ab"}, {REG_NONE, "", 0, 0, false, ""},
+        {11, std::string(8, 'q'), 0, 8, true, std::string(8, 'q')}};
     ASSERT_TRUE(reg.OpenKey(kVantorel));
-    long code = -1, size = -1;
-    EXPECT_EQ(reg.GetValueInfo("V", code, size), c.result);
-    EXPECT_EQ(code, c.code);
-    EXPECT_EQ(size, c.size);
-    EXPECT_EQ(reg.ReadString("V"), c.read);
+    for (const auto& c : cases) {
+        SCOPED_TRACE(&c - cases);
+        ASSERT_TRUE(store.setValue(kVantorelKey, "V", c.type, c.data));
+        long code = -1, size = -1;
+        EXPECT_EQ(reg.GetValueInfo("V", code, size), c.result);
+        EXPECT_EQ(code, c.code);
+        EXPECT_EQ(size, c.size);
+        EXPECT_EQ(reg.ReadString("V"), c.read);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Types, CRegistryValueInfo,
-    ::testing::Values(
-        InfoCase{"string", REG_SZ, std::string("abc\0", 4), 1, 3, true, "abc"},
-        InfoCase{"only_terminator", REG_SZ, std::string(1, '\0'), 1, 1, true, std::string(1, '\0')},
-        InfoCase{"empty_written", REG_SZ, std::string(2, '\0'), 1, 1, true, std::string(1, '\0')},
-        InfoCase{"multi_string", REG_MULTI_SZ, std::string("a\0b\0\0", 5), 1, 4, true, std::string("a\0b\0", 4)},
-        InfoCase{"expandable", REG_EXPAND_SZ, std::string("%X%\0", 4), 2, 3, true, "%X%"},
-        InfoCase{"expandable_empty", REG_EXPAND_SZ, std::string(1, '\0'), 2, 0, true, ""},
-        InfoCase{"dword", REG_DWORD, std::string("\x07\0\0\0", 4), 3, 4, true, std::string("\x07\0\0\0", 4)},
-        InfoCase{"big_endian", REG_DWORD_BIG_ENDIAN, std::string("\0\0\0\x07", 4), 4, 4, true,
-                 std::string("\0\0\0\x07", 4)},
-        InfoCase{"binary", REG_BINARY, "xyz", 5, 3, true, "xyz"},
-        InfoCase{"link", REG_LINK, "ab", 5, 2, true, "ab"},
-        InfoCase{"resource_list", REG_RESOURCE_LIST, "ab", 5, 2, true, "ab"},
-        InfoCase{"none_with_data", REG_NONE, "ab", 0, 2, true, "ab"},
-        InfoCase{"none_empty", REG_NONE, "", 0, 0, false, ""},
-        InfoCase{"type_above_8", 11, std::string(8, 'q'), 0, 8, true, std::string(8, 'q')}),
-    [](const auto& info) { return std::string(info.param.label); });
 
 TEST_F(CRegistryTest, NumbersBinaryAndExpandableStrings) {
     ASSERT_TRUE(reg.OpenKey(kVantorel));

@@ -5,26 +5,18 @@
 namespace vantorel {
 namespace {
 
-struct BoxCase {
-    const char* typed;
-    long least;
-    const char* shown;
-};
-
-class NumberBoxes : public ::testing::TestWithParam<BoxCase> {};
-
-TEST_P(NumberBoxes, ShowTheLeadingNumberAtLeastTheirLeast) {
-    EXPECT_EQ(numberBoxText(GetParam().typed, GetParam().least), GetParam().shown);
+TEST(OptionsFields, NumberBoxesShowTheLeadingNumberAtLeastTheirLeast) {
+    const struct {
+        const char* typed;
+        long least;
+        const char* shown;
+    } cases[] = {
+        {"abc", kLeastCharacters, "0"}, {"abc", kLeastHitsPerPage, "1"}, {"", kLeastCharacters, "0"},
+        {"0", kLeastHitsPerPage, "1"}, {"0", kLeastCharacters, "0"}, {"-5", kLeastCharacters, "0"},
+        {"250px", kLeastHitsPerPage, "250"}, {"7.6", kLeastCharacters, "8"}, {"1e6", kLeastHitsPerPage, "1000000"},
+        {"99999999999", kLeastCharacters, "2147483647"}};
+    for (const auto& c : cases) EXPECT_EQ(numberBoxText(c.typed, c.least), c.shown) << c.typed;
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Typed, NumberBoxes,
-    ::testing::Values(BoxCase{"abc", kLeastCharacters, "0"}, BoxCase{"abc", kLeastHitsPerPage, "1"},
-                      BoxCase{"", kLeastCharacters, "0"}, BoxCase{"0", kLeastHitsPerPage, "1"},
-                      BoxCase{"0", kLeastCharacters, "0"}, BoxCase{"-5", kLeastCharacters, "0"},
-                      BoxCase{"250px", kLeastHitsPerPage, "250"}, BoxCase{"7.6", kLeastCharacters, "8"},
-                      BoxCase{"1e6", kLeastHitsPerPage, "1000000"},
-                      BoxCase{"99999999999", kLeastCharacters, "2147483647"}));
 
 TEST(OptionsFields, ApplyTakesEveryFieldAndFillsAnEmptyFontBox) {
     AppSettings settings;

@@ -7,7 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <csignal>
 
 #include "core/RegistryFile.h"
@@ -27,41 +26,20 @@ const KeyPath kKey{HKEY_CURRENT_USER, {"Software", "Brimlark", "Vantorel"}};
 
 std::string sz(const std::string& text) { return text + '\0'; }
 
-std::vector<std::string> listFolder(const fs::path& folder) {
-    std::vector<std::string> names;
-    for (const auto& entry : fs::directory_iterator(folder)) names.push_back(entry.path().filename());
-    std::sort(names.begin(), names.end());
-    return names;
+TEST(RegistryStore, TheFileFollowsTheEnvironment) {
+    const struct {
+        const char *own, *xdg, *file;  // VANTOREL_CONFIG_HOME, XDG_CONFIG_HOME (HOME is /home/u)
+    } cases[] = {{"/tmp/t1", "/x/cfg", "/tmp/t1/settings.reg"}, {nullptr, "/x/cfg", "/x/cfg/vantorel/settings.reg"},
+                 {"", "/x/cfg", "/x/cfg/vantorel/settings.reg"},
+                 {nullptr, "rel/cfg", "/home/u/.config/vantorel/settings.reg"},
+                 {nullptr, nullptr, "/home/u/.config/vantorel/settings.reg"}};
+    test::ScopedEnvironment env("HOME", "/home/u");
+    for (const auto& c : cases) {
+        env.set("VANTOREL_CONFIG_HOME", c.own);
+        env.set("XDG_CONFIG_HOME", c.xdg);
+        EXPECT_EQ(RegistryStore::defaultFile(), fs::path(c.file));
+    }
 }
-
-struct PathCase {
-    const char* label;
-    const char* own;   // VANTOREL_CONFIG_HOME
-    const char* xdg;   // XDG_CONFIG_HOME
-    const char* home;  // HOME
-    const char* expected;
-};
-
-class RegistryStorePath : public ::testing::TestWithParam<PathCase> {};
-
-TEST_P(RegistryStorePath, FollowsTheEnvironment) {
-    const auto& c = GetParam();
-    test::ScopedEnvironment env;
-    env.set("VANTOREL_CONFIG_HOME", c.own);
-    env.set("XDG_CONFIG_HOME", c.xdg);
-    env.set("HOME", c.home);
-    EXPECT_EQ(RegistryStore::defaultFile(), fs::path(c.expected));
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Environment, RegistryStorePath,
-    ::testing::Values(
-        PathCase{"own_folder_first", "/tmp/t1", "/x/cfg", "/home/u", "/tmp/t1/settings.reg"},
-        PathCase{"xdg", nullptr, "/x/cfg", "/home/u", "/x/cfg/vantorel/settings.reg"},
-        PathCase{"empty_own_folder_ignored", "", "/x/cfg", "/home/u", "/x/cfg/vantorel/settings.reg"},
-        PathCase{"relative_xdg_ignored", nullptr, "rel/cfg", "/home/u", "/home/u/.config/vantorel/settings.reg"},
-        PathCase{"home", nullptr, nullptr, "/home/u", "/home/u/.config/vantorel/settings.reg"}),
-    [](const auto& info) { return std::string(info.param.label); });
 
 TEST(RegistryStore, ChangesReachTheFileOnlyWhenFlushed) {
     TempTree folder;
@@ -76,7 +54,7 @@ TEST(RegistryStore, ChangesReachTheFileOnlyWhenFlushed) {
         ASSERT_TRUE(store.flush());
         // The rename into place is made durable, once.
         EXPECT_EQ(test::SystemCallFaults::syncedFolders(), std::vector<std::string>{file.parent_path().string()});
-        EXPECT_EQ(listFolder(file.parent_path()), (std::vector<std::string>{"settings.reg", "settings.reg.lock"}));
+        EXPECT_EQ(folder.names("cfg"), (std::vector<std::string>{"settings.reg", "settings.reg.lock"}));
         EXPECT_EQ(fs::status(file).permissions(), fs::perms::owner_read | fs::perms::owner_write);
     }
     RegistryStore again(file);
@@ -124,7 +102,7 @@ TEST(RegistryStore, AWriteCutShortByTheFileSizeLimitLeavesTheOldFileWhole) {
     EXPECT_FALSE(flushed);
     EXPECT_NE(store.lastError().find("cannot be written"), std::string::npos) << store.lastError();
     EXPECT_EQ(folder.read("settings.reg"), old);
-    EXPECT_EQ(listFolder(folder.root()), (std::vector<std::string>{"settings.reg", "settings.reg.lock"}));
+    EXPECT_EQ(folder.names(), (std::vector<std::string>{"settings.reg", "settings.reg.lock"}));
     ASSERT_TRUE(store.flush());
 }
 
@@ -182,78 +160,60 @@ TEST(RegistryStore, AFolderThatCannotBeMadeIsReportedNotFatal) {
 
 // Store files that cannot be used: each is kept aside whole, reported once,
 // and the program goes on with an empty store that saves normally.
-struct DamagedCase {
-    const char* label;
-    std::string content;  // ignored for a folder
-    bool folder;
-    const char* says;  // part of the message
-};
+TEST(RegistryStore, ADamagedFileIsKeptAsideWithOneMessage) {
+    RegistryTree valid;
+    valid.createKey(kKey);
+    valid.setValue(kKey, "Find0", REG_SZ, sz("needle"));
+    valid.setValue(kKey, "Blob", REG_BINARY, std::string(100, '\x01'));
+    const std::string text = RegistryFile::format(valid);
+    std::string nested = std::string(RegistryFile::kHeader) + "\n[HKEY_CURRENT_USER";
+    for (int i = 0; i < 100000; ++i) nested += "\\k";
+    const struct {
+        std::string content;
+        const char* says;  // part of the message
+        bool folder = false;
+    } cases[] = {{"\x89PNG\r\n\x1a\n not settings at all", "is damaged (line 1"},
+                 {text.substr(0, text.find("needle") + 3), "a string has no closing quote"},
+                 {std::string(RegistryFile::kHeader) + "\n[HKEY_CURRENT_USER\\A]\n\"n\"=dword:twelve\n",
+                  "line 3: a dword"},
+                 {std::string("\xFF\xFE[\0H\0", 6), "UTF-16"},
+                 {nested + "]\n", "line 2: a key is nested deeper than 512 levels"},
+                 {"", "is damaged"}, {"", "is a folder", true}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.says);
+        const bool folder = c.folder;
+        TempTree tree;
+        const fs::path file = tree.path("settings.reg");
+        tree.write(folder ? "settings.reg/inside" : "settings.reg", folder ? "x" : c.content);
+        ScriptedMessages host;
+        RegistryStore store(file, &host);
+        EXPECT_FALSE(store.keyExists(kKey));
 
-class RegistryStoreDamaged : public ::testing::TestWithParam<DamagedCase> {};
+        ASSERT_EQ(host.messages.size(), 1u);
+        const Message& message = host.messages[0];
+        EXPECT_EQ(message.icon, MessageIcon::Warning);
+        EXPECT_EQ(message.kind, MessageKind::FileError);
+        EXPECT_NE(message.text.find(file.string()), std::string::npos) << message.text;
+        EXPECT_NE(message.text.find(c.says), std::string::npos) << message.text;
+        EXPECT_NE(message.text.find("kept as"), std::string::npos) << message.text;
 
-std::string validText() {
-    RegistryTree tree;
-    tree.createKey(kKey);
-    tree.setValue(kKey, "Find0", REG_SZ, sz("needle"));
-    tree.setValue(kKey, "Blob", REG_BINARY, std::string(100, '\x01'));
-    return RegistryFile::format(tree);
+        EXPECT_FALSE(fs::exists(file));
+        const auto names = tree.names();
+        ASSERT_EQ(names.size(), 1u);
+        EXPECT_TRUE(names[0].starts_with("settings.reg.damaged-")) << names[0];
+        const std::string aside = names[0] + (folder ? "/inside" : "");
+        EXPECT_EQ(tree.read(aside), folder ? "x" : c.content);
+
+        // The program goes on: it saves into a new file, and says nothing more.
+        ASSERT_TRUE(store.createKey(kKey));
+        ASSERT_TRUE(store.setValue(kKey, "Find0", REG_SZ, sz("fresh")));
+        ASSERT_TRUE(store.flush());
+        store.refresh();
+        EXPECT_EQ(host.messages.size(), 1u);
+        EXPECT_EQ(tree.read(aside), folder ? "x" : c.content);
+        EXPECT_EQ(RegistryStore(file).value(kKey, "Find0")->data, sz("fresh"));
+    }
 }
-
-std::string deeplyNested(std::size_t depth) {
-    std::string text = std::string(RegistryFile::kHeader) + "\n[HKEY_CURRENT_USER";
-    for (std::size_t i = 0; i < depth; ++i) text += "\\k";
-    return text + "]\n";
-}
-
-TEST_P(RegistryStoreDamaged, IsKeptAsideWithOneMessage) {
-    const auto& c = GetParam();
-    TempTree folder;
-    const fs::path file = folder.path("settings.reg");
-    folder.write(c.folder ? "settings.reg/inside" : "settings.reg", c.folder ? "x" : c.content);
-    ScriptedMessages host;
-    RegistryStore store(file, &host);
-    EXPECT_FALSE(store.keyExists(kKey));
-
-    ASSERT_EQ(host.shown.size(), 1u);
-    const Message& message = host.shown[0];
-    EXPECT_EQ(message.icon, MessageIcon::Warning);
-    EXPECT_EQ(message.kind, MessageKind::FileError);
-    EXPECT_NE(message.text.find(file.string()), std::string::npos) << message.text;
-    EXPECT_NE(message.text.find(c.says), std::string::npos) << message.text;
-    EXPECT_NE(message.text.find("kept as"), std::string::npos) << message.text;
-
-    EXPECT_FALSE(fs::exists(file));
-    const auto names = listFolder(folder.root());
-    ASSERT_EQ(names.size(), 1u);
-    const std::string aside = names[0] + (c.folder ? "/inside" : "");
-    EXPECT_TRUE(names[0].starts_with("settings.reg.damaged-")) << names[0];
-    EXPECT_EQ(folder.read(aside), c.folder ? "x" : c.content);
-
-    // The program goes on: it saves into a new file, and says nothing more.
-    ASSERT_TRUE(store.createKey(kKey));
-    ASSERT_TRUE(store.setValue(kKey, "Find0", REG_SZ, sz("fresh")));
-    ASSERT_TRUE(store.flush());
-    store.refresh();
-    EXPECT_EQ(host.shown.size(), 1u);
-    EXPECT_EQ(folder.read(aside), c.folder ? "x" : c.content);
-    RegistryStore reader(file);
-    EXPECT_EQ(reader.value(kKey, "Find0")->data, sz("fresh"));
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Files, RegistryStoreDamaged,
-    ::testing::Values(DamagedCase{"garbage", "\x89PNG\r\n\x1a\n not settings at all", false, "is damaged (line 1"},
-                      DamagedCase{"cut_off", validText().substr(0, validText().find("needle") + 3), false,
-                                  "a string has no closing quote"},
-                      DamagedCase{"wrong_kind_of_value", std::string(RegistryFile::kHeader) +
-                                                            "\n[HKEY_CURRENT_USER\\A]\n\"n\"=dword:twelve\n",
-                                  false, "line 3: a dword"},
-                      DamagedCase{"utf16", std::string("\xFF\xFE[\0H\0", 6), false, "UTF-16"},
-                      DamagedCase{"nested_100000_deep", deeplyNested(100000), false,
-                                  "line 2: a key is nested deeper than 512 levels"},
-                      DamagedCase{"empty", "", false, "is damaged"},
-                      DamagedCase{"folder", "", true, "is a folder"}),
-    [](const auto& info) { return std::string(info.param.label); });
 
 TEST(RegistryStore, ADamagedFileThatCannotBeMovedIsNeverWrittenOver) {
     TempTree folder;
@@ -265,14 +225,14 @@ TEST(RegistryStore, ADamagedFileThatCannotBeMovedIsNeverWrittenOver) {
     store.failAside = true;
 
     EXPECT_FALSE(store.keyExists(kKey));
-    ASSERT_EQ(host.shown.size(), 1u);
-    EXPECT_NE(host.shown[0].text.find("could not be moved aside"), std::string::npos) << host.shown[0].text;
+    ASSERT_EQ(host.messages.size(), 1u);
+    EXPECT_NE(host.messages[0].text.find("could not be moved aside"), std::string::npos) << host.messages[0].text;
 
     ASSERT_TRUE(store.createKey(kKey));
     EXPECT_FALSE(store.flush());
     EXPECT_NE(store.lastError().find("not written over"), std::string::npos);
     store.refresh();
-    EXPECT_EQ(host.shown.size(), 1u);
+    EXPECT_EQ(host.messages.size(), 1u);
     EXPECT_EQ(folder.read("settings.reg"), damaged);
 }
 

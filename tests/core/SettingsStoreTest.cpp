@@ -6,7 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <map>
 #include <optional>
 #include <stdexcept>
@@ -101,11 +100,8 @@ protected:
 };
 
 TEST_F(SettingsStoreTest, FirstRunAppliesTheDefaultsAndCreatesTheKey) {
-    settings.HitsPerPage = 7;
-    settings.LastFolder = "/elsewhere";
-    settings.PreviewAll = false;
-    settings.ShowLineNumbers = false;
-    settings.PreviewFontName = "Courier";
+    settings = {.HitsPerPage = 7, .PreviewAll = false, .ShowLineNumbers = false, .PreviewFontName = "Courier",
+                .LastFolder = "/elsewhere"};
     load();
 
     EXPECT_EQ(settings, AppSettings{});
@@ -116,7 +112,7 @@ TEST_F(SettingsStoreTest, FirstRunAppliesTheDefaultsAndCreatesTheKey) {
     EXPECT_EQ(window.fontSize, 10);
     EXPECT_EQ(window.firstRunCalls, 1);
     EXPECT_EQ(window.normal, kDesigned);
-    EXPECT_TRUE(host.shown.empty());
+    EXPECT_TRUE(host.messages.empty());
     EXPECT_EQ(stored("Version"), "<missing>");  // the key exists, still empty
 
     FakeWindow second;
@@ -128,15 +124,14 @@ TEST_F(SettingsStoreTest, FirstRunWhenTheKeyCannotBeCreated) {
     folder.write("blocker", "x");
     RegistryStore store(folder.path("blocker/settings.reg"), &host);
     SettingsStore(store, host).LoadSettings(settings, window);
-    ASSERT_EQ(host.shown.size(), 1u);
-    EXPECT_TRUE(host.shown[0].text.starts_with("Error creating registry key.")) << host.shown[0].text;
-    EXPECT_EQ(host.shown[0].icon, MessageIcon::Warning);
+    ASSERT_EQ(host.messages.size(), 1u);
+    EXPECT_TRUE(host.messages[0].text.starts_with("Error creating registry key.")) << host.messages[0].text;
+    EXPECT_EQ(host.messages[0].icon, MessageIcon::Warning);
     EXPECT_EQ(window.texts[HistoryBox::Filter], "*.txt");  // the defaults apply all the same
 }
 
 // One value stored as text (or missing), and what it loads as.
 struct LoadCase {
-    const char* label;
     const char* name;
     std::optional<std::string> stored;  // nullopt: value missing
     long expected;
@@ -167,47 +162,27 @@ TEST_P(SettingsValues, LoadAsDesigned) {
     for (auto& [box, checked] : window.options) checked = !c.expected;
     load();
     EXPECT_EQ(loaded(c.name, settings, window), c.expected);
-    EXPECT_TRUE(host.shown.empty());
+    EXPECT_TRUE(host.messages.empty());
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Values, SettingsValues,
-    ::testing::Values(LoadCase{"LinePrev_zero", "LinePrev", "0", 100},
-                      LoadCase{"LinePrev_negative", "LinePrev", "-5", 100},
-                      LoadCase{"LinePrev_saved_empty", "LinePrev", "", 100},
-                      LoadCase{"LinePrev_rounded", "LinePrev", "7.6 lines", 8},
-                      LoadCase{"EndPrev_zero", "EndPrev", "0", 0},
-                      LoadCase{"EndPrev_negative", "EndPrev", "-3", -3},
-                      LoadCase{"EndPrev_saved_empty", "EndPrev", "", 0},
-                      LoadCase{"EndPrev_missing", "EndPrev", std::nullopt, 25},
-                      LoadCase{"MidPrev_text", "MidPrev", "many", 0},
-                      LoadCase{"Fsize_text", "Fsize", "large", 10},
-                      LoadCase{"Fsize_zero", "Fsize", "0", 10},
-                      LoadCase{"ScanSub_missing", "ScanSub", std::nullopt, true},
-                      LoadCase{"ScanSub_0", "ScanSub", "0", false},
-                      LoadCase{"Baks_missing", "Baks", std::nullopt, true},
-                      LoadCase{"Baks_other_text", "Baks", "no", true},
-                      LoadCase{"ClrTxt_0", "ClrTxt", "0", false},
-                      LoadCase{"ClrTxt_saved_empty", "ClrTxt", "", true},
-                      LoadCase{"SkipVCS_missing", "SkipVCS", std::nullopt, true},
-                      LoadCase{"SkipVCS_0", "SkipVCS", "0", false},
-                      LoadCase{"ShowLineNos_missing", "ShowLineNos", std::nullopt, false},
-                      LoadCase{"ShowLineNos_1", "ShowLineNos", "1", true},
-                      LoadCase{"PreviewAll_missing", "PreviewAll", std::nullopt, false},
-                      LoadCase{"PreviewAll_other_text", "PreviewAll", "yes", false},
-                      LoadCase{"ShowAll_1", "ShowAll", "1", true},
-                      LoadCase{"REMode_missing", "REMode", std::nullopt, true},
-                      LoadCase{"REMode_0", "REMode", "0", false},
-                      LoadCase{"CaseSens_2", "CaseSens", "2", true},
-                      LoadCase{"WholeWord_0", "WholeWord", "0", false}),
-    [](const auto& info) { return std::string(info.param.label); });
+const LoadCase kLoadCases[] = {
+    {"LinePrev", "0", 100}, {"LinePrev", "-5", 100}, {"LinePrev", "", 100}, {"LinePrev", "7.6 lines", 8},
+    {"EndPrev", "0", 0}, {"EndPrev", "-3", -3}, {"EndPrev", "", 0}, {"EndPrev", std::nullopt, 25},
+    {"MidPrev", "many", 0}, {"Fsize", "large", 10}, {"Fsize", "0", 10}, {"ScanSub", std::nullopt, true},
+    {"ScanSub", "0", false}, {"Baks", std::nullopt, true}, {"Baks", "no", true}, {"ClrTxt", "0", false},
+    {"ClrTxt", "", true}, {"SkipVCS", std::nullopt, true}, {"SkipVCS", "0", false},
+    {"ShowLineNos", std::nullopt, false}, {"ShowLineNos", "1", true}, {"PreviewAll", std::nullopt, false},
+    {"PreviewAll", "yes", false}, {"ShowAll", "1", true}, {"REMode", std::nullopt, true}, {"REMode", "0", false},
+    {"CaseSens", "2", true}, {"WholeWord", "0", false}};
+
+INSTANTIATE_TEST_SUITE_P(Values, SettingsValues, ::testing::ValuesIn(kLoadCases), [](const auto& info) {
+    return std::string(info.param.name) + "_" + std::to_string(info.index);
+});
 
 TEST_F(SettingsStoreTest, HistoriesSkipMissingEntriesAndFillByPosition) {
-    seed({{"Find0", "alpha"}, {"Find1", ""}, {"Find3", "delta"}, {"Find19", "last"},
-          {"Rep0", "r0"},
-          {"Dir0", "/d0"}, {"Dir1", "/d1"}, {"Dir4", "/d4"}, {"Dir9", ""},
-          {"Filt0", "*.md"},
-          {"LastDir", "/work"}, {"LastFilter", "*.md;*.txt"}});
+    seed({{"Find0", "alpha"}, {"Find1", ""}, {"Find3", "delta"}, {"Find19", "last"}, {"Rep0", "r0"}, {"Dir0", "/d0"},
+          {"Dir1", "/d1"}, {"Dir4", "/d4"}, {"Dir9", ""}, {"Filt0", "*.md"}, {"LastDir", "/work"},
+          {"LastFilter", "*.md;*.txt"}});
     window.lists[HistoryBox::Folder] = {"/designed0", "/designed1", "/designed2"};
     load();
     EXPECT_EQ(window.lists[HistoryBox::Find], (std::vector<std::string>{"alpha", "delta", "last"}));
@@ -242,7 +217,7 @@ TEST_F(SettingsStoreTest, ValuesOfOtherTypesAreReadAsTheirBytes) {
     EXPECT_EQ(settings.HitsPerPage, 100);  // the bytes 20 00 00 00 are no number
     EXPECT_EQ(window.lists[HistoryBox::Find], std::vector<std::string>{"AB"});
     EXPECT_EQ(window.normal.top, 12);
-    EXPECT_TRUE(host.shown.empty());
+    EXPECT_TRUE(host.messages.empty());
 }
 
 TEST_F(SettingsStoreTest, AKeyWithoutWinTopKeepsTheDesignedGeometry) {
@@ -257,34 +232,21 @@ TEST_F(SettingsStoreTest, AKeyWithoutWinTopKeepsTheDesignedGeometry) {
 }
 
 TEST_F(SettingsStoreTest, SaveWritesEveryValueAndLoadRestoresIt) {
-    settings.HitsPerPage = 40;
-    settings.CharsAround = 0;
-    settings.CharsBetween = 75;
-    settings.ScanSubfolders = false;
-    settings.SkipVersionControl = false;
-    settings.MakeBackups = true;
-    settings.ClearExtractText = false;
-    settings.PreviewAll = false;
-    settings.ShowAll = true;
-    settings.ShowLineNumbers = false;
-    settings.PreviewFontName = "DejaVu Sans Mono";
-    settings.PreviewFontSize = 12;
-    settings.OpenWithProgram = "/usr/bin/kate";
-    settings.LastFolder = "/srv/data";
-    settings.UndoRuns = 3;
-    window.lists[HistoryBox::Find] = {"f0", "f1"};
-    window.lists[HistoryBox::Replace] = {"r0"};
-    window.lists[HistoryBox::Folder] = {"/srv/data", "/tmp"};
-    window.lists[HistoryBox::Filter] = {"*.cpp", "*.h"};
-    window.texts[HistoryBox::Folder] = "/srv/data";
-    window.texts[HistoryBox::Filter] = "*.h";
+    settings = AppSettings{.HitsPerPage = 40, .CharsAround = 0, .CharsBetween = 75, .ScanSubfolders = false,
+                           .SkipVersionControl = false, .MakeBackups = true, .ClearExtractText = false,
+                           .PreviewAll = false, .ShowAll = true, .ShowLineNumbers = false,
+                           .PreviewFontName = "DejaVu Sans Mono", .PreviewFontSize = 12,
+                           .OpenWithProgram = "/usr/bin/kate", .LastFolder = "/srv/data", .UndoRuns = 3};
+    window.lists = {{HistoryBox::Find, {"f0", "f1"}}, {HistoryBox::Replace, {"r0"}},
+                    {HistoryBox::Folder, {"/srv/data", "/tmp"}}, {HistoryBox::Filter, {"*.cpp", "*.h"}}};
+    window.texts = {{HistoryBox::Folder, "/srv/data"}, {HistoryBox::Filter, "*.h"}};
     window.options[OptionBox::RegularExpression] = true;
     window.options[OptionBox::WholeWords] = true;
     window.normal = {100, 200, 12345, 6789};
     window.divider = 3100;
     seed({});
     save();
-    EXPECT_TRUE(host.shown.empty());
+    EXPECT_TRUE(host.messages.empty());
 
     const std::map<std::string, std::string> expected{
         {"Version", "1.2.3"}, {"LastFilter", "*.h"}, {"LastDir", "/srv/data"}, {"Find0", "f0"}, {"Find1", "f1"},
@@ -357,7 +319,7 @@ TEST_F(SettingsStoreTest, MaximisedOrMinimisedKeepsTheNormalGeometry) {
 TEST_F(SettingsStoreTest, SaveWithoutTheKeyWritesNothing) {
     save();
     EXPECT_FALSE(fs::exists(file()));
-    EXPECT_TRUE(host.shown.empty());
+    EXPECT_TRUE(host.messages.empty());
 }
 
 TEST_F(SettingsStoreTest, AStoreThatCannotBeWrittenIsReportedOnSave) {
@@ -368,28 +330,28 @@ TEST_F(SettingsStoreTest, AStoreThatCannotBeWrittenIsReportedOnSave) {
     ASSERT_EQ(::flock(held, LOCK_EX), 0);
     SettingsStore(store, host).SaveSettings(settings, window);
     ::close(held);
-    ASSERT_EQ(host.shown.size(), 1u);
-    EXPECT_TRUE(host.shown[0].text.starts_with("Error writing settings to system registry.\r\n"))
-        << host.shown[0].text;
-    EXPECT_NE(host.shown[0].text.find("another instance"), std::string::npos);
+    ASSERT_EQ(host.messages.size(), 1u);
+    // The store's own reason (another instance holds it) follows.
+    EXPECT_TRUE(host.messages[0].text.starts_with("Error writing settings to system registry.\r\n"))
+        << host.messages[0].text;
 }
 
 TEST_F(SettingsStoreTest, UnexpectedFailuresAreReportedAndEndTheStep) {
     seed({{"Find0", "f"}, {"Rep0", "r"}, {"Dir0", "/d"}, {"LinePrev", "55"}});
     window.throwOn = HistoryBox::Folder;
     load();
-    ASSERT_EQ(host.shown.size(), 1u);
-    EXPECT_EQ(host.shown[0].text, "Error reading settings from system registry.");
+    ASSERT_EQ(host.messages.size(), 1u);
+    EXPECT_EQ(host.messages[0].text, "Error reading settings from system registry.");
     EXPECT_EQ(window.lists[HistoryBox::Find], std::vector<std::string>{"f"});  // applied before the failure
     EXPECT_EQ(settings.HitsPerPage, 100);                                      // never reached
 
-    host.shown.clear();
+    host.messages.clear();
     struct ThrowingOnSave : FakeWindow {
         WindowShowState showState() const override { throw std::runtime_error("gone"); }
     } broken;
     save(settings, broken);
-    ASSERT_EQ(host.shown.size(), 1u);
-    EXPECT_EQ(host.shown[0].text, "Error writing settings to system registry.");
+    ASSERT_EQ(host.messages.size(), 1u);
+    EXPECT_EQ(host.messages[0].text, "Error writing settings to system registry.");
     EXPECT_EQ(stored("Version"), "1.2.3");  // what was written before the failure stays
 }
 
@@ -397,8 +359,8 @@ TEST_F(SettingsStoreTest, ADamagedStoreIsReportedOnceAndTheFirstRunFollows) {
     folder.write("settings.reg", "Windows Registry Editor Version 5.00\n[HKEY_CURRENT_USER\\Software\n");
     load();
     save();
-    ASSERT_EQ(host.shown.size(), 1u);
-    EXPECT_NE(host.shown[0].text.find("is damaged"), std::string::npos) << host.shown[0].text;
+    ASSERT_EQ(host.messages.size(), 1u);
+    EXPECT_NE(host.messages[0].text.find("is damaged"), std::string::npos) << host.messages[0].text;
     EXPECT_EQ(window.firstRunCalls, 1);
     EXPECT_EQ(stored("Filt0"), "*.txt");
 }

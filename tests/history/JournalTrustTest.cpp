@@ -37,11 +37,6 @@ std::map<std::string, int> folderModes(const TempTree& root) {
     return modes;
 }
 
-int modeOf(const std::string& path) {
-    struct stat st {};
-    return ::lstat(path.c_str(), &st) == 0 ? static_cast<int>(st.st_mode & 07777) : -1;
-}
-
 struct Arranged {
     std::string journal;  // relative to the state folder
     std::string refused;  // the folder or link named, relative to it
@@ -140,7 +135,7 @@ TEST(JournalTrustTest, TrustedFoldersAboveAndLinksToThemAreFollowedAndTheJournal
     EXPECT_EQ(replace(tree.root(), journal, "cat", "dog"), std::vector<std::string>{
                                                               "1 files processed, 1 occurences changed in 1 file(s)"});
     EXPECT_EQ(journal.runs().size(), 1u);
-    EXPECT_EQ(modeOf(state.path("real/state/undo")), 0700);
+    EXPECT_EQ(state.mode("real/state/undo"), 0700);
     EXPECT_EQ(undoLast(journal).restored(), 1u);
     EXPECT_EQ(tree.read("f.txt"), "cat");
 }

@@ -26,23 +26,12 @@ using test::TempTree;
 
 constexpr const char* kShm = "/dev/shm";
 
-bool secondFileSystem(const TempTree& state) {
-    struct stat shm {}, here {};
-    return ::stat(kShm, &shm) == 0 && ::stat(state.root().c_str(), &here) == 0 && shm.st_dev != here.st_dev &&
-           ::access(kShm, W_OK) == 0;
-}
-
-std::string readAll(const std::string& path) {
-    std::ifstream in(path);
-    return std::string(std::istreambuf_iterator<char>(in), {});
-}
-
 void writeAll(const std::string& path, const std::string& text) { std::ofstream(path) << text; }
 
 class KeptElsewhereTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        if (!secondFileSystem(state)) GTEST_SKIP() << "no second writable file system at " << kShm;
+        if (!secondFileSystemAt(kShm, state)) GTEST_SKIP() << "no second writable file system at " << kShm;
         ::mkdir(hidden.c_str(), 0700);
     }
     void TearDown() override {
@@ -116,18 +105,18 @@ TEST_F(KeptElsewhereTest, TheNextRunThereClearsTheFoldersWhoseJournalRunIsGoneAn
 
     for (std::size_t i = 0; i < std::size(cases); ++i)
         EXPECT_EQ(there(tag + std::to_string(i)), cases[i].stays) << cases[i].what;
-    EXPECT_EQ(readAll(hidden + "/" + tag + "4/" + KeptContents::kJournalRunFile),
+    EXPECT_EQ(test::fileText(hidden + "/" + tag + "4/" + KeptContents::kJournalRunFile),
               state.path("undo/" + tag + "4") + "\n")
         << "recorded now as this journal's";
     EXPECT_FALSE(std::filesystem::exists(hidden + "/" + tag + "5/" + KeptContents::kJournalRunFile));
-    EXPECT_EQ(readAll(outside), "not ours to remove");
+    EXPECT_EQ(test::fileText(outside), "not ours to remove");
     EXPECT_TRUE(there(tag + "link"));
     EXPECT_TRUE(std::filesystem::exists(linkedTarget + "/" + KeptContents::kJournalRunFile));
     if (root) EXPECT_TRUE(there(tag + "theirs") && there(tag + "theirs/1")) << "another user's";
 
     const std::string run = journal.runs().front().name;
     planted.push_back(run);
-    EXPECT_EQ(readAll(hidden + "/" + run + "/" + KeptContents::kJournalRunFile), journal.folder() + "/" + run + "\n");
+    EXPECT_EQ(test::fileText(hidden + "/" + run + "/" + KeptContents::kJournalRunFile), journal.folder() + "/" + run + "\n");
     EXPECT_TRUE(std::filesystem::exists(hidden + "/" + std::string(kUndoJournalMarker)));
     EXPECT_EQ(undoLast(journal).restored(), 1u);
     EXPECT_EQ(other.read("f.txt"), "cat");

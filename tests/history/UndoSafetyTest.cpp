@@ -2,40 +2,25 @@
 // the same time, a full disk, a kill in the middle, a damaged journal.
 
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <fstream>
-#include <sstream>
 #include <thread>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "core/TemporaryFiles.h"
 #include "history/JournalRuns.h"
 #include "history/UndoTexts.h"
 #include "support/SmallDisk.h"
-#include "support/SystemCallFaults.h"
 #include "support/TempTree.h"
 
 namespace vantorel::history {
 namespace {
 
 using test::SmallDisk;
-using test::SystemCallFaults;
 using test::TempTree;
-using ::testing::ElementsAre;
 using ::testing::HasSubstr;
-
-// The tree without the names a killed run leaves for a moment.
-std::map<std::string, std::string> filesIn(const TempTree& tree) {
-    std::map<std::string, std::string> files = tree.snapshot();
-    std::erase_if(files, [](const auto& file) {
-        return TemporaryFiles::isTemporaryName(file.first.substr(file.first.rfind('/') + 1));
-    });
-    return files;
-}
 
 class UndoSafetyTest : public ::testing::Test {
 protected:
@@ -143,18 +128,7 @@ TEST_F(UndoSafetyTest, AnUndoKilledInTheMiddleFinishesWhenRunAgain) {
     for (int i = 0; i < 5; ++i) tree.write("f" + std::to_string(i) + ".txt", "cat " + std::to_string(i));
     const auto before = tree.snapshot();
     replace("cat", "dog");
-    const pid_t child = ::fork();
-    if (child == 0) {
-        int renames = 0;
-        SystemCallFaults::beforeRename = [&](const std::string&, const std::string& to) {
-            if (to.rfind(tree.root(), 0) == 0 && ++renames == 3) ::_exit(0);
-        };
-        undoNext();
-        ::_exit(1);
-    }
-    int status = 0;
-    ASSERT_EQ(::waitpid(child, &status, 0), child);
-    ASSERT_EQ(WEXITSTATUS(status), 0);
+    ASSERT_TRUE(killedBeforeRename(tree.root(), 3, [&] { undoNext(); }));
     const UndoJournal::Undo again = undoNext();
     EXPECT_EQ(again.outcome.left(), 0u) << undoReport(again.outcome);
     EXPECT_TRUE(again.outcome.complete());
@@ -168,9 +142,7 @@ TEST_F(UndoSafetyTest, ADamagedRecordIsNamedAndEveryIntactOneIsRestored) {
     for (int i = 1; i <= 5; ++i) tree.write("f" + std::to_string(i) + ".txt", "cat");
     replace("cat", "dog");
     const std::string path = journal.folder() + "/" + journal.runs().front().name + "/" + UndoJournal::kJournalFile;
-    std::stringstream text;
-    text << std::ifstream(path, std::ios::binary).rdbuf();
-    std::string bytes = text.str();
+    std::string bytes = test::fileText(path);
     const std::size_t second = bytes.find(tree.path("f2.txt"));
     ASSERT_NE(second, std::string::npos);
     bytes[second + tree.root().size() + 2] ^= 0x01;  // "f2.txt" becomes "g2.txt"

@@ -34,11 +34,11 @@ TEST(BatchQueueTest, EachEntryIsLookedUpWithLetterCaseCountingOrNothingIsQueued)
             for (const FindReplaceJob& step : queue->steps) steps.emplace_back(step.findText, step.replaceText);
             EXPECT_EQ(steps, c.steps);
             EXPECT_EQ(queue->label, c.label);
-            EXPECT_TRUE(messages.shown.empty());
+            EXPECT_TRUE(messages.messages.empty());
         } else {
             EXPECT_FALSE(queue);
             ASSERT_EQ(messages.texts(), std::vector<std::string>{c.message});
-            EXPECT_EQ(messages.shown[0].icon, MessageIcon::None);
+            EXPECT_EQ(messages.messages[0].icon, MessageIcon::None);
         }
     }
 }

@@ -1,7 +1,6 @@
 #include "library/ExpressionLibrary.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
 
@@ -40,10 +39,10 @@ TEST_F(ExpressionLibraryTest, SaveRefusesWhatCannotBeSavedAndTouchesNothing) {
         {{"tab\there", "p", ""}, "The name, the expression and the replacement cannot hold tabs or line breaks."},
     };
     for (const auto& c : cases) {
-        messages.shown.clear();
+        messages.messages.clear();
         EXPECT_EQ(library.save(c.typed), ExpressionLibrary::SaveResult::Refused);
         ASSERT_EQ(messages.texts(), Texts{c.message});
-        EXPECT_EQ(messages.shown[0].icon, MessageIcon::None);
+        EXPECT_EQ(messages.messages[0].icon, MessageIcon::None);
     }
     EXPECT_EQ(file(), "a\t1\t\r\n");
     EXPECT_FALSE(state.changed);
@@ -55,10 +54,10 @@ TEST_F(ExpressionLibraryTest, ANewNameIsAppendedAsTypedAndAnnounced) {
     // Trailing spaces are kept, and make the name differ from "digits".
     EXPECT_EQ(library.save({"digits ", "[0-9]+", ""}, &index), ExpressionLibrary::SaveResult::Saved);
     EXPECT_EQ(index, 1u);
-    EXPECT_TRUE(messages.asked.empty());
+    EXPECT_TRUE(messages.questions.empty());
     EXPECT_EQ(file(), "digits\t\\d+\t\r\ndigits \t[0-9]+\t\r\n");
     ASSERT_EQ(messages.texts(), Texts{"digits  saved."});
-    EXPECT_EQ(messages.shown[0].icon, MessageIcon::Information);
+    EXPECT_EQ(messages.messages[0].icon, MessageIcon::Information);
     EXPECT_TRUE(state.changed);
     EXPECT_EQ(library.entries().size(), 2u);
 }
@@ -68,7 +67,7 @@ TEST_F(ExpressionLibraryTest, AnEqualNameWithoutRegardToCaseAsksAboutTheFirstOnl
     open(before);
     // No: nothing changes.
     EXPECT_EQ(library.save({"Foo", "new", "$1"}), ExpressionLibrary::SaveResult::Declined);
-    EXPECT_EQ(messages.asked, Texts{"This already exists. Update 'Foo' ?"});
+    EXPECT_EQ(messages.asked(), Texts{"This already exists. Update 'Foo' ?"});
     EXPECT_EQ(file(), before);
     EXPECT_FALSE(state.changed);
     // Yes: the first one keeps its place and takes the typed name.
@@ -76,21 +75,21 @@ TEST_F(ExpressionLibraryTest, AnEqualNameWithoutRegardToCaseAsksAboutTheFirstOnl
     std::size_t index = 99;
     EXPECT_EQ(library.save({"Foo", "new", "$1"}, &index), ExpressionLibrary::SaveResult::Updated);
     EXPECT_EQ(index, 1u);
-    EXPECT_EQ(messages.asked.size(), 2u);
+    EXPECT_EQ(messages.questions.size(), 2u);
     EXPECT_EQ(file(), "x\t1\t\r\nFoo\tnew\t$1\r\nFOO\tother\t\r\ntail\tt\t\r\n");
     EXPECT_TRUE(state.changed);
-    EXPECT_TRUE(messages.shown.empty());
+    EXPECT_TRUE(messages.messages.empty());
     // Letters beyond ASCII are compared without regard to case too.
     open("\xC3\x84rger\ta\t\r\n");
-    messages.asked.clear();
+    messages.questions.clear();
     library.save({"\xC3\xA4RGER", "b", ""});
-    EXPECT_EQ(messages.asked, Texts{"This already exists. Update '\xC3\xA4RGER' ?"});
+    EXPECT_EQ(messages.asked(), Texts{"This already exists. Update '\xC3\xA4RGER' ?"});
 }
 
 TEST_F(ExpressionLibraryTest, RemoveAsksAndLeavesTheChangedFlagAlone) {
     open("a\t1\t\r\n\r\nno tab\r\nb\t2\tx\ty\r\nc\t3\tz\r\n");
     EXPECT_FALSE(library.remove(0));
-    EXPECT_EQ(messages.asked, Texts{"Remove 'a' from library?"});
+    EXPECT_EQ(messages.asked(), Texts{"Remove 'a' from library?"});
     EXPECT_EQ(library.entries().size(), 3u);
     messages.answers = {true};
     EXPECT_TRUE(library.remove(2));

@@ -19,19 +19,17 @@ std::vector<std::string> namesInOrder(const std::vector<ResultRow>& rows, std::s
     return names;
 }
 
-TEST(ResultSort, NumbersSortAsNumbersNotAsText) {
+TEST(ResultSort, NumbersAndDatesSortByValueNotAsText) {
     const std::vector<ResultRow> rows = {row("a", 10, 9, 0), row("b", 9, 100, 0), row("c", 100, 10, 0)};
     EXPECT_EQ(namesInOrder(rows, 3, false), (std::vector<std::string>{"a", "c", "b"}));  // sizes 9 10 100
     EXPECT_EQ(namesInOrder(rows, 3, true), (std::vector<std::string>{"b", "c", "a"}));
     EXPECT_EQ(namesInOrder(rows, 2, false), (std::vector<std::string>{"b", "a", "c"}));  // matches 9 10 100
-}
 
-TEST(ResultSort, DatesSortChronologically) {
     // 2001-09-09 sorts after 1999-12-31 even though "1" < "9" would say otherwise as plain numbers' text.
-    const std::vector<ResultRow> rows = {row("late", 1, 1, 1000000000), row("early", 1, 1, 946598400),
-                                         row("first", 1, 1, 86400)};
-    EXPECT_EQ(namesInOrder(rows, 4, false), (std::vector<std::string>{"first", "early", "late"}));
-    EXPECT_EQ(namesInOrder(rows, 4, true), (std::vector<std::string>{"late", "early", "first"}));
+    const std::vector<ResultRow> dated = {row("late", 1, 1, 1000000000), row("early", 1, 1, 946598400),
+                                          row("first", 1, 1, 86400)};
+    EXPECT_EQ(namesInOrder(dated, 4, false), (std::vector<std::string>{"first", "early", "late"}));
+    EXPECT_EQ(namesInOrder(dated, 4, true), (std::vector<std::string>{"late", "early", "first"}));
 }
 
 TEST(ResultSort, TextIgnoresCaseAndEqualRowsKeepTheirOrder) {

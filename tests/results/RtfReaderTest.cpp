@@ -2,13 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <sstream>
+#include "support/TempTree.h"
 
 namespace vantorel {
 namespace {
 
-TEST(RtfReader, ReadsTextBoldColoursAndBreaks) {
+TEST(RtfReader, ReadsTextBoldColoursAndBreaksAndRefusesWhatIsNotRtf) {
     const std::string rtf =
         "{\\rtf1\\ansi\\ansicpg1252{\\fonttbl{\\f0 Arial;}}{\\colortbl ;\\red0\\green0\\blue255;"
         "\\red128\\green128\\blue128;}\n{\\*\\generator Writer;}\\f0\\fs20 "
@@ -23,19 +22,15 @@ TEST(RtfReader, ReadsTextBoldColoursAndBreaks) {
         {"\ty\r\ncaf\xC3\xA9 \xE2\x82\xAC{}\\", kBlack, false},
     };
     EXPECT_EQ(text, expected);
-}
 
-TEST(RtfReader, RefusesWhatIsNotRtf) {
     EXPECT_THROW(RtfReader::read("plain text"), std::invalid_argument);
     EXPECT_THROW(RtfReader::read("{\\rtf1 open group"), std::invalid_argument);
 }
 
 TEST(RtfReader, TheShippedIntroductionReads) {
-    std::ifstream in(VANTOREL_DATA_DIR "/intro.rtf", std::ios::binary);
-    ASSERT_TRUE(in);
-    std::ostringstream bytes;
-    bytes << in.rdbuf();
-    const StyledText text = RtfReader::read(bytes.str());
+    const std::string bytes = test::fileText(VANTOREL_DATA_DIR "/intro.rtf");
+    ASSERT_FALSE(bytes.empty());
+    const StyledText text = RtfReader::read(bytes);
     std::string all;
     bool anyBold = false;
     for (const StyledRun& run : text) {

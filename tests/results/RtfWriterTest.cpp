@@ -1,11 +1,9 @@
 #include "results/RtfWriter.h"
 
-#include <cstdio>
-#include <fstream>
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "support/CommandOutput.h"
 #include "support/TempTree.h"
 
 namespace vantorel {
@@ -16,15 +14,7 @@ using ::testing::HasSubstr;
 // What an independent reader (unrtf, a Debian package) makes of a document.
 std::string readWithUnrtf(const std::string& rtf, const char* format) {
     test::TempTree tree;
-    const std::string file = tree.write("doc.rtf", rtf);
-    const std::string command = std::string("unrtf --") + format + " '" + file + "' 2>/dev/null";
-    std::FILE* pipe = ::popen(command.c_str(), "r");
-    if (!pipe) return {};
-    std::string out;
-    char buffer[4096];
-    while (const std::size_t n = std::fread(buffer, 1, sizeof buffer, pipe)) out.append(buffer, n);
-    ::pclose(pipe);
-    return out;
+    return test::commandOutput(std::string("unrtf --") + format + " '" + tree.write("doc.rtf", rtf) + "'").value_or("");
 }
 
 const StyledText kPreview = {

@@ -44,14 +44,5 @@ TEST(AsciiLiteralFinderTest, FindsWhatTheEngineFindsIgnoringCase) {
     }
 }
 
-TEST(AsciiLiteralFinderTest, MatchesDoNotOverlapAndReachTheEnd) {
-    const Regex pattern("aA", true);
-    const std::string text = std::string(37, 'a');
-    const auto found = matchSpans(pattern.forEncoding(TextEncoding::Utf8), text);
-    ASSERT_EQ(found.size(), 18u);
-    EXPECT_EQ(found.back(), (std::pair<std::size_t, std::size_t>{34, 36}));
-    EXPECT_EQ(pattern.forEncoding(TextEncoding::Utf8).countMatches("short"), 0u);
-}
-
 }  // namespace
 }  // namespace vantorel

@@ -19,6 +19,7 @@
 #include "history/UndoJournal.h"
 #include "search/SearchRun.h"
 #include "support/RecordingHost.h"
+#include "support/Replacing.h"
 #include "support/SmallDisk.h"
 #include "support/SystemCallFaults.h"
 #include "support/TempTree.h"
@@ -27,45 +28,17 @@ namespace vantorel {
 namespace {
 
 using test::RecordingHost;
+using test::Replaced;
+using test::replaceRequest;
+using test::runReplace;
 using test::SmallDisk;
 using test::SystemCallFaults;
 using test::TempTree;
+using test::writeStatusOf;
 using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::Not;
-
-struct Replaced {
-    std::vector<FileReport> rows;
-    std::vector<std::string> messages;
-};
-
-RunRequest job(const std::string& folder, std::string find, std::string replacement) {
-    RunRequest r;
-    r.kind = RunKind::Replace;
-    r.jobs = {{std::move(find), std::move(replacement)}};
-    r.filter = "*.txt";
-    r.startFolder = folder;
-    return r;
-}
-
-Replaced replace(const RunRequest& r, RecordingHost& host) {
-    SearchState state;
-    if (host.answers.empty()) host.answers = {true};
-    RunSearch(r, state, host);
-    return {host.rows, host.messageTexts()};
-}
-
-Replaced replace(const RunRequest& r) {
-    RecordingHost host;
-    return replace(r, host);
-}
-
-std::string statusOf(const Replaced& run, const std::string& path) {
-    for (const FileReport& row : run.rows)
-        if (row.path == path && row.write) return std::string(writeStatusName(row.write->status));
-    return "no row";
-}
 
 // A folder of the tree swapped for a link to a folder outside it, whose file
 // of the same name holds the same text: nothing outside is ever written,
@@ -95,15 +68,15 @@ TEST(ReplaceSafetyTest, AFolderSwappedForALinkIsNeverEnteredByAWrite) {
                     if (to == tree.path("a.txt")) swap();
                 };
             }
-            RunRequest r = job(tree.root(), "cat", "dog");
+            RunRequest r = replaceRequest(tree.root(), "cat", "dog");
             r.makeBackups = backups;
             r.threads = 2;
-            const Replaced run = replace(r, host);
+            const Replaced run = runReplace(r, host);
             EXPECT_EQ(outside.snapshot(), (std::map<std::string, std::string>{{"f.txt", "420 cat"}}))
                 << static_cast<int>(when) << backups;
             EXPECT_EQ(tree.read("moved/f.txt"), "cat");
             EXPECT_EQ(tree.read("a.txt"), "dog");
-            EXPECT_EQ(statusOf(run, tree.path("sub/f.txt")), "changed-meanwhile");
+            EXPECT_EQ(writeStatusOf(run, tree.path("sub/f.txt")), "changed-meanwhile");
             EXPECT_THAT(run.messages, Contains(tree.path("sub/f.txt") +
                                                " can no longer be reached without following a link (a folder on its "
                                                "way was moved or replaced); it was not changed."));
@@ -126,7 +99,7 @@ TEST(ReplaceSafetyTest, AFileRewrittenInPlaceWithItsTimePutBackIsReadAgain) {
         ::futimens(fd, times);
         ::close(fd);
     };
-    replace(job(tree.root(), "cat", "dog"), host);
+    runReplace(replaceRequest(tree.root(), "cat", "dog"), host);
     EXPECT_EQ(tree.read("f.txt"), "dog two");
 }
 
@@ -138,19 +111,19 @@ TEST(ReplaceSafetyTest, TwoReplacesAtOnceNeverLoseAChangeTheyReport) {
         TempTree tree;
         for (int i = 0; i < kFiles; ++i) tree.write("f" + std::to_string(i) + ".txt", "cat cow");
         Replaced first, second;
-        RunRequest dogs = job(tree.root(), "cat", "dog"), emus = job(tree.root(), "cow", "emu");
+        RunRequest dogs = replaceRequest(tree.root(), "cat", "dog"), emus = replaceRequest(tree.root(), "cow", "emu");
         dogs.threads = emus.threads = 2;
         std::latch bothAsked(2);  // their writing passes start together
         RecordingHost dogHost, emuHost;
         dogHost.onQuestion = emuHost.onQuestion = [&](const Message&) { bothAsked.arrive_and_wait(); };
-        std::thread other([&] { second = replace(emus, emuHost); });
-        first = replace(dogs, dogHost);
+        std::thread other([&] { second = runReplace(emus, emuHost); });
+        first = runReplace(dogs, dogHost);
         other.join();
         int lost = 0;
         for (int i = 0; i < kFiles; ++i) {
             const std::string name = "f" + std::to_string(i) + ".txt", text = tree.read(name);
-            if (statusOf(first, tree.path(name)) == "written" && text.find("dog") == std::string::npos) ++lost;
-            if (statusOf(second, tree.path(name)) == "written" && text.find("emu") == std::string::npos) ++lost;
+            if (writeStatusOf(first, tree.path(name)) == "written" && text.find("dog") == std::string::npos) ++lost;
+            if (writeStatusOf(second, tree.path(name)) == "written" && text.find("emu") == std::string::npos) ++lost;
             if (text == "cat cow") ++lost;  // neither
         }
         ASSERT_EQ(lost, 0) << "trial " << trial;
@@ -167,11 +140,11 @@ TEST(ReplaceSafetyTest, AStopWritesTheFilesWhoseNewTextIsFinished) {
     SystemCallFaults::beforeSyncfs = [&] { state.stopRequested = true; };
     RecordingHost host;
     host.answers = {true};
-    RunRequest r = job(tree.root(), "a", "b");
+    RunRequest r = replaceRequest(tree.root(), "a", "b");
     r.threads = 2;
     RunSearch(r, state, host);
     for (int i = 0; i < 6; ++i) EXPECT_EQ(tree.read("f" + std::to_string(i) + ".txt"), std::string(100000, 'b'));
-    EXPECT_THAT(host.messageTexts(),
+    EXPECT_THAT(host.texts(),
                 ElementsAre("Replace operation stopped. Any replacements already made will not be undone.",
                             "6 files processed, 600000 occurences changed in 6 file(s)"));
 }
@@ -189,7 +162,7 @@ TEST(ReplaceSafetyTest, AStopAtAnyMomentCountsExactlyWhatWasWritten) {
         host.onRow = [&](const FileReport& row) {
             if (row.write && ++rows == stopAfter) state.stopRequested = true;
         };
-        RunRequest r = job(tree.root(), "x", "y");
+        RunRequest r = replaceRequest(tree.root(), "x", "y");
         r.makeBackups = stopAfter % 2 == 1;
         r.threads = 2;
         RunSearch(r, state, host);
@@ -199,7 +172,7 @@ TEST(ReplaceSafetyTest, AStopAtAnyMomentCountsExactlyWhatWasWritten) {
             ASSERT_TRUE(contents == "420 x x" || contents == "420 y y") << name << ": " << contents;
             written += contents == "420 y y";
         }
-        EXPECT_THAT(host.messageTexts(), ElementsAre(HasSubstr("Replace operation stopped."),
+        EXPECT_THAT(host.texts(), ElementsAre(HasSubstr("Replace operation stopped."),
                                                      std::to_string(written) + " files processed, " +
                                                          std::to_string(2 * written) + " occurences changed in " +
                                                          std::to_string(written) + " file(s)"));
@@ -222,8 +195,8 @@ TEST(ReplaceSafetyTest, AnotherUsersFileIsLeftWithItsOwnerNotTakenOver) {
         ::close(pipes[0]);
         if (::setgroups(0, nullptr) != 0 || ::setresgid(5001, 5001, 5001) != 0 || ::setresuid(5001, 5001, 5001) != 0)
             ::_exit(3);
-        const Replaced run = replace(job(tree.root(), "cat", "dog"));
-        const std::string statuses = statusOf(run, theirs) + " " + statusOf(run, mine);
+        const Replaced run = runReplace(replaceRequest(tree.root(), "cat", "dog"));
+        const std::string statuses = writeStatusOf(run, theirs) + " " + writeStatusOf(run, mine);
         ::write(pipes[1], statuses.data(), statuses.size());
         ::_exit(0);
     }
@@ -260,10 +233,10 @@ TEST(ReplaceSafetyTest, UndoGivesWayWhenTheDiskIsTooSmallToKeepTheOldContents) {
             SystemCallFaults::beforeSyncfs = [&, filled = false]() mutable {
                 if (!std::exchange(filled, true)) disk.fill(kSize * 3 / 2);
             };
-        RunRequest r = job(disk.tree().root(), "a", "b");
+        RunRequest r = replaceRequest(disk.tree().root(), "a", "b");
         r.journal = &journal;
         r.threads = 2;
-        const Replaced run = replace(r);
+        const Replaced run = runReplace(r);
         int written = 0;
         for (int i = 0; i < kFiles; ++i) written += disk.tree().read("f" + std::to_string(i) + ".txt")[0] == 'b';
         EXPECT_EQ(written, kFiles) << "fills during the run: " << fillsDuringTheRun;

@@ -16,6 +16,7 @@
 #include "files/FileFunctions.h"
 #include "search/SearchRun.h"
 #include "support/RecordingHost.h"
+#include "support/Replacing.h"
 #include "support/SystemCallFaults.h"
 #include "support/TempTree.h"
 
@@ -24,39 +25,22 @@ namespace {
 
 using test::RecordingHost;
 using test::SystemCallFaults;
+using test::Replaced;
 using test::TempTree;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-struct Replaced {
-    std::vector<std::string> events;  // with the tree's root taken out
-    std::vector<FileReport> rows;
-    std::vector<std::string> messages;
-};
-
 Replaced replace(const TempTree& tree, RunRequest r, unsigned threads = 1,
-            std::function<void(const FileReport&)> onRow = nullptr) {
-    SearchState state;
+                 std::function<void(const FileReport&)> onRow = nullptr) {
     RecordingHost host;
-    host.answers = {true};
     host.onRow = std::move(onRow);
-    r.kind = RunKind::Replace;
     r.startFolder = tree.root();
     r.threads = threads;
-    RunSearch(r, state, host);
-    Replaced run{{}, host.rows, host.messageTexts()};
-    for (std::string event : host.events) {
-        for (std::size_t at; (at = event.find(tree.root())) != std::string::npos;) event.erase(at, tree.root().size());
-        run.events.push_back(event);
-    }
-    return run;
+    return test::runReplace(r, host);
 }
 
 RunRequest job(std::string find, std::string replacement, std::string filter = "*.txt") {
-    RunRequest r;
-    r.jobs = {{std::move(find), std::move(replacement)}};
-    r.filter = std::move(filter);
-    return r;
+    return test::replaceRequest("", std::move(find), std::move(replacement), std::move(filter));
 }
 
 TEST(ReplaceWriteTest, AFileReachedUnderSeveralNamesIsReplacedOnceUnderItsFirstName) {
@@ -90,13 +74,9 @@ TEST(ReplaceWriteTest, ABackupThatReplacesALaterListedFileGivesWhatOneThreadGive
         RunRequest r = job("cat", "dog", "*");
         r.makeBackups = true;
         const Replaced run = replace(tree, r, threads);
-        std::vector<std::string> files;
-        for (const auto& entry : std::filesystem::directory_iterator(tree.root()))
-            files.push_back(entry.path().filename().string() + "=" + tree.read(entry.path().filename()));
-        std::sort(files.begin(), files.end());
         EXPECT_EQ(tree.read("a0.bak"), "dog b.c 0");
         EXPECT_EQ(tree.read("a0.bak.bak"), "cat b.c 0");
-        return std::make_pair(run.events, files);
+        return std::make_pair(run.events, tree.snapshot());
     };
     EXPECT_EQ(runWith(1), runWith(4));
 }
@@ -261,9 +241,7 @@ TEST(ReplaceWriteTest, NewFilesTheDiskFailsToTakeReplaceNothing) {
                                           "Error writing " + tree.path("sub/c.txt") + why,
                                           "3 files processed, 0 occurences changed in 0 file(s)"));
     for (const char* name : {"a.txt", "b.txt", "sub/c.txt"}) EXPECT_EQ(tree.read(name), "old");
-    std::size_t files = 0;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(tree.root())) files += entry.is_regular_file();
-    EXPECT_EQ(files, 3u);  // no new file left behind
+    EXPECT_EQ(tree.snapshot().size(), 3u);  // no new file left behind
 }
 
 TEST(ReplaceWriteTest, Utf16FilesAreSearchedAndWrittenBackInUtf16WithTheirMark) {

@@ -1,10 +1,6 @@
 #include "search/SearchRun.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <filesystem>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -12,6 +8,7 @@
 #include "files/FileFunctions.h"
 #include "search/Regex.h"
 #include "support/RecordingHost.h"
+#include "support/Replacing.h"
 #include "support/TempTree.h"
 
 namespace vantorel {
@@ -25,13 +22,8 @@ using ::testing::IsEmpty;
 class SearchRunTest : public ::testing::Test {
 protected:
     RunRequest request(RunKind kind, std::string find, std::string replace = "") {
-        RunRequest r;
-        r.kind = kind;
-        r.jobs.push_back({std::move(find), std::move(replace)});
-        r.startFolder = tree.root();
-        r.filter = "*.txt";
-        r.threads = 1;
-        return r;
+        return RunRequest{.kind = kind, .jobs = {{std::move(find), std::move(replace)}}, .startFolder = tree.root(),
+                          .filter = "*.txt", .threads = 1};
     }
     RunOutcome run(const RunRequest& r) { return RunSearch(r, state, host); }
     std::string rowsText() const {
@@ -61,10 +53,10 @@ TEST_F(SearchRunTest, FindListsFilesWithMatchesAndEndsWithTheStatusAlone) {
     EXPECT_EQ(host.rows[0].characters, 17u);
 }
 
-TEST_F(SearchRunTest, TellsWhenNothingIsFoundOrNoFileMatchesTheFilter) {
+TEST_F(SearchRunTest, TellsWhenNothingIsFoundOrNoFileMatchesTheFilterAndAsksNothing) {
     tree.write("a.txt", "text");
     run(request(RunKind::Find, "absent"));
-    EXPECT_THAT(host.messageTexts(), ElementsAre("No matches found in files."));
+    EXPECT_THAT(host.texts(), ElementsAre("No matches found in files."));
     EXPECT_EQ(host.messages[0].title, "Search Complete");
     EXPECT_EQ(host.statuses.back(), "1 files processed, 0 occurences found in 0 file(s)");
 
@@ -74,41 +66,35 @@ TEST_F(SearchRunTest, TellsWhenNothingIsFoundOrNoFileMatchesTheFilter) {
         r.filter = filter;
         const RunOutcome outcome = run(r);
         EXPECT_TRUE(outcome.noFiles);
-        EXPECT_THAT(host.messageTexts(), ElementsAre("No files found in search path matching filter."));
+        EXPECT_THAT(host.texts(), ElementsAre("No files found in search path matching filter."));
     }
+    host = RecordingHost();
+    run(request(RunKind::Replace, "zzz", "y"));
+    EXPECT_THAT(host.questions, IsEmpty());
+    EXPECT_THAT(host.texts(),
+                ElementsAre("1 files processed, 0 occurences changed in 0 file(s)", "No matches found in files."));
 }
 
 TEST_F(SearchRunTest, ValidatesEveryPatternThenTheFilterThenTheFolder) {
     tree.write("a.txt", "abc");
-    struct Case {
+    const std::string missing = tree.path("missing"), regex = "Regular Expression is invalid - please check syntax.",
+                      filter = "Please enter a valid file type filter (eg. *.txt)",
+                      folder = "Missing or invalid start location";
+    const struct {
         std::vector<std::string> finds;
-        std::string filter;
-        std::string folder;
-        std::string message;
-    };
-    const std::string missing = tree.path("missing");
-    const std::vector<Case> cases = {
-        {{"(abc"}, "", missing, "Regular Expression is invalid - please check syntax."},
-        {{"a", "(b", "c"}, "*.txt", tree.root(), "Regular Expression is invalid - please check syntax."},
-        {{"abc"}, "", missing, "Please enter a valid file type filter (eg. *.txt)"},
-        {{"abc"}, "*.txt", missing, "Missing or invalid start location"},
-        {{"abc"}, "*.txt", "", "Missing or invalid start location"},
-        {{"abc"}, "*.txt", tree.path("a.txt"), "Missing or invalid start location"},
+        std::string filter, folder, message;
+    } cases[] = {
+        {{"(abc"}, "", missing, regex}, {{"a", "(b", "c"}, "*.txt", tree.root(), regex}, {{"abc"}, "", missing, filter},
+        {{"abc"}, "*.txt", missing, folder}, {{"abc"}, "*.txt", "", folder}, {{"abc"}, "*.txt", tree.path("a.txt"), folder},
         // The system would read both only up to the NUL.
-        {{"abc"}, "*.txt", tree.root() + std::string(1, '\0') + "/x", "Missing or invalid start location"},
-        {{"abc"}, std::string("*.txt\0*.log", 11), tree.root(), "Please enter a valid file type filter (eg. *.txt)"},
-    };
-    for (const Case& c : cases) {
+        {{"abc"}, "*.txt", tree.root() + std::string(1, '\0') + "/x", folder},
+        {{"abc"}, std::string("*.txt\0*.log", 11), tree.root(), filter}};
+    for (const auto& c : cases) {
         host = RecordingHost();
-        RunRequest r = request(RunKind::Find, "");
-        r.regularExpression = true;
-        r.jobs.clear();
+        RunRequest r{.kind = RunKind::Find, .startFolder = c.folder, .filter = c.filter, .regularExpression = true};
         for (const std::string& find : c.finds) r.jobs.push_back({find, ""});
-        r.filter = c.filter;
-        r.startFolder = c.folder;
-        const RunOutcome outcome = run(r);
-        EXPECT_EQ(outcome.result, RunResult::Refused);
-        EXPECT_THAT(host.messageTexts(), ElementsAre(c.message));
+        EXPECT_EQ(run(r).result, RunResult::Refused);
+        EXPECT_THAT(host.texts(), ElementsAre(c.message));
         EXPECT_EQ(host.messages[0].icon, MessageIcon::Information);
         EXPECT_THAT(host.events, ElementsAre("message:Vantorel:" + c.message, "finished"));
     }
@@ -119,7 +105,7 @@ TEST_F(SearchRunTest, ValidatesEveryPatternThenTheFilterThenTheFolder) {
     EXPECT_EQ(run(r).invalidJob, 1u);
 }
 
-TEST_F(SearchRunTest, ReplacingWithNothingIsConfirmedFirst) {
+TEST_F(SearchRunTest, ReplacingWithNothingIsConfirmedFirstAndANoToEitherQuestionLeavesTheFiles) {
     tree.write("a.txt", "a.b a.b");
     run(request(RunKind::Replace, "a.b", ""));
     ASSERT_EQ(host.questions.size(), 1u);
@@ -128,71 +114,50 @@ TEST_F(SearchRunTest, ReplacingWithNothingIsConfirmedFirst) {
     EXPECT_THAT(host.messages, IsEmpty());
     EXPECT_EQ(tree.read("a.txt"), "a.b a.b");
 
+    // No to the count: the rows stay, and the run reports a search.
+    host = RecordingHost();
+    host.answers = {true};
+    const RunOutcome declined = run(request(RunKind::Replace, "a.b", ""));
+    EXPECT_FALSE(declined.replaced);
+    EXPECT_EQ(tree.read("a.txt"), "a.b a.b");
+    EXPECT_EQ(rowsText(), "a.txt:2 ");
+    EXPECT_EQ(declined.statusText, "1 files processed, 2 occurences found in 1 file(s)");
+    EXPECT_THAT(host.messages, IsEmpty());
+    EXPECT_EQ(state.previewPattern, "a\\.b");
+
     host = RecordingHost();
     host.answers = {true, true};
     run(request(RunKind::Replace, "a.b", ""));
     EXPECT_EQ(tree.read("a.txt"), " ");
 }
 
-TEST_F(SearchRunTest, ReplaceCountsAsksOnceThenRewritesTheFiles) {
-    tree.write("a.txt", "colour colour");
+TEST_F(SearchRunTest, ReplaceCountsShowsEachFilesSectionAsksOnceThenRewritesTheFiles) {
+    tree.write("a.txt", "colour colour", 0640);
     tree.write("b.txt", "nothing");
     tree.write("sub/c.txt", "Colour");
     host.answers = {true};
     RunRequest r = request(RunKind::Replace, "colour", "color");
     r.ignoreCase = true;
-    const RunOutcome outcome = run(r);
-    EXPECT_TRUE(outcome.replaced);
+    r.threads = 3;
+    r.previewSection = [](const std::string& path, std::string_view text, TextEncoding, const CompiledPattern& pattern) {
+        return StyledText{{FileNameOf(path) + "=" + std::to_string(pattern.countMatches(text)) + ":" + std::string(text), kGrey, true}};
+    };
+    EXPECT_TRUE(run(r).replaced);
     EXPECT_EQ(tree.read("a.txt"), "color color");
+    EXPECT_EQ(tree.mode("a.txt"), 0640);
     EXPECT_EQ(tree.read("b.txt"), "nothing");
     EXPECT_EQ(tree.read("sub/c.txt"), "color");
     const std::string a = tree.path("a.txt"), c = tree.path("sub/c.txt");
+    // Each section comes before its row, in the searching pass only.
     EXPECT_THAT(host.events,
-                ElementsAre("started", "clear", "pass:counting", "row:" + a + ":2", "row:" + c + ":1",
-                            "ask:Replace 3 occurences in 2 file(s) ?:yes", "clear", "pass:writing",
-                            "row:" + a + ":2", "row:" + c + ":1",
+                ElementsAre("started", "clear", "pass:counting", "preview:a.txt=2:colour colour", "row:" + a + ":2",
+                            "preview:c.txt=1:Colour", "row:" + c + ":1", "ask:Replace 3 occurences in 2 file(s) ?:yes",
+                            "clear", "pass:writing", "row:" + a + ":2", "row:" + c + ":1",
                             "message:Replace Operation Complete:3 files processed, 3 occurences changed in 2 file(s)",
                             "finished"));
     EXPECT_EQ(state.previewPattern, "color");
     EXPECT_NE(std::find(host.statuses.begin(), host.statuses.end(), "Replace Files?"), host.statuses.end());
     EXPECT_NE(std::find(host.statuses.begin(), host.statuses.end(), "Replacing:c.txt"), host.statuses.end());
-}
-
-TEST_F(SearchRunTest, DecliningLeavesFilesAndRowsAndReportsASearch) {
-    tree.write("a.txt", "x x");
-    const RunOutcome outcome = run(request(RunKind::Replace, "x", "y"));
-    EXPECT_FALSE(outcome.replaced);
-    EXPECT_EQ(tree.read("a.txt"), "x x");
-    EXPECT_EQ(rowsText(), "a.txt:2 ");
-    EXPECT_EQ(outcome.statusText, "1 files processed, 2 occurences found in 1 file(s)");
-    EXPECT_THAT(host.messages, IsEmpty());
-    EXPECT_EQ(state.previewPattern, "x");
-}
-
-TEST_F(SearchRunTest, ReplaceWithoutMatchesAsksNothingAndWalksNoFile) {
-    tree.write("a.txt", "abc");
-    tree.write("b.txt", "def");
-    run(request(RunKind::Replace, "zzz", "y"));
-    EXPECT_THAT(host.questions, IsEmpty());
-    EXPECT_THAT(host.messageTexts(),
-                ElementsAre("2 files processed, 0 occurences changed in 0 file(s)", "No matches found in files."));
-}
-
-TEST_F(SearchRunTest, BackupsKeepTheOldContentsUnderTheBakName) {
-    tree.write("data.csv", "v1", 0640);
-    tree.write("data.bak", "an older backup");
-    tree.write("old.bak", "v1");
-    host.answers = {true};
-    RunRequest r = request(RunKind::Replace, "v1", "v2");
-    r.filter = "*.csv;old.bak";
-    r.makeBackups = true;
-    run(r);
-    EXPECT_EQ(tree.read("data.csv"), "v2");
-    EXPECT_EQ(tree.read("data.bak"), "v1");
-    EXPECT_EQ(tree.mode("data.csv"), 0640);
-    EXPECT_EQ(tree.read("old.bak.bak"), "v1");
-    EXPECT_EQ(tree.read("old.bak"), "v2");
-    EXPECT_EQ(host.messages.size(), 1u);  // the summary alone
 }
 
 TEST_F(SearchRunTest, JobsRunInOrderAndEachSeesTheTextTheLastOneLeft) {
@@ -220,105 +185,74 @@ TEST_F(SearchRunTest, ExtractGathersEveryMatchInFileAndMatchOrder) {
     EXPECT_EQ(host.events[4], "row:" + tree.path("1.txt") + ":2");
 }
 
-TEST_F(SearchRunTest, ShowAllListsFilesWithoutMatchesButNeverEmptyOnes) {
-    tree.write("a.txt", "abc");
-    tree.write("empty.txt", "");
-    tree.write("nul.txt", std::string("a\0b", 3));
-    RunRequest r = request(RunKind::Find, "b");
-    r.showAll = true;
-    run(r);
-    EXPECT_EQ(rowsText(), "a.txt:1 nul.txt:1 ");
-    EXPECT_EQ(host.rows[1].characters, 3u);
-    host = RecordingHost();
-    r.jobs[0].findText = "zzz";
-    run(r);
-    EXPECT_EQ(rowsText(), "a.txt:0 nul.txt:0 ");
-}
-
-TEST_F(SearchRunTest, MarkedFilesRunTakesOnlyThoseAndChecksTheirRows) {
+TEST_F(SearchRunTest, MarkedFilesRunTakesOnlyThoseChecksTheirRowsAndReportsTheUnreadable) {
     const std::string a = tree.write("a.txt", "x");
     tree.write("b.txt", "x");
     const std::string c = tree.write("sub/c.txt", "y");
+    const std::string folder = tree.mkdir("folder.txt");
     RunRequest r = request(RunKind::Find, "x");
     r.markedOnly = true;
-    r.markedFiles = {c, a, tree.path("vanished.txt")};
+    r.markedFiles = {c, folder, a, tree.path("vanished.txt")};
     const RunOutcome outcome = run(r);
     EXPECT_EQ(rowsText(), "sub/c.txt:0 a.txt:1 ");
     EXPECT_TRUE(host.rows[0].marked && host.rows[1].marked);
-    EXPECT_EQ(outcome.filesDone, 3u);
-    EXPECT_THAT(host.messages, IsEmpty());
+    EXPECT_EQ(outcome.filesDone, 4u);
+    EXPECT_THAT(host.texts(), ElementsAre("Error reading " + folder + "\r\nIs a directory"));
 }
 
-TEST_F(SearchRunTest, UnreadableFilesAreReportedAndPassedOver) {
-    const std::string folder = tree.mkdir("folder.txt");
-    tree.write("a.txt", "x");
-    RunRequest r = request(RunKind::Find, "x");
-    r.markedOnly = true;
-    r.markedFiles = {folder, tree.path("a.txt")};
-    run(r);
-    EXPECT_THAT(host.messageTexts(), ElementsAre("Error reading " + folder + "\r\nIs a directory"));
-    EXPECT_EQ(rowsText(), "a.txt:1 ");
-}
-
-TEST_F(SearchRunTest, AStopAskedForBeforeTheRunGetsGoingIsKept) {
-    tree.write("a.txt", "x");
-    state.stopRequested = true;  // Stop, or a closing window, before the worker started
-    const RunOutcome outcome = run(request(RunKind::Find, "x"));
-    EXPECT_TRUE(outcome.stopped);
-    EXPECT_EQ(rowsText(), "");
-}
-
-TEST_F(SearchRunTest, StopDuringTheCountingPassEndsAsAStoppedSearch) {
+TEST_F(SearchRunTest, AStopBeforeTheRunOrDuringTheCountingPassEndsAsAStoppedSearch) {
     tree.write("a.txt", "x");
     tree.write("b.txt", "x");
+    state.stopRequested = true;  // Stop, or a closing window, before the worker started
+    EXPECT_TRUE(run(request(RunKind::Find, "x")).stopped);
+    EXPECT_EQ(rowsText(), "");
+    state.stopRequested = false;
+    host = RecordingHost();
     host.onRow = [this](const FileReport&) { state.stopRequested = true; };
     const RunOutcome outcome = run(request(RunKind::Replace, "x", "y"));
     EXPECT_FALSE(outcome.replaced);
     EXPECT_TRUE(outcome.stopped);
     EXPECT_THAT(host.questions, IsEmpty());
     EXPECT_EQ(rowsText(), "a.txt:1 ");
-    EXPECT_THAT(host.messageTexts(), ElementsAre("Search operation stopped."));
+    EXPECT_THAT(host.texts(), ElementsAre("Search operation stopped."));
     EXPECT_EQ(tree.read("a.txt"), "x");
 }
 
-TEST_F(SearchRunTest, StopDuringTheWritingPassWritesWhatIsFinishedAndCountsIt) {
-    // Flushed together, both new files are finished before the first is
-    // renamed into place; one by one (backups), the second is not begun.
-    for (const bool backups : {false, true}) {
-        TempTree tree;
-        tree.write("a.txt", "x");
-        tree.write("b.txt", "x");
-        SearchState state;
-        RecordingHost host;
-        host.answers = {true};
-        host.onRow = [&](const FileReport& row) {
-            if (row.write) state.stopRequested = true;  // in the writing pass
-        };
-        RunRequest r = request(RunKind::Replace, "x", "y");
-        r.startFolder = tree.root();
-        r.makeBackups = backups;
-        const RunOutcome outcome = RunSearch(r, state, host);
-        EXPECT_TRUE(outcome.replaced);
-        EXPECT_EQ(tree.read("a.txt"), "y");
-        EXPECT_EQ(tree.read("b.txt"), backups ? "x" : "y");
-        const std::string summary = backups ? "1 files processed, 1 occurences changed in 1 file(s)"
-                                            : "2 files processed, 2 occurences changed in 2 file(s)";
-        EXPECT_THAT(host.messageTexts(),
-                    ElementsAre("Replace operation stopped. Any replacements already made will not be undone.", summary));
-    }
+// Written one by one (with backups), the file after a stop is not begun;
+// flushed together, those finished are written (ReplaceSafetyTest).
+TEST_F(SearchRunTest, StopDuringTheWritingPassOfFilesWrittenOneByOneLeavesTheRest) {
+    tree.write("a.txt", "x");
+    tree.write("b.txt", "x");
+    host.answers = {true};
+    host.onRow = [this](const FileReport& row) {
+        if (row.write) state.stopRequested = true;
+    };
+    RunRequest r = request(RunKind::Replace, "x", "y");
+    r.makeBackups = true;
+    EXPECT_TRUE(run(r).replaced);
+    EXPECT_EQ(tree.read("a.txt") + tree.read("b.txt"), "yx");
+    EXPECT_THAT(host.texts(), ElementsAre("Replace operation stopped. Any replacements already made will not be undone.",
+                                                 "1 files processed, 1 occurences changed in 1 file(s)"));
 }
 
-TEST_F(SearchRunTest, SizesAreCharactersAlsoWhenTheSearchNeedsNoEncoding) {
+// Sizes are in characters, also when the search needs no decoding.
+TEST_F(SearchRunTest, ShowAllListsFilesWithoutMatchesButNeverEmptyOnesWithTheirSizesInCharacters) {
     tree.write("a.txt", "caf\xc3\xa9 cat");  // UTF-8: 8 characters in 9 bytes
     tree.write("b.txt", "na\xefve");          // Windows-1252: 5 characters
     tree.write("c.txt", "na\xc3\xafve");      // UTF-8: 5 characters, no match
+    tree.write("empty.txt", "");
+    tree.write("nul.txt", std::string("a\0cat", 5));
     RunRequest r = request(RunKind::Find, "cat");  // an ASCII literal: found alike in both encodings
     r.showAll = true;
     run(r);
-    ASSERT_EQ(rowsText(), "a.txt:1 b.txt:0 c.txt:0 ");
-    EXPECT_EQ(host.rows[0].characters, 8u);
-    EXPECT_EQ(host.rows[1].characters, 5u);
-    EXPECT_EQ(host.rows[2].characters, 5u);
+    ASSERT_EQ(rowsText(), "a.txt:1 b.txt:0 c.txt:0 nul.txt:1 ");
+    std::vector<std::uint64_t> characters;
+    for (const FileReport& row : host.rows) characters.push_back(row.characters);
+    EXPECT_EQ(characters, (std::vector<std::uint64_t>{8, 5, 5, 5}));
+    host = RecordingHost();
+    r.jobs[0].findText = "zzz";
+    run(r);
+    EXPECT_EQ(rowsText(), "a.txt:0 b.txt:0 c.txt:0 nul.txt:0 ");
 }
 
 TEST_F(SearchRunTest, EachFileIsMatchedInItsOwnEncoding) {
@@ -363,21 +297,6 @@ TEST_F(SearchRunTest, AnEngineFailureEndsTheRunNamingTheFile) {
     }
 }
 
-TEST_F(SearchRunTest, AFileChangedAfterItWasCountedIsWrittenFromWhatItHoldsThen) {
-    tree.write("a.txt", "x1");
-    tree.write("b.txt", "x1");
-    host.answers = {true};
-    bool changed = false;
-    host.onRow = [&](const FileReport& row) {
-        if (changed || FileNameOf(row.path) != "b.txt") return;
-        tree.write("a.txt", "x2 x");  // a.txt was counted already
-        changed = true;
-    };
-    run(request(RunKind::Replace, "x", "y"));
-    EXPECT_EQ(tree.read("a.txt"), "y2 y");
-    EXPECT_EQ(tree.read("b.txt"), "y1");
-}
-
 TEST_F(SearchRunTest, ManyThreadsShowExactlyWhatOneThreadShows) {
     for (int i = 0; i < 150; ++i) {
         std::string text;
@@ -396,27 +315,6 @@ TEST_F(SearchRunTest, ManyThreadsShowExactlyWhatOneThreadShows) {
     EXPECT_EQ(runWith(1, RunKind::Find), runWith(3, RunKind::Find));  // a Replace: ParallelReplaceTest
 }
 
-TEST_F(SearchRunTest, PreviewSectionsArriveBeforeTheirRowsInSearchingPassesOnly) {
-    tree.write("a.txt", "x y x");
-    tree.write("b.txt", "none");
-    tree.write("c.txt", "x");
-    RunRequest r = request(RunKind::Replace, "x", "z");
-    r.threads = 3;
-    r.previewSection = [](const std::string& path, std::string_view text, TextEncoding,
-                          const CompiledPattern& pattern) {
-        return StyledText{{FileNameOf(path) + "=" + std::to_string(pattern.countMatches(text)) + ":" + std::string(text), kGrey, true}};
-    };
-    host.answers = {true};
-    run(r);
-    const std::string a = tree.path("a.txt"), c = tree.path("c.txt");
-    EXPECT_THAT(host.events, ElementsAre("started", "clear", "pass:counting", "preview:a.txt=2:x y x",
-                                         "row:" + a + ":2", "preview:c.txt=1:x", "row:" + c + ":1",
-                                         "ask:Replace 3 occurences in 2 file(s) ?:yes", "clear", "pass:writing",
-                                         "row:" + a + ":2", "row:" + c + ":1",
-                                         "message:Replace Operation Complete:3 files processed, 3 occurences changed in 2 file(s)",
-                                         "finished"));
-}
-
 TEST(ParallelReplaceTest, ManyThreadsLeaveExactlyTheFilesOneThreadLeaves) {
     TempTree one, many;
     for (const TempTree* tree : {&one, &many})
@@ -426,32 +324,14 @@ TEST(ParallelReplaceTest, ManyThreadsLeaveExactlyTheFilesOneThreadLeaves) {
             tree->write("d" + std::to_string(i % 4) + "/f" + std::to_string(i) + ".txt", text, i % 9 == 0 ? 0444 : 0644);
         }
     auto replaceWith = [](const TempTree& tree, unsigned threads) {
-        SearchState state;
-        RecordingHost host;
-        host.answers = {true};
-        RunRequest r;
-        r.kind = RunKind::Replace;
-        r.jobs = {{"item=(\\d)", "<$1>"}, {"<2>", "two"}};
+        RunRequest r = test::replaceRequest(tree.root(), "item=(\\d)", "<$1>", "*.txt", threads);
+        r.jobs.push_back({"<2>", "two"});
         r.regularExpression = true;
-        r.startFolder = tree.root();
-        r.filter = "*.txt";
         r.makeBackups = true;
-        r.threads = threads;
-        RunSearch(r, state, host);
-        std::vector<std::string> seen;
-        for (std::string event : host.events) {
-            for (std::size_t at; (at = event.find(tree.root())) != std::string::npos;) event.erase(at, tree.root().size());
-            seen.push_back(event);
-        }
-        return seen;
+        return test::runReplace(r).events;
     };
     EXPECT_EQ(replaceWith(one, 1), replaceWith(many, 4));
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(one.root())) {
-        if (!entry.is_regular_file()) continue;
-        const std::string relative = entry.path().string().substr(one.root().size() + 1);
-        ASSERT_TRUE(many.exists(relative)) << relative;
-        EXPECT_EQ(one.read(relative), many.read(relative)) << relative;
-    }
+    EXPECT_EQ(one.snapshot(), many.snapshot());
     EXPECT_EQ(one.read("d2/f2.txt"), "head 2\r\n<0>\n<1>\n");
     EXPECT_EQ(one.read("d3/f3.txt"), "head 3\r\n<0>\xe9\n<1>\xe9\ntwo\xe9\n");
     EXPECT_EQ(one.read("d3/f3.bak"), "head 3\r\nitem=0\xe9\nitem=1\xe9\nitem=2\xe9\n");

@@ -2,40 +2,31 @@
 // A run host that records everything a run shows, in order, and answers
 // questions from a script.
 
-#include <deque>
 #include <functional>
 #include <string>
 #include <vector>
 
 #include "search/RunHost.h"
+#include "support/Answering.h"
 
 namespace vantorel::test {
 
-class RecordingHost : public RunHost {
+class RecordingHost : public Answering<RunHost> {
 public:
     // One line per event, e.g. "message:Search Complete:No matches found in files."
     std::vector<std::string> events;
-    std::vector<Message> messages;
-    std::vector<Message> questions;
     std::vector<FileReport> rows;  // the list as it stands
-    std::vector<reports::Changes> changes;
     std::string extracted;
     std::vector<std::string> statuses;
-    std::deque<bool> answers;  // answers to questions, in order; No when empty
     // Called on every row added (for example to press Stop).
     std::function<void(const FileReport&)> onRow;
-    // Called when a question is asked, before it is answered (while it waits).
-    std::function<void(const Message&)> onQuestion;
 
     void showMessage(const Message& m) override {
-        messages.push_back(m);
+        Answering::showMessage(m);
         events.push_back("message:" + m.title + ":" + m.text);
     }
     bool askYesNo(const Message& q) override {
-        questions.push_back(q);
-        if (onQuestion) onQuestion(q);
-        const bool yes = !answers.empty() && answers.front();
-        if (!answers.empty()) answers.pop_front();
+        const bool yes = Answering::askYesNo(q);
         events.push_back(std::string("ask:") + q.text + (yes ? ":yes" : ":no"));
         return yes;
     }
@@ -62,10 +53,7 @@ public:
                            events.push_back("row:" + added.row.path + ":" + std::to_string(added.row.matches));
                            if (onRow) onRow(added.row);
                        },
-                       [this](const reports::Changes& changed) {
-                           changes.push_back(changed);
-                           events.push_back("changes:" + changed.path);
-                       },
+                       [this](const reports::Changes& changed) { events.push_back("changes:" + changed.path); },
                        [this](const reports::Extracted& text) {
                            extracted += text.text;
                            events.push_back("extract:" + text.text);
@@ -74,12 +62,6 @@ public:
                        [](const reports::Progress&) {},
                    },
                    report);
-    }
-
-    std::vector<std::string> messageTexts() const {
-        std::vector<std::string> texts;
-        for (const Message& m : messages) texts.push_back(m.text);
-        return texts;
     }
 };
 

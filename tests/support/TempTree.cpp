@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -68,8 +69,10 @@ std::string TempTree::mkdir(const std::string& relative) const {
     return path(relative);
 }
 
-std::string TempTree::read(const std::string& relative) const {
-    std::ifstream in(path(relative), std::ios::binary);
+std::string TempTree::read(const std::string& relative) const { return fileText(path(relative)); }
+
+std::string fileText(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
     std::ostringstream text;
     text << in.rdbuf();
     return text.str();
@@ -86,16 +89,20 @@ int TempTree::mode(const std::string& relative) const {
     return static_cast<int>(st.st_mode & 07777);
 }
 
+std::vector<std::string> TempTree::names(const std::string& relative) const {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(path(relative)))
+        names.push_back(entry.path().filename().string());
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
 void TempTree::allowNewFiles(const std::string& relative) const {
     const std::string folder = path(relative);
     setImmutable(folder, false);
     std::erase(locked_, folder);
     ::chmod(folder.c_str(), 0755);
 }
-
-}  // namespace vantorel::test
-
-namespace vantorel::test {
 
 bool TempTree::refuseNewFiles(const std::string& relative) const {
     const std::string folder = path(relative);
@@ -108,10 +115,6 @@ bool TempTree::refuseNewFiles(const std::string& relative) const {
     ::unlink(probe.c_str());
     return false;
 }
-
-}  // namespace vantorel::test
-
-namespace vantorel::test {
 
 std::map<std::string, std::string> TempTree::snapshot() const {
     std::map<std::string, std::string> files;

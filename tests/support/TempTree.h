@@ -26,6 +26,8 @@ public:
     std::string read(const std::string& relative) const;
     bool exists(const std::string& relative) const;
     int mode(const std::string& relative) const;
+    // The names in a folder of the tree, sorted.
+    std::vector<std::string> names(const std::string& relative = "") const;
     // Makes a folder refuse new files, to root as well where the file system
     // has an immutable flag; false when that cannot be done here.
     bool refuseNewFiles(const std::string& relative) const;
@@ -39,5 +41,8 @@ private:
     std::string root_;
     mutable std::vector<std::string> locked_;
 };
+
+// A file's bytes, wherever it is; empty when it cannot be read.
+std::string fileText(const std::string& path);
 
 }  // namespace vantorel::test

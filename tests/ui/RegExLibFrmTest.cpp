@@ -13,10 +13,6 @@ struct LibraryFixture : LibraryWindowFixture<ui::RegExLibFrm> {
     explicit LibraryFixture(const QByteArray& file) : LibraryWindowFixture({{"RegEx.txt", file}}) {}
     QByteArray file() const { return LibraryWindowFixture::file("RegEx.txt"); }
     QString text(const char* box) const { return child<QLineEdit>(box)->text(); }
-    void type(const char* box, const QString& text) const {
-        child<QLineEdit>(box)->clear();
-        QTest::keyClicks(child<QLineEdit>(box), text);
-    }
 };
 
 }  // namespace

@@ -5,7 +5,6 @@
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QTableWidget>
-#include <QTimer>
 
 #include "UiTestSupport.h"
 #include "ui/PatternEdit.h"
@@ -17,35 +16,19 @@ using namespace vantorel::test;
 
 namespace {
 
-struct TesterFixture {
-    QTemporaryDir folder;
-    RecordingMessages messages;
-    RecordingDesktop desktop;
-    LibraryState state;
-    ui::RegExTestFrm window{state, folder.path().toStdString(), &messages, &desktop};
-
-    template <class T = QWidget>
-    T* child(const char* name) const {
-        return namedChild<T>(&window, name);
-    }
+struct TesterFixture : LibraryWindowFixture<ui::RegExTestFrm> {
     QString text(const char* name) const {
-        if (auto* edit = window.findChild<QPlainTextEdit*>(name)) return edit->toPlainText();
-        if (auto* line = window.findChild<QLineEdit*>(name)) return line->text();
+        if (auto* edit = window->findChild<QPlainTextEdit*>(name)) return edit->toPlainText();
+        if (auto* line = window->findChild<QLineEdit*>(name)) return line->text();
         return child<QLabel>(name)->text();
     }
     // Does something and waits until its update is on show.
     template <class Action>
     bool updatedBy(Action&& action) {
-        QSignalSpy updated(&window, &ui::RegExTestFrm::updated);
+        QSignalSpy updated(window.get(), &ui::RegExTestFrm::updated);
         action();
         return updated.wait(10000);
     }
-    void type(const char* box, const QString& text) {
-        auto* line = child<QLineEdit>(box);
-        line->clear();
-        QTest::keyClicks(line, text);
-    }
-    void click(const char* name) { QTest::mouseClick(child<QAbstractButton>(name), Qt::LeftButton); }
     QTableWidget* groups() const { return child<QTableWidget>("GroupTable"); }
     QStringList groupRow(int row) const {
         QStringList cells;
@@ -63,7 +46,7 @@ private slots:
     void dynamicUpdateFollowsEditsOnlyWhenChecked() {
         TesterFixture f;
         QVERIFY(f.child<QCheckBox>("DynUpdChk")->isChecked());
-        QVERIFY(f.updatedBy([&] { f.window.setSample("Cat cat\ncAT"); }));
+        QVERIFY(f.updatedBy([&] { f.window->setSample("Cat cat\ncAT"); }));
         QVERIFY(f.updatedBy([&] { f.type("FText", "cat"); }));
         QCOMPARE(f.text("foundlbl"), QString("(3)"));
         QCOMPARE(f.text("FRes"), QString("1) Cat \n2) cat \n3) cAT \n"));
@@ -75,7 +58,7 @@ private slots:
 
         // Off: typing changes nothing until Update is pressed.
         f.click("DynUpdChk");
-        QSignalSpy updated(&f.window, &ui::RegExTestFrm::updated);
+        QSignalSpy updated(f.window.get(), &ui::RegExTestFrm::updated);
         f.type("FText", "c");
         f.type("RText", "-");
         QVERIFY(!updated.wait(300));
@@ -96,7 +79,7 @@ private slots:
 
     void anInvalidExpressionIsSaidInTheListAndPointedAt() {
         TesterFixture f;
-        QVERIFY(f.updatedBy([&] { f.window.setSample("abc"); }));
+        QVERIFY(f.updatedBy([&] { f.window->setSample("abc"); }));
         QVERIFY(f.updatedBy([&] { f.type("RText", "X"); }));
         QVERIFY(f.updatedBy([&] { f.type("FText", "b"); }));
         QCOMPARE(f.text("RRes"), QString("aXc"));
@@ -120,13 +103,13 @@ private slots:
 
     void matchesAreMarkedAndTheChosenOnesGroupsShown() {
         TesterFixture f;
-        QVERIFY(f.updatedBy([&] { f.window.setSample("a1 \xF0\x9F\x98\x80 b22"); }));
+        QVERIFY(f.updatedBy([&] { f.window->setSample("a1 \xF0\x9F\x98\x80 b22"); }));
         QVERIFY(f.updatedBy([&] { f.type("FText", "(?<letter>[a-z])(\\d+)(x)?"); }));
         auto* sample = f.child<QPlainTextEdit>("InText");
         const QList<QTextEdit::ExtraSelection> marks = sample->extraSelections();
         QCOMPARE(marks.size(), 2);
         QCOMPARE(marks[1].cursor.selectedText(), QString("b22"));
-        QCOMPARE(f.window.selectedMatch(), 0);
+        QCOMPARE(f.window->selectedMatch(), 0);
         QCOMPARE(f.text("MatchCaption"), QString("Match 1 of 2"));
         QCOMPARE(f.groupRow(0), QStringList({"0", "", "a1", "0-2"}));
         QCOMPARE(f.groupRow(1), QStringList({"1", "letter", "a", "0-1"}));
@@ -135,14 +118,14 @@ private slots:
         auto* list = f.child<QPlainTextEdit>("FRes");
         const QRect second = list->cursorRect(QTextCursor(list->document()->findBlockByNumber(1)));
         QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, second.center() + QPoint(2, 0));
-        QCOMPARE(f.window.selectedMatch(), 1);
+        QCOMPARE(f.window->selectedMatch(), 1);
         QCOMPARE(f.groupRow(2), QStringList({"2", "", "22", "7-9"}));
         QCOMPARE(sample->textCursor().position(), 6);
         // The caret in the sample chooses the match it is in.
         QTextCursor caret(sample->document());
         caret.setPosition(1);
         sample->setTextCursor(caret);
-        QCOMPARE(f.window.selectedMatch(), 0);
+        QCOMPARE(f.window->selectedMatch(), 0);
         QVERIFY(!f.text("MatchTime").isEmpty());
     }
 
@@ -176,12 +159,12 @@ private slots:
 
     void runawayWorkGivesUpWithAReasonAndNewerEditsWin() {
         TesterFixture f;
-        QVERIFY(f.updatedBy([&] { f.window.setSample(QString(40, 'a') + "!"); }));
+        QVERIFY(f.updatedBy([&] { f.window->setSample(QString(40, 'a') + "!"); }));
         QVERIFY(f.updatedBy([&] { f.type("FText", "^(a|a?)+$"); }));
         QCOMPARE(f.text("FRes"), QString("Error in Regular Expression!"));
         QVERIFY(f.text("PatternProblem").contains("match limit"));
         // Edits that follow each other at once: only the last one's result shows.
-        QSignalSpy updated(&f.window, &ui::RegExTestFrm::updated);
+        QSignalSpy updated(f.window.get(), &ui::RegExTestFrm::updated);
         f.child<QLineEdit>("FText")->setText("^(a|a?)+$");
         QApplication::processEvents();
         f.child<QLineEdit>("FText")->setText("a");

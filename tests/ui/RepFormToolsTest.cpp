@@ -3,7 +3,6 @@
 // changes, the keyboard, drops, and the screen the window opens on.
 
 #include <QComboBox>
-#include <QFile>
 #include <QListWidget>
 #include <QMenuBar>
 #include <QScreen>

@@ -104,12 +104,8 @@ private slots:
         QCOMPARE(f.column(0), QStringList({"s100.txt", "s10.txt", "s9.txt"}));
         clickHeader(f, 3);
         QCOMPARE(f.column(3), QStringList({"9", "10", "100"}));
-        clickHeader(f, 2);  // "Matches": its own direction, descending first
-        QCOMPARE(f.column(2), QStringList({"20", "5", "1"}));
-        clickHeader(f, 4);  // "Modified": newest first
+        clickHeader(f, 4);  // "Modified": its own direction, newest first
         QCOMPARE(f.column(0), QStringList({"s9.txt", "s10.txt", "s100.txt"}));
-        clickHeader(f, 4);
-        QCOMPARE(f.column(0), QStringList({"s100.txt", "s10.txt", "s9.txt"}));
         clickHeader(f, 0);  // "File Name": as text
         QCOMPARE(f.column(0), QStringList({"s9.txt", "s100.txt", "s10.txt"}));
         // Every row still shows its own texts.
@@ -339,10 +335,6 @@ private slots:
         tree.write("a.txt", "hit\n");
         FormFixture f;
         showWindow(f);
-        f.action("mweb")->trigger();  // the other pages: failuresToOpenAreReported
-        QCOMPARE(f.desktop.opened.back().host(), QUrl(ui::kMakerPage).host());
-        QVERIFY(f.messages.messages.empty());
-
         f.desktop.folderAnswer = root(tree);
         QTest::mouseClick(f.button("FolderButton"), Qt::LeftButton);
         QCOMPARE(f.desktop.folderTitle, QString("Select Folder:"));
@@ -386,6 +378,7 @@ private slots:
         };
         const Case cases[] = {
             {[&] { f.action("mInstructions")->trigger(); }, VANTOREL_DATA_DIR "/readme.html", unable},
+            {[&] { f.action("mweb")->trigger(); }, ui::kMakerPage, unable},
             {[&] { f.action("mweb2")->trigger(); }, ui::kProductPage, unable},
             {[&] { QTest::mouseClick(about->findChild<QLabel*>("Image1"), Qt::LeftButton); }, ui::kMakerPage, unable},
             {[&] { f.action("mmuExp")->trigger(); }, root(tree) + "/docs/", "Error Opening Folder."},

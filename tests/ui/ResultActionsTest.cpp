@@ -3,7 +3,6 @@
 
 #include <QHeaderView>
 #include <QMenu>
-#include <QPlainTextEdit>
 #include <QRegularExpression>
 
 #include "UiTestSupport.h"
@@ -85,7 +84,7 @@ private slots:
         window->save();  // empty: no dialog
         QCOMPARE(f.desktop.saveDialogs, 0);
         window->appendText("caf\xc3\xa9\r\nid=2\r\n");
-        for (const char* name : {"out.rtf", "out.RTF", "out.txt"}) {
+        for (const char* name : {"out.rtf", "out.txt"}) {
             f.desktop.saveAnswer = root(tree) + "/" + name;
             QTest::mouseClick(window->findChild<QAbstractButton*>("SaveBtn"), Qt::LeftButton);
         }
@@ -93,7 +92,6 @@ private slots:
         QCOMPARE(f.desktop.lastSuffix, QString("txt"));
         QVERIFY(tree.read("out.rtf").rfind("{\\rtf1", 0) == 0);
         QVERIFY(tree.read("out.rtf").find("caf\\'e9\\par") != std::string::npos);
-        QCOMPARE(tree.read("out.RTF"), std::string("caf\xc3\xa9\r\nid=2\r\n"));
         QCOMPARE(tree.read("out.txt"), std::string("caf\xc3\xa9\r\nid=2\r\n"));
         f.desktop.saveAnswer.clear();
         const int before = f.desktop.saveDialogs;
@@ -148,9 +146,7 @@ private slots:
             {"MnuMarkAll", {}, {1, 2}, {1, 2}},
             {"mnuInv", {1, 2}, {1}, {0}},
             // No mark left: the box is cleared and disabled, and the inputs freed.
-            {"mnuInv", {0, 1, 2}, {1}, {}},
             {"MnuUnmarkAll", {0, 2}, {0, 1, 2}, {}},
-            {"mmuMark", {1}, {1}, {}},
         };
         for (const auto& c : cases) {
             for (int row = 0; row < 3; ++row) {
@@ -170,10 +166,12 @@ private slots:
         }
     }
 
-    void openingWithAProgramRemembersItAndReportsFailures() {
+    void openingTheFileOrWithAProgramRemembersItAndReportsFailures() {
         Listed f;
         rightClick(f, 2)->hide();
         const QString path = root(f.tree) + "/sub/c.txt";
+        f.action("mmuRun")->trigger();  // its own program
+        QCOMPARE(f.desktop.opened.back(), QUrl::fromLocalFile(path));
 
         f.desktop.openAnswer.clear();  // cancelled: nothing runs, nothing is remembered
         f.action("mmuOpenWith")->trigger();
@@ -198,26 +196,8 @@ private slots:
         QCOMPARE(f.desktop.started.size(), std::size_t{3});
     }
 
-    void openingTheFileAndItsFolderGoesToTheDesktop() {
-        Listed f;
-        rightClick(f, 2)->hide();
-        f.action("mmuRun")->trigger();
-        QCOMPARE(f.desktop.opened.back(), QUrl::fromLocalFile(root(f.tree) + "/sub/c.txt"));
-        f.action("mmuExp")->trigger();
-        QCOMPARE(f.desktop.opened.back(), QUrl::fromLocalFile(root(f.tree) + "/sub/"));
-        QVERIFY(f.messages.messages.empty());
-        f.desktop.openSucceeds = false;
-        f.action("mmuExp")->trigger();
-        QCOMPARE(f.messages.texts().back(), std::string("Error Opening Folder."));
-    }
-
     void matchListLogHoldsTheRowsAsShown() {
-        Listed f(nullptr);
-        f.action("mExportMatch")->trigger();
-        QCOMPARE(f.messages.texts().back(), std::string("No Results to Export."));
-        QCOMPARE(f.desktop.saveDialogs, 0);
-
-        f.find();
+        Listed f;
         f.child<ui::ResultsView>("ListView1")->header()->sectionClicked(2);  // Matches, descending
         f.desktop.saveAnswer = root(f.tree) + "/log.csv";
         f.action("mExportMatch")->trigger();

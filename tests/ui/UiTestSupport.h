@@ -29,6 +29,7 @@
 
 #include "core/MessageHost.h"
 #include "library/LibraryState.h"
+#include "support/Answering.h"
 #include "support/TempTree.h"
 #include "ui/BatchFrm.h"
 #include "ui/DesktopServices.h"
@@ -45,31 +46,17 @@
 
 namespace vantorel::test {
 
-class RecordingMessages : public MessageHost {
+class RecordingMessages : public Answering<> {
 public:
-    std::vector<Message> messages;
-    std::vector<Message> questions;
-    std::deque<bool> answers;  // No when empty
     bool offWindowThread = false;  // set when anything arrived off the window's thread
-    // Called while a question is open, before it is answered (to look at the window).
-    std::function<void(const Message&)> onQuestion;
 
     void showMessage(const Message& message) override {
         check();
-        messages.push_back(message);
+        Answering::showMessage(message);
     }
     bool askYesNo(const Message& question) override {
         check();
-        questions.push_back(question);
-        if (onQuestion) onQuestion(question);
-        const bool yes = !answers.empty() && answers.front();
-        if (!answers.empty()) answers.pop_front();
-        return yes;
-    }
-    std::vector<std::string> texts() const {
-        std::vector<std::string> out;
-        for (const Message& m : messages) out.push_back(m.text);
-        return out;
+        return Answering::askYesNo(question);
     }
 
 private:
@@ -79,14 +66,13 @@ private:
 class RecordingDesktop : public ui::DesktopServices {
 public:
     std::vector<QUrl> opened;
-    bool openSucceeds = true;
     QString folderAnswer;
     QString folderTitle;
     QString folderStart;
 
     void openUrl(const QUrl& url, QObject*, std::function<void(bool)> done) override {
         opened.push_back(url);
-        if (done) done(openSucceeds);
+        if (done) done(true);
     }
     QString chooseFolder(QWidget*, const QString& title, const QString& start) override {
         folderTitle = title;
@@ -235,18 +221,22 @@ struct FormFixture {
     }
 };
 
-// A library or batch jobs window on its own program folder, which holds `files` (name, bytes) when it opens.
+// A library, batch jobs or tester window on its own program folder, which holds `files` (name, bytes) when it opens.
 template <class Window>
 struct LibraryWindowFixture {
     QTemporaryDir folder;
     RecordingMessages messages;
+    RecordingDesktop desktop;
     LibraryState state;
     std::unique_ptr<Window> window;
 
-    explicit LibraryWindowFixture(const std::vector<std::pair<const char*, QByteArray>>& files) {
+    explicit LibraryWindowFixture(const std::vector<std::pair<const char*, QByteArray>>& files = {}) {
         for (const auto& [name, bytes] : files)
             if (!bytes.isEmpty()) writeBytes(folder.filePath(QString::fromLatin1(name)), bytes);
-        window = std::make_unique<Window>(state, folder.path().toStdString(), &messages);
+        if constexpr (std::is_constructible_v<Window, LibraryState&, std::string, MessageHost*, RecordingDesktop*>)
+            window = std::make_unique<Window>(state, folder.path().toStdString(), &messages, &desktop);
+        else
+            window = std::make_unique<Window>(state, folder.path().toStdString(), &messages);
     }
     QByteArray file(const char* name) const { return fileBytes(folder.filePath(QString::fromLatin1(name))); }
     template <class T = QWidget>
@@ -255,6 +245,11 @@ struct LibraryWindowFixture {
     }
     QListWidget* list() const { return child<QListWidget>("RegExList"); }
     void click(const char* button) const { QTest::mouseClick(child<QAbstractButton>(button), Qt::LeftButton); }
+    // Replaces a box's text by typing it.
+    void type(const char* box, const QString& text) const {
+        child<QLineEdit>(box)->clear();
+        QTest::keyClicks(child<QLineEdit>(box), text);
+    }
     void clickEntry(int row, bool twice = false) const { test::clickEntry(list(), row, twice); }
     QStringList entries() const {
         QStringList out;

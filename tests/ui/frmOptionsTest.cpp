@@ -39,22 +39,17 @@ private slots:
         ui::setFontNameSource([] { return QStringList{QStringLiteral("Beta Sans"), QStringLiteral("Alpha Mono")}; });
     }
 
-    void numberBoxesShowTheirValueWhileTyping_data() {
-        QTest::addColumn<QByteArray>("box");
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("shown");
-        QTest::newRow("letters hits") << QByteArray("HppTxt") << "abc" << "1";
-        QTest::newRow("number then letters between") << QByteArray("BetPrevTxt") << "250px" << "250";
-    }
     void numberBoxesShowTheirValueWhileTyping() {
-        QFETCH(QByteArray, box);
-        QFETCH(QString, typed);
-        QFETCH(QString, shown);
-        Dialog d;
-        QVERIFY(!d.button("CmdApply")->isEnabled());
-        d.type(box.constData(), typed);
-        QCOMPARE(d.edit(box.constData())->text(), shown);
-        QVERIFY(d.button("CmdApply")->isEnabled());
+        const struct {
+            const char *box, *typed, *shown;
+        } cases[] = {{"HppTxt", "abc", "1"}, {"BetPrevTxt", "250px", "250"}};  // letters; a number then letters
+        for (const auto& c : cases) {
+            Dialog d;
+            QVERIFY(!d.button("CmdApply")->isEnabled());
+            d.type(c.box, c.typed);
+            QCOMPARE(d.edit(c.box)->text(), QString(c.shown));
+            QVERIFY(d.button("CmdApply")->isEnabled());
+        }
     }
 
     void theDialogShowsTheSettingsAndFillsTheFontsOnce() {
@@ -129,31 +124,25 @@ private slots:
         QCOMPARE(ok.settings.CharsAround, 3L);
     }
 
-    void aHistoryIsClearedOnlyOnYes_data() {
-        QTest::addColumn<QByteArray>("button");
-        QTest::addColumn<QString>("question");
-        QTest::addColumn<int>("box");
-        QTest::newRow("find") << QByteArray("cmdClearFindHist") << "Clear Find History - Sure?" << int(HistoryBox::Find);
-        QTest::newRow("replace") << QByteArray("cmdClearRepHist") << "Clear Replace History - Sure?"
-                                 << int(HistoryBox::Replace);
-        QTest::newRow("folder") << QByteArray("cmdClearfolderHist") << "Clear Folder History - Sure?"
-                                << int(HistoryBox::Folder);
-    }
     void aHistoryIsClearedOnlyOnYes() {
-        QFETCH(QByteArray, button);
-        QFETCH(QString, question);
-        QFETCH(int, box);
-        Dialog d;
-        QSignalSpy cleared(d.form.get(), &ui::frmOptions::historyCleared);
-        d.messages.answers = {false, true};
-        d.click(button.constData());
-        QCOMPARE(cleared.count(), 0);
-        d.click(button.constData());
-        QCOMPARE(cleared.count(), 1);
-        QCOMPARE(int(cleared.at(0).at(0).value<HistoryBox>()), box);
-        QCOMPARE(d.messages.questions.size(), std::size_t{2});
-        QCOMPARE(QString::fromStdString(d.messages.questions[0].text), question);
-        QCOMPARE(d.messages.questions[0].icon, MessageIcon::Question);
+        const struct {
+            const char *button, *question;
+            HistoryBox box;
+        } cases[] = {{"cmdClearFindHist", "Clear Find History - Sure?", HistoryBox::Find},
+                     {"cmdClearRepHist", "Clear Replace History - Sure?", HistoryBox::Replace},
+                     {"cmdClearfolderHist", "Clear Folder History - Sure?", HistoryBox::Folder}};
+        for (const auto& c : cases) {
+            Dialog d;
+            QSignalSpy cleared(d.form.get(), &ui::frmOptions::historyCleared);
+            d.messages.answers = {false, true};
+            d.click(c.button);
+            QCOMPARE(cleared.count(), 0);
+            d.click(c.button);
+            QCOMPARE(cleared.count(), 1);
+            QCOMPARE(int(cleared.at(0).at(0).value<HistoryBox>()), int(c.box));
+            QCOMPARE(d.messages.asked(), (std::vector<std::string>{c.question, c.question}));
+            QCOMPARE(d.messages.questions[0].icon, MessageIcon::Question);
+        }
     }
 };
 

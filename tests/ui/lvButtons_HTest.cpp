@@ -112,15 +112,9 @@ private slots:
 
     void storedSettingsGoOnAndComeOffUnchanged() {
         QWidget window;
-        ButtonSettings s;
-        s.Caption = "&Replace";
-        s.Mode = button::Check;
-        s.Value = true;
-        s.Enabled = false;
-        s.Font = ButtonFont{"DejaVu Sans", 11, true, false, false, false};
-        s.BackColor = 0x00336699;
-        s.HoverBackColor = 0x00112233;
-        s.ButtonShape = button::Rounded;
+        const ButtonSettings s{.Caption = "&Replace", .ButtonShape = button::Rounded,
+                               .Font = ButtonFont{"DejaVu Sans", 11, true, false, false, false}, .Mode = button::Check,
+                               .Value = true, .Enabled = false, .BackColor = 0x00336699, .HoverBackColor = 0x00112233};
         auto* b = new lvButtons_H(&window);
         b->applySettings(s);
         QCOMPARE(b->text(), QStringLiteral("&Replace"));
