@@ -12,7 +12,7 @@
 #include "cli/PatchName.h"
 #include "core/TextEncoding.h"
 #include "files/FileFunctions.h"
-#include "search/ChangeHunks.h"
+#include "results/ChangeHunks.h"
 
 namespace vantorel::cli {
 

@@ -13,12 +13,12 @@
 #include "cli/ConsoleHost.h"
 #include "cli/SavedWork.h"
 #include "cli/UndoCommand.h"
-#include "core/RegistryStore.h"
+#include "settings/RegistryStore.h"
 #include "core/SearchState.h"
-#include "core/SettingsStore.h"
+#include "settings/SettingsStore.h"
 #include "results/MatchListExport.h"
-#include "search/EngineSelfTest.h"
-#include "search/PatternConstruction.h"
+#include "regex/EngineSelfTest.h"
+#include "regex/PatternConstruction.h"
 #include "search/SearchRun.h"
 
 namespace {

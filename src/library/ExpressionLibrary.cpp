@@ -4,7 +4,7 @@
 
 #include "core/MessageHost.h"
 #include "core/TextEncoding.h"
-#include "search/EcmaCaseFolding.h"
+#include "regex/EcmaCaseFolding.h"
 
 namespace vantorel {
 

@@ -15,8 +15,8 @@
 #include "files/FileListBuilder.h"
 #include "search/FileProcessor.h"
 #include "search/OrderedWork.h"
-#include "search/PatternConstruction.h"
-#include "search/ReplaceRecorder.h"
+#include "regex/PatternConstruction.h"
+#include "core/ReplaceRecorder.h"
 
 namespace vantorel {
 namespace {

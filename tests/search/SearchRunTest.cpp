@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "files/FileFunctions.h"
-#include "search/Regex.h"
+#include "regex/Regex.h"
 #include "support/RecordingHost.h"
 #include "support/Replacing.h"
 #include "support/TempTree.h"

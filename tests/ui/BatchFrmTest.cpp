@@ -7,7 +7,7 @@
 #include <QTimer>
 
 #include "UiTestSupport.h"
-#include "ui/BatchFrm.h"
+#include "ui/windows/BatchFrm.h"
 
 using namespace vantorel;
 using namespace vantorel::test;

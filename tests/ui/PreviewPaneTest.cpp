@@ -4,9 +4,9 @@
 #include <QStyleFactory>
 
 #include "UiTestSupport.h"
-#include "core/ReadableColour.h"
-#include "ui/ColourValues.h"
-#include "ui/ReadableIndicatorStyle.h"
+#include "appearance/ReadableColour.h"
+#include "ui/platform/ColourValues.h"
+#include "ui/widgets/ReadableIndicatorStyle.h"
 
 using namespace vantorel;
 

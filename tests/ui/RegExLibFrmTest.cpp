@@ -2,7 +2,7 @@
 // the click and double-click rules, and what it hands over.
 
 #include "UiTestSupport.h"
-#include "ui/RegExLibFrm.h"
+#include "ui/windows/RegExLibFrm.h"
 
 using namespace vantorel;
 using namespace vantorel::test;

@@ -7,9 +7,9 @@
 #include <QTableWidget>
 
 #include "UiTestSupport.h"
-#include "ui/PatternEdit.h"
-#include "ui/RegExLibFrm.h"
-#include "ui/RegExTestFrm.h"
+#include "ui/widgets/PatternEdit.h"
+#include "ui/windows/RegExLibFrm.h"
+#include "ui/windows/RegExTestFrm.h"
 
 using namespace vantorel;
 using namespace vantorel::test;

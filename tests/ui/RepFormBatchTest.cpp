@@ -4,7 +4,7 @@
 #include <QComboBox>
 
 #include "UiTestSupport.h"
-#include "ui/BatchFrm.h"
+#include "ui/windows/BatchFrm.h"
 
 using namespace vantorel;
 using namespace vantorel::test;

@@ -10,9 +10,9 @@
 
 #include "UiTestSupport.h"
 #include "core/TemporaryFiles.h"
-#include "ui/TerminationSignals.h"
-#include "ui/ColourProgressBar.h"
-#include "ui/ResultsView.h"
+#include "ui/platform/TerminationSignals.h"
+#include "ui/widgets/ColourProgressBar.h"
+#include "ui/models/ResultsView.h"
 
 using namespace vantorel;
 using namespace vantorel::test;

@@ -10,10 +10,10 @@
 #include <QTreeView>
 
 #include "UiTestSupport.h"
-#include "ui/FontNames.h"
-#include "ui/RegExLibFrm.h"
-#include "ui/ScreenFit.h"
-#include "ui/frmOptions.h"
+#include "ui/platform/FontNames.h"
+#include "ui/windows/RegExLibFrm.h"
+#include "ui/platform/ScreenFit.h"
+#include "ui/windows/frmOptions.h"
 
 using namespace vantorel;
 using namespace vantorel::test;

@@ -14,8 +14,8 @@
 #include <QMenu>
 
 #include "UiTestSupport.h"
-#include "ui/FileDialog.h"
-#include "ui/ResultsView.h"
+#include "ui/platform/FileDialog.h"
+#include "ui/models/ResultsView.h"
 
 using namespace vantorel;
 using namespace vantorel::test;

@@ -10,8 +10,8 @@
 
 #include "UiTestSupport.h"
 #include "results/ChangeListing.h"
-#include "ui/FileChangesModel.h"
-#include "ui/ReplacePreviewForm.h"
+#include "ui/models/ChangedLinesModel.h"
+#include "ui/windows/ReplacePreviewForm.h"
 
 using namespace vantorel;
 using namespace vantorel::test;

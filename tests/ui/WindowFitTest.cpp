@@ -14,11 +14,11 @@
 #include <QTextEdit>
 
 #include "UiTestSupport.h"
-#include "core/ReadableColour.h"
-#include "ui/ColourProgressBar.h"
-#include "ui/ColourValues.h"
-#include "ui/GuiMessageHost.h"
-#include "ui/ScreenFit.h"
+#include "appearance/ReadableColour.h"
+#include "ui/widgets/ColourProgressBar.h"
+#include "ui/platform/ColourValues.h"
+#include "ui/platform/GuiMessageHost.h"
+#include "ui/platform/ScreenFit.h"
 
 using namespace vantorel;
 using namespace vantorel::test;

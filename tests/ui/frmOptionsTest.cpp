@@ -4,8 +4,8 @@
 #include <QComboBox>
 
 #include "UiTestSupport.h"
-#include "ui/FontNames.h"
-#include "ui/frmOptions.h"
+#include "ui/platform/FontNames.h"
+#include "ui/windows/frmOptions.h"
 
 using namespace vantorel;
 using namespace vantorel::test;

@@ -6,7 +6,7 @@
 #include <QEnterEvent>
 
 #include "UiTestSupport.h"
-#include "ui/lvButtons_H.h"
+#include "ui/widgets/lvButtons_H.h"
 
 using namespace vantorel;
 using ui::lvButtons_H;

@@ -1,0 +1,197 @@
+#include "settings/CRegistry.h"
+
+#include <gtest/gtest.h>
+
+#include "support/ScopedEnvironment.h"
+#include "support/TempTree.h"
+
+namespace vantorel {
+namespace {
+
+using test::TempTree;
+
+const std::string kVantorel = "HKEY_CURRENT_USER\\Software\\Brimlark\\Vantorel";
+const KeyPath kVantorelKey{HKEY_CURRENT_USER, {"Software", "Brimlark", "Vantorel"}};
+const std::string kNul(1, '\0');
+
+class CRegistryTest : public ::testing::Test {
+protected:
+    CRegistryTest() : store(folder.path("settings.reg")), reg(store) {
+        store.createKey(kVantorelKey);
+        store.flush();
+    }
+    TempTree folder;
+    RegistryStore store;
+    CRegistry reg;
+};
+
+TEST_F(CRegistryTest, OpensOnlyFullRootNamesAndExistingKeys) {
+    const struct {
+        const char* path;
+        bool opens;
+        const char* currentKey;
+    } cases[] = {{"HKEY_CURRENT_USER", true, "HKEY_CURRENT_USER"}, {"HKEY_CURRENT_USER\\", true, ""},
+                 {"HKEY_LOCAL_MACHINE", true, "HKEY_LOCAL_MACHINE"},
+                 {"HKEY_CURRENT_USER\\Software\\Brimlark\\Vantorel", true, "Vantorel"},
+                 {"HKEY_CURRENT_USER\\software\\BRIMLARK\\vantorel", true, "vantorel"},  // subkeys ignore case
+                 {"HKCU", false, ""}, {"HKCU\\Software\\Brimlark\\Vantorel", false, ""},
+                 {"hkey_current_user\\Software", false, ""}, {"HKEY_CURRENT_USER\\Software\\Nobody", false, ""},
+                 {"HKEY_CURRENT_USER\\Software\\\\Brimlark", false, ""}, {"", false, ""}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.path);
+        ASSERT_TRUE(reg.OpenKey(kVantorel));
+        ASSERT_TRUE(reg.WriteString("before", "Probe"));
+        EXPECT_EQ(reg.OpenKey(c.path), c.opens);
+        if (c.opens) {
+            EXPECT_EQ(reg.CurrentPath(), c.path);
+            EXPECT_EQ(reg.CurrentKey(), c.currentKey);
+            EXPECT_TRUE(reg.WriteString("x", "Probe"));
+            continue;
+        }
+        // The key opened before was closed: nothing can be read or written.
+        EXPECT_EQ(reg.ReadString("Probe"), "");
+        EXPECT_FALSE(reg.WriteString("x", "Probe"));
+        long type = -1, size = -1;
+        EXPECT_FALSE(reg.GetValueInfo("Probe", type, size));
+        EXPECT_EQ(type, 0);
+        EXPECT_EQ(size, 0);
+    }
+}
+
+TEST_F(CRegistryTest, CreateKeyIsTrueOnlyForANewKeyLeavesItClosedAndWorksBelowTheOpenKey) {
+    const std::string path = "HKEY_CURRENT_USER\\Software\\Brimlark\\Other";
+    EXPECT_TRUE(reg.CreateKey(path));
+    EXPECT_TRUE(reg.KeyExists(path));
+    EXPECT_FALSE(reg.WriteString("x", "Probe"));  // not left open
+    EXPECT_FALSE(reg.CreateKey(path));            // exists now
+    EXPECT_FALSE(reg.CreateKey(kVantorel));
+    EXPECT_FALSE(reg.CreateKey("HKEY_CURRENT_USER"));
+
+    // Already in the file: another store sees it without any further step.
+    RegistryStore other(store.file());
+    EXPECT_TRUE(CRegistry(other).KeyExists(path));
+
+    // Without a root name, below the key that is open.
+    EXPECT_FALSE(reg.CreateKey("Sub\\Deeper"));  // no key open
+    ASSERT_TRUE(reg.OpenKey("HKEY_CURRENT_USER\\Software"));
+    EXPECT_TRUE(reg.CreateKey("Sub\\Deeper"));
+    EXPECT_TRUE(reg.KeyExists("HKEY_CURRENT_USER\\Software\\Sub\\Deeper"));
+    EXPECT_FALSE(reg.CreateKey("HKCU\\X\\\\Y"));  // unknown root taken as a name, but an empty name
+}
+
+TEST_F(CRegistryTest, EmptyStringsAndMissingValues) {
+    ASSERT_TRUE(reg.OpenKey(kVantorel));
+    EXPECT_EQ(reg.ReadString("Missing"), "");
+
+    ASSERT_TRUE(reg.WriteString("", "Empty"));
+    EXPECT_EQ(reg.ReadString("Empty"), kNul);
+    EXPECT_EQ(store.value(kVantorelKey, "Empty")->data, std::string(2, '\0'));
+
+    ASSERT_TRUE(reg.WriteString(kNul, "Nul"));  // a lone NUL written back stays a lone NUL
+    EXPECT_EQ(reg.ReadString("Nul"), kNul);
+
+    ASSERT_TRUE(reg.WriteString("abc", "Text"));
+    EXPECT_EQ(reg.ReadString("Text"), "abc");
+}
+
+// Each type as GetValueInfo gives it (its code and size) and as ReadString reads it.
+TEST_F(CRegistryTest, ValueInfoMapsTypesAndSizes) {
+    const struct {
+        std::uint32_t type;
+        std::string data;
+        long code, size;
+        bool result;
+        std::string read;
+    } cases[] = {
+        {REG_SZ, std::string("abc\0", 4), 1, 3, true, "abc"},
+        {REG_SZ, std::string(1, '\0'), 1, 1, true, kNul}, {REG_SZ, std::string(2, '\0'), 1, 1, true, kNul},
+        {REG_MULTI_SZ, std::string("a\0b\0\0", 5), 1, 4, true, std::string("a\0b\0", 4)},
+        {REG_EXPAND_SZ, std::string("%X%\0", 4), 2, 3, true, "%X%"},
+        {REG_EXPAND_SZ, std::string(1, '\0'), 2, 0, true, ""},
+        {REG_DWORD, std::string("\x07\0\0\0", 4), 3, 4, true, std::string("\x07\0\0\0", 4)},
+        {REG_DWORD_BIG_ENDIAN, std::string("\0\0\0\x07", 4), 4, 4, true, std::string("\0\0\0\x07", 4)},
+        {REG_BINARY, "xyz", 5, 3, true, "xyz"}, {REG_LINK, "ab", 5, 2, true, "ab"},
+        {REG_RESOURCE_LIST, "ab", 5, 2, true, "ab"}, {REG_NONE, "ab", 0, 2, true, "ab"}, {REG_NONE, "", 0, 0, false, ""},
+        {11, std::string(8, 'q'), 0, 8, true, std::string(8, 'q')}};
+    ASSERT_TRUE(reg.OpenKey(kVantorel));
+    for (const auto& c : cases) {
+        SCOPED_TRACE(&c - cases);
+        ASSERT_TRUE(store.setValue(kVantorelKey, "V", c.type, c.data));
+        long code = -1, size = -1;
+        EXPECT_EQ(reg.GetValueInfo("V", code, size), c.result);
+        EXPECT_EQ(code, c.code);
+        EXPECT_EQ(size, c.size);
+        EXPECT_EQ(reg.ReadString("V"), c.read);
+    }
+}
+
+TEST_F(CRegistryTest, NumbersBinaryAndExpandableStrings) {
+    ASSERT_TRUE(reg.OpenKey(kVantorel));
+    ASSERT_TRUE(reg.WriteInteger(-5, "Int"));
+    EXPECT_EQ(reg.ReadInteger("Int"), -5);
+    EXPECT_EQ(store.value(kVantorelKey, "Int")->type, REG_DWORD);
+
+    ASSERT_TRUE(reg.WriteBigEndian(0x01020304, "Big"));
+    EXPECT_EQ(store.value(kVantorelKey, "Big")->data, "\x01\x02\x03\x04");
+    EXPECT_EQ(reg.ReadBigEndian("Big"), 0x01020304);
+    EXPECT_EQ(reg.ReadInteger("Big"), 0);  // not a REG_DWORD
+    ASSERT_TRUE(reg.WriteInteger(1, "After"));  // the integer type went back to REG_DWORD
+    EXPECT_EQ(store.value(kVantorelKey, "After")->type, REG_DWORD);
+
+    ASSERT_TRUE(reg.WriteBinary({0, 255, 7}, "Bin"));
+    EXPECT_EQ(reg.ReadBinary("Bin"), (std::vector<unsigned char>{0, 255, 7}));
+    EXPECT_TRUE(reg.ReadBinary("Missing").empty());
+
+    test::ScopedEnvironment env("VANTOREL_REGISTRY_TEST", "/opt/x");
+    ASSERT_TRUE(reg.WriteEnvironmentString("%VANTOREL_REGISTRY_TEST%\\bin 100%% %NO_SUCH_VARIABLE_HERE%", "Env"));
+    EXPECT_EQ(store.value(kVantorelKey, "Env")->type, REG_EXPAND_SZ);
+    EXPECT_EQ(reg.ReadEnviromentString("Env"), "/opt/x\\bin 100% %NO_SUCH_VARIABLE_HERE%");
+    ASSERT_TRUE(reg.WriteString("plain", "Str"));  // back to REG_SZ after one expandable write
+    EXPECT_EQ(store.value(kVantorelKey, "Str")->type, REG_SZ);
+}
+
+TEST_F(CRegistryTest, EnumeratesRenamesAndDeletes) {
+    ASSERT_TRUE(reg.CreateKey(kVantorel + "\\Jobs\\One"));
+    ASSERT_TRUE(reg.OpenKey(kVantorel + "\\Jobs"));
+    ASSERT_TRUE(reg.WriteString("1", "a"));
+    ASSERT_TRUE(reg.WriteInteger(2, "b"));
+    std::vector<std::string> names;
+    std::vector<long> types;
+    ASSERT_TRUE(reg.EnumerateValues(names, types));
+    EXPECT_EQ(names, (std::vector<std::string>{"a", "b"}));
+    EXPECT_EQ(types, (std::vector<long>{CRegistry::String, CRegistry::Integer}));
+    EXPECT_EQ(reg.EnumerateKeys(), std::vector<std::string>{"One"});
+    EXPECT_TRUE(reg.HasSubKeys());
+
+    EXPECT_TRUE(reg.RenameValue("a", "c"));
+    EXPECT_FALSE(reg.ValueExists("a"));
+    EXPECT_EQ(reg.ReadString("c"), "1");
+    EXPECT_FALSE(reg.RenameValue("missing", "d"));
+    EXPECT_TRUE(reg.DeleteValue("c"));
+    EXPECT_FALSE(reg.DeleteValue("c"));
+
+    ASSERT_TRUE(reg.OpenKey(kVantorel));
+    EXPECT_FALSE(reg.RenameKey(kVantorel + "\\Jobs", "Bad\\Name"));
+    EXPECT_TRUE(reg.RenameKey(kVantorel + "\\Jobs", "Tasks"));
+    EXPECT_FALSE(reg.KeyExists(kVantorel + "\\Jobs"));
+    EXPECT_TRUE(reg.KeyExists(kVantorel + "\\Tasks\\One"));
+    ASSERT_TRUE(reg.OpenKey(kVantorel + "\\Tasks"));
+    EXPECT_EQ(reg.ReadInteger("b"), 2);
+
+    EXPECT_TRUE(reg.DeleteKey(kVantorel + "\\Tasks"));
+    EXPECT_FALSE(reg.KeyExists(kVantorel + "\\Tasks\\One"));
+    EXPECT_FALSE(reg.DeleteKey("HKEY_CURRENT_USER"));
+    EXPECT_FALSE(reg.DeleteKey("HKCU\\Software"));
+}
+
+TEST_F(CRegistryTest, ClosingTheKeyWritesTheFile) {
+    ASSERT_TRUE(reg.OpenKey(kVantorel));
+    ASSERT_TRUE(reg.WriteString("kept", "Find0"));
+    EXPECT_TRUE(store.hasUnsavedChanges());
+    reg.CloseKey();
+    EXPECT_FALSE(store.hasUnsavedChanges());
+    EXPECT_NE(folder.read("settings.reg").find("\"Find0\"=\"kept\""), std::string::npos);
+}
+
+}  // namespace
+}  // namespace vantorel
