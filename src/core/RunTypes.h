@@ -139,9 +139,9 @@ struct RunOutcome {
     // ones aside (each was reported).
     std::uint64_t writesRefused = 0;
     std::string statusText;
-    // What the preview highlights after a run that went to its end: the
-    // find pattern, after a Replace the replacement as plain text; empty
-    // means no highlighting (a batch run).
+    // What the preview highlights once a completed run is over, stopped or
+    // not: the find pattern, after a Replace the replacement as plain text;
+    // empty means no highlighting (a batch run).
     std::string previewPattern;
     // Set when a pattern was refused: which job and what is wrong where.
     std::optional<PatternError> patternError;

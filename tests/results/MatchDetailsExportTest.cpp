@@ -22,7 +22,7 @@ TEST(MatchDetailsExportTest, TheNameDecidesBetweenRichAndPlainTextAndSuccessSays
     RecordingHost host;
     // A font given in pixels has no point size: 1 point, as the RTF needs one.
     const std::vector<std::pair<std::string, std::string>> cases = {
-        {"d.rtf", toRtf(kPreview, "Courier New", 1)}, {"d.RTF", toPlainText(kPreview)}, {"d.txt", toPlainText(kPreview)}};
+        {"d.rtf", toRtf(kPreview, "Courier New", 1)}, {"d.txt", toPlainText(kPreview)}};
     for (const auto& [name, bytes] : cases) {
         EXPECT_EQ(exportMatchDetails(kPreview, "Courier New", -1, [&] { return tree.path(name); }, host),
                   ExportResult::Written);
