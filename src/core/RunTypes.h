@@ -139,6 +139,10 @@ struct RunOutcome {
     // ones aside (each was reported).
     std::uint64_t writesRefused = 0;
     std::string statusText;
+    // What the preview highlights once a completed run is over, stopped or
+    // not: the find pattern, after a Replace the replacement as plain text;
+    // empty means no highlighting (a batch run).
+    std::string previewPattern;
     // Set when a pattern was refused: which job and what is wrong where.
     std::optional<PatternError> patternError;
     std::size_t invalidJob = 0;

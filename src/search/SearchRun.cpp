@@ -244,8 +244,7 @@ private:
     }
 
     void runPass(PassKind pass) {
-        filesDone_ = totalMatches_ = filesWithMatches_ = matchesFound_ = writesRefused_ = 0;
-        state_.readOnlySkipped = 0;
+        filesDone_ = totalMatches_ = filesWithMatches_ = matchesFound_ = writesRefused_ = readOnlySkipped_ = 0;
         host_.passStarted(pass);
         if (files_.empty()) return;
         const bool writing = pass == PassKind::Writing;
@@ -407,7 +406,7 @@ private:
         if (file.read && (file.matches > 0 || write || request_.markedOnly || request_.showAll))
             host_.addRow(FileReport{path, counted, file.characters, file.modified, request_.markedOnly, std::move(write)});
         for (const Message& message : messages) host_.showMessage(message);
-        if (readOnly) ++state_.readOnlySkipped;
+        if (readOnly) ++readOnlySkipped_;
         else if (write && !write->written()) ++writesRefused_;
         return counted;
     }
@@ -421,11 +420,11 @@ private:
         outcome_.totalMatches = totalMatches_;
         outcome_.writesRefused = writesRefused_;
         outcome_.filesWithMatches = filesWithMatches_;
-        outcome_.readOnlySkipped = static_cast<std::uint64_t>(state_.readOnlySkipped.load());
+        outcome_.readOnlySkipped = readOnlySkipped_;
         if (replace) {
             outcome_.statusText = replaceSummary(filesDone_, totalMatches_, filesWithMatches_);
             host_.setStatus(outcome_.statusText);
-            state_.previewPattern = jobs_.empty() ? std::string() : EscapePlainText(jobs_.front().replaceText());
+            outcome_.previewPattern = jobs_.empty() ? std::string() : EscapePlainText(jobs_.front().replaceText());
             if (stopped) host_.showMessage(Message{kReplaceStopped, kProgramTitle, MessageIcon::None, MessageKind::Summary});
             std::string text = outcome_.statusText;
             if (outcome_.readOnlySkipped > 0)
@@ -435,10 +434,10 @@ private:
         } else {
             outcome_.statusText = searchSummary(filesDone_, totalMatches_, filesWithMatches_);
             host_.setStatus(outcome_.statusText);
-            state_.previewPattern = jobs_.empty() ? std::string() : jobs_.front().findPattern();
+            outcome_.previewPattern = jobs_.empty() ? std::string() : jobs_.front().findPattern();
             if (stopped) host_.showMessage(Message{kSearchStopped, kProgramTitle, MessageIcon::None, MessageKind::Summary});
         }
-        if (request_.batch) state_.previewPattern.clear();
+        if (request_.batch) outcome_.previewPattern.clear();
         if (files_.empty())
             host_.showMessage(information(kNoFiles, MessageKind::Summary, kSearchComplete));
         else if (matchesFound_ == 0 && !confirmed_)  // a confirmed Replace found them in its counting pass
@@ -484,6 +483,7 @@ private:
     std::uint64_t totalMatches_ = 0;     // in the writing pass, those written
     std::uint64_t matchesFound_ = 0;     // written or not
     std::uint64_t writesRefused_ = 0;
+    std::uint64_t readOnlySkipped_ = 0;
     std::uint64_t filesWithMatches_ = 0;
 };
 

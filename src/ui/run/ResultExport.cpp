@@ -3,9 +3,8 @@
 #include <QDir>
 
 #include "core/MessageHost.h"
+#include "results/MatchDetailsExport.h"
 #include "results/MatchListExport.h"
-#include "results/RtfWriter.h"
-#include "ui/windows/ExtractForm.h"
 #include "ui/platform/FileDialog.h"
 #include "ui/widgets/PreviewPane.h"
 #include "ui/models/ResultsModel.h"
@@ -28,19 +27,16 @@ void exportMatchList(QWidget* owner, DesktopServices& desktop, MessageHost& mess
 }
 
 void exportMatchDetails(QWidget* owner, DesktopServices& desktop, MessageHost& messages, const PreviewPane& pane) {
-    if (pane.document()->isEmpty()) {
-        messages.showMessage(Message{"Nothing to Export.", kProgramTitle, MessageIcon::None, MessageKind::Notice});
-        return;
-    }
-    const QString path = SaveFileDialog(desktop, owner, QStringLiteral("Rich Text files (*.rtf)|*.rtf|Plain Text files (*.txt)|*.txt"),
-                                        QStringLiteral("rtf"), QDir::homePath());
-    if (path.isEmpty()) return;
-    const StyledText text = pane.styledText();
-    // The name decides, not the filter entry chosen.
-    const std::string bytes = savesAsRichText(path.toStdString())
-                                  ? toRtf(text, pane.font().family().toStdString(), std::max(1, pane.font().pointSize()))
-                                  : toPlainText(text);
-    saveBytes(messages, path, bytes);
+    vantorel::exportMatchDetails(
+        pane.styledText(), pane.font().family().toStdString(), pane.font().pointSize(),
+        [&] {
+            // The name decides what is written, not the filter entry chosen.
+            return SaveFileDialog(desktop, owner,
+                                  QStringLiteral("Rich Text files (*.rtf)|*.rtf|Plain Text files (*.txt)|*.txt"),
+                                  QStringLiteral("rtf"), QDir::homePath())
+                .toStdString();
+        },
+        messages);
 }
 
 }  // namespace vantorel::ui

@@ -101,8 +101,8 @@ void RunDisplay::flush() {
 void RunDisplay::finish(const RunOutcome& outcome) {
     flush();
     if (outcome.result != RunResult::Refused) {
-        // Written by the worker before it reported the end.
-        previewPattern_ = state_.previewPattern;
+        // A run that failed leaves the highlighting as it was.
+        if (outcome.result == RunResult::Completed) previewPattern_ = outcome.previewPattern;
         parts_.progress.setProgress(-1, PassKind::Searching);
     }
     emit finished(outcome);

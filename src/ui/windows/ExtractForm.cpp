@@ -7,7 +7,6 @@
 #include <QResizeEvent>
 
 #include "core/AtomicFileWriter.h"
-#include "core/FrontEndMessages.h"
 #include "results/RtfWriter.h"
 #include "ui/platform/AccessibleName.h"
 #include "ui/widgets/CommandButton.h"
@@ -18,18 +17,6 @@
 #include "ui/platform/Twips.h"
 
 namespace vantorel::ui {
-
-bool saveBytes(MessageHost& messages, const QString& path, const std::string& bytes) {
-    try {
-        AtomicFileWriter writer(path.toStdString());
-        writer.write(bytes);
-        writer.commit();
-        return true;
-    } catch (const std::exception& error) {
-        messages.showMessage(fileNotSaved(path.toStdString(), error.what()));
-        return false;
-    }
-}
 
 ExtractForm::ExtractForm(DesktopServices& desktop, MessageHost& messages, QWidget* parent)
     : QWidget(parent, Qt::Window), desktop_(desktop), messages_(messages) {
@@ -73,13 +60,10 @@ void ExtractForm::save() {
     const QString path = SaveFileDialog(desktop_, this, QStringLiteral("Plain Text files (*.txt)|*.txt"),
                                         QStringLiteral("txt"), QDir::homePath());
     if (path.isEmpty()) return;
-    const std::string plain = text();
-    const std::string bytes =
-        savesAsRichText(path.toStdString())
-            ? toRtf({StyledRun{plain, kBlack, false}}, text_->font().family().toStdString(),
-                    std::max(1, text_->font().pointSize()))
-            : plain;
-    saveBytes(messages_, path, bytes);
+    const std::string name = path.toStdString();
+    saveBytes(messages_, name,
+              bytesToSave(name, {StyledRun{text(), kBlack, false}}, text_->font().family().toStdString(),
+                          text_->font().pointSize()));
 }
 
 void ExtractForm::closeEvent(QCloseEvent* event) {

@@ -49,8 +49,4 @@ private:
     bool exiting_ = false;
 };
 
-// Writes a file whole through a temporary file; on failure says so and
-// returns false.
-bool saveBytes(MessageHost& messages, const QString& path, const std::string& bytes);
-
 }  // namespace vantorel::ui
