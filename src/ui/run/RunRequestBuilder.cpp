@@ -1,10 +1,10 @@
 #include "ui/run/RunRequestBuilder.h"
 
 #include <QCheckBox>
-#include <QDir>
 #include <atomic>
 #include <memory>
 
+#include "search/RequestFrom.h"
 #include "ui/widgets/HistoryCombo.h"
 #include "ui/widgets/InputFrame.h"
 #include "ui/models/ResultsModel.h"
@@ -30,23 +30,21 @@ PreviewSettings RunRequestBuilder::previewSettings() const {
 bool RunRequestBuilder::ignoreCase() const { return !inputs_.option(OptionBox::MatchCase)->isChecked(); }
 
 RunRequest RunRequestBuilder::build(RunKind kind, JobSource jobs) const {
-    RunRequest request;
-    request.kind = kind;
-    request.jobs = std::move(jobs.jobs);
-    request.batch = jobs.batch;
-    QString folder = inputs_.box(HistoryBox::Folder)->currentText();
-    if (!folder.isEmpty() && QDir::isRelativePath(folder)) folder = QDir::current().absoluteFilePath(folder);
-    request.startFolder = folder.toStdString();
-    request.filter = inputs_.box(HistoryBox::Filter)->text();
-    request.regularExpression = inputs_.option(OptionBox::RegularExpression)->isChecked();
-    request.ignoreCase = ignoreCase();
-    request.wholeWords = inputs_.option(OptionBox::WholeWords)->isChecked() && !request.regularExpression;
-    request.scanSubfolders = settings_.ScanSubfolders;
-    request.skipVersionControl = settings_.SkipVersionControl;
-    request.makeBackups = settings_.MakeBackups;
-    request.showAll = settings_.ShowAll;
-    request.markedOnly = inputs_.markedBox()->isChecked();
-    if (request.markedOnly) request.markedFiles = rows_.checkedPaths();
+    RunInputs typed;
+    typed.kind = kind;
+    typed.jobs = std::move(jobs);
+    typed.folder = inputs_.box(HistoryBox::Folder)->currentText().toStdString();
+    typed.filter = inputs_.box(HistoryBox::Filter)->text();
+    typed.regularExpression = inputs_.option(OptionBox::RegularExpression)->isChecked();
+    typed.ignoreCase = ignoreCase();
+    // The box is off while regular expressions are.
+    typed.wholeWords = inputs_.option(OptionBox::WholeWords)->isChecked() && !typed.regularExpression;
+    typed.scanSubfolders = settings_.ScanSubfolders;
+    typed.skipVersionControl = settings_.SkipVersionControl;
+    typed.makeBackups = settings_.MakeBackups;
+    typed.showAll = settings_.ShowAll;
+    if (inputs_.markedBox()->isChecked()) typed.markedFiles = rows_.checkedPaths();
+    RunRequest request = requestFrom(std::move(typed));
     if (settings_.PreviewAll) {
         const MatchPreview preview(previewSettings());
         auto built = std::make_shared<std::atomic<long>>(0);

@@ -4,6 +4,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 
+#include "library/BatchQueue.h"
 #include "ui/widgets/CommandButton.h"
 
 namespace vantorel::ui {
@@ -12,7 +13,7 @@ BatchBar::BatchBar(QWidget* parent) : QWidget(parent) {
     setObjectName(QStringLiteral("BatchBar"));
     setAutoFillBackground(true);
     setBackgroundRole(QPalette::AlternateBase);
-    label_ = new QLabel(QStringLiteral("Batch Commands Queued"), this);
+    label_ = new QLabel(QString::fromStdString(batchLabel({})), this);
     label_->setObjectName(QStringLiteral("BatchLbl"));
     QFont strong = label_->font();
     strong.setBold(true);

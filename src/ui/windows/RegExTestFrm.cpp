@@ -18,6 +18,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "core/FrontEndMessages.h"
 #include "core/MessageHost.h"
 #include "ui/platform/AccessibleName.h"
 #include "ui/widgets/CommandButton.h"
@@ -476,8 +477,7 @@ void RegExTestFrm::loadSample() {
         loadButton_->setEnabled(true);
         const std::shared_ptr<Loaded> loaded = watcher->result();
         if (!loaded->error.empty()) {
-            messages_->showMessage(Message{"Error Loading File\r\n" + loaded->error, kProgramTitle,
-                                           MessageIcon::Warning, MessageKind::FileError});
+            messages_->showMessage(errorLoadingFile(loaded->error));
             return;
         }
         sample_->setExtraSelections({});

@@ -28,7 +28,7 @@
 #include "history/UndoJournal.h"
 #include "results/ResultRow.h"
 #include "results/RtfReader.h"
-#include "regex/PatternConstruction.h"
+#include "search/RunSummary.h"
 #include "ui/windows/BatchBar.h"
 #include "ui/windows/BatchFrm.h"
 #include "ui/widgets/ColourProgressBar.h"
@@ -522,11 +522,9 @@ void RepForm::onRunFinished(const RunOutcome& outcome) {
     if (outcome.result != RunResult::Refused) inputs_->libraryButton()->show();
     inputs_->applyMarkedBox(markedBoxFor(model_->anyChecked()));
     if (outcome.patternError && batchRun_)  // a step of the queue, not the find box
-        statusPanel_->setText(QStringLiteral("Step %1: %2")
-                                  .arg(outcome.invalidJob + 1)
-                                  .arg(QString::fromStdString(describePatternError(
-                                      *outcome.patternError,
-                                      inputs_->option(OptionBox::RegularExpression)->isChecked()))));
+        statusPanel_->setText(QString::fromStdString(
+            invalidPatternLine(*outcome.patternError, outcome.invalidJob, batchRun_,
+                               inputs_->option(OptionBox::RegularExpression)->isChecked())));
     else if (outcome.patternError)
         pointAtPatternError(outcome.patternError->offset(), outcome.patternError->what());
     if (outcome.result == RunResult::Completed) {

@@ -11,6 +11,7 @@
 #include <QStyle>
 #include <QVBoxLayout>
 
+#include "settings/HistoryQuestions.h"
 #include "ui/platform/AccessibleName.h"
 #include "ui/platform/FontNames.h"
 #include "ui/widgets/Logo.h"
@@ -237,27 +238,23 @@ void frmOptions::buildHistoryButtons(QWidget* history) {
         const char* name;
         const char* caption;
         HistoryBox box;
-        const char* question;
     };
     static constexpr HistoryButton kButtons[] = {
-        {"cmdClearFindHist", "Clear Find History", HistoryBox::Find, "Clear Find History - Sure?"},
-        {"cmdClearRepHist", "Clear Replace History", HistoryBox::Replace, "Clear Replace History - Sure?"},
-        {"cmdClearfolderHist", "Clear Folder History", HistoryBox::Folder, "Clear Folder History - Sure?"},
+        {"cmdClearFindHist", "Clear Find History", HistoryBox::Find},
+        {"cmdClearRepHist", "Clear Replace History", HistoryBox::Replace},
+        {"cmdClearfolderHist", "Clear Folder History", HistoryBox::Folder},
     };
     auto* row = new QHBoxLayout(history);
     for (const HistoryButton& entry : kButtons) {
         auto* b = lvButtons_H::create(history, QString::fromLatin1(entry.name), QString::fromLatin1(entry.caption));
-        connect(b, &QPushButton::clicked, this, [this, &entry] { clearHistory(entry.box, entry.question); });
+        connect(b, &QPushButton::clicked, this, [this, &entry] { clearHistory(entry.box); });
         row->addWidget(b);
     }
     row->addStretch(1);
 }
 
-void frmOptions::clearHistory(HistoryBox box, const char* question) {
-    Message ask;
-    ask.text = question;
-    ask.icon = MessageIcon::Question;
-    if (messages_.askYesNo(ask)) emit historyCleared(box);
+void frmOptions::clearHistory(HistoryBox box) {
+    if (messages_.askYesNo(clearHistoryQuestion(box))) emit historyCleared(box);
 }
 
 void frmOptions::changed() { apply_->setEnabled(true); }

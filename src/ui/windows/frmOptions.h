@@ -49,7 +49,7 @@ private:
     QLineEdit* numberBox(const char* name, long least);
     QCheckBox* checkBox(const char* name, const char* caption, bool ticked);
     void buildHistoryButtons(QWidget* group);
-    void clearHistory(HistoryBox box, const char* question);
+    void clearHistory(HistoryBox box);
     void changed();
     void arrangeGroups(bool twoColumns);
 
