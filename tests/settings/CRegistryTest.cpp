@@ -94,37 +94,6 @@ TEST_F(CRegistryTest, EmptyStringsAndMissingValues) {
     EXPECT_EQ(reg.ReadString("Text"), "abc");
 }
 
-// Each type as GetValueInfo gives it (its code and size) and as ReadString reads it.
-TEST_F(CRegistryTest, ValueInfoMapsTypesAndSizes) {
-    const struct {
-        std::uint32_t type;
-        std::string data;
-        long code, size;
-        bool result;
-        std::string read;
-    } cases[] = {
-        {REG_SZ, std::string("abc\0", 4), 1, 3, true, "abc"},
-        {REG_SZ, std::string(1, '\0'), 1, 1, true, kNul}, {REG_SZ, std::string(2, '\0'), 1, 1, true, kNul},
-        {REG_MULTI_SZ, std::string("a\0b\0\0", 5), 1, 4, true, std::string("a\0b\0", 4)},
-        {REG_EXPAND_SZ, std::string("%X%\0", 4), 2, 3, true, "%X%"},
-        {REG_EXPAND_SZ, std::string(1, '\0'), 2, 0, true, ""},
-        {REG_DWORD, std::string("\x07\0\0\0", 4), 3, 4, true, std::string("\x07\0\0\0", 4)},
-        {REG_DWORD_BIG_ENDIAN, std::string("\0\0\0\x07", 4), 4, 4, true, std::string("\0\0\0\x07", 4)},
-        {REG_BINARY, "xyz", 5, 3, true, "xyz"}, {REG_LINK, "ab", 5, 2, true, "ab"},
-        {REG_RESOURCE_LIST, "ab", 5, 2, true, "ab"}, {REG_NONE, "ab", 0, 2, true, "ab"}, {REG_NONE, "", 0, 0, false, ""},
-        {11, std::string(8, 'q'), 0, 8, true, std::string(8, 'q')}};
-    ASSERT_TRUE(reg.OpenKey(kVantorel));
-    for (const auto& c : cases) {
-        SCOPED_TRACE(&c - cases);
-        ASSERT_TRUE(store.setValue(kVantorelKey, "V", c.type, c.data));
-        long code = -1, size = -1;
-        EXPECT_EQ(reg.GetValueInfo("V", code, size), c.result);
-        EXPECT_EQ(code, c.code);
-        EXPECT_EQ(size, c.size);
-        EXPECT_EQ(reg.ReadString("V"), c.read);
-    }
-}
-
 // The part kept for the published interface only, once over: numbers keep
 // their byte order, expandable strings expand, keys and values rename and go.
 TEST_F(CRegistryTest, CompatibilityMethodsStillWork) {
