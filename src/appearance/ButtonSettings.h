@@ -1,18 +1,20 @@
 #pragma once
 // The stored settings of one of the program's own buttons (lvButtons_H): the
 // values a window's design keeps for each button, under fixed names, with the
-// default that applies when a value is absent. They are read and written
-// through a registry key like the program's other settings: numbers as
-// decimal text, flags as "1" or "0", colours as the decimal text of their
-// 32-bit value.
+// default that applies when a value is absent. `read` and `write` keep them
+// under a registry key like the program's other settings: numbers as decimal
+// text, flags as "1" or "0", colours as the decimal text of their 32-bit
+// value. Those two are kept for compatibility with the program's published
+// interface; the program itself does not use them (ButtonSettingsCompat.cpp).
 
 #include <cstdint>
 #include <optional>
 #include <string>
 
-#include "settings/CRegistry.h"
 
 namespace vantorel {
+
+class CRegistry;
 
 // A colour in blue-green-red order, or a system colour: the high bit set and
 // the system colour's index below it (resolved from the desktop's palette).
@@ -87,6 +89,8 @@ struct ButtonSettings {
     std::string MouseIcon;  // an image file; empty: none
     std::int16_t MousePointer = button::DefaultPointer;
 
+    // Kept for compatibility with the program's published interface; the
+    // program itself does not use them.
     // Reads the values of the open key, in their fixed order; an absent
     // value gives its default (HoverBackColor's is the BackColor just read).
     static ButtonSettings read(CRegistry& key);

@@ -12,6 +12,10 @@
 // The values live in a RegistryStore. Closing the key (and destroying the
 // object) writes the changes made so far to the store's file; `Flush` does
 // so explicitly and reports whether it worked.
+//
+// The program's settings use only the first group of methods below; the
+// second group is kept for compatibility with the program's published
+// interface and lives apart, in CRegistryCompat.cpp.
 
 #include <cstdint>
 #include <string>
@@ -26,9 +30,6 @@ class CRegistry {
 public:
     // The class's own value-type codes, as returned by GetValueInfo.
     enum ValueKind : long { Unknown = 0, String = 1, ExpandString = 2, Integer = 3, BigEndian = 4, Binary = 5 };
-
-    static constexpr std::uint32_t kFullAccess = 0xF003F;
-    static constexpr long kCreatedNewKey = 1;
 
     explicit CRegistry(RegistryStore& store);
     ~CRegistry();
@@ -50,6 +51,13 @@ public:
     // Note the order: data first, then the value name. "" is stored as one NUL.
     bool WriteString(std::string data, const std::string& name);
 
+    // ---- Kept for compatibility with the program's published interface ----
+    // The program itself does not use what follows (CRegistryCompat.cpp).
+    static constexpr std::uint32_t kFullAccess = 0xF003F;
+    static constexpr long kCreatedNewKey = 1;
+    const std::string& CurrentPath() const noexcept { return currentPath_; }
+    const std::string& CurrentKey() const noexcept { return currentKey_; }
+    RegistryStore& Store() noexcept { return store_; }
     std::vector<std::string> EnumerateKeys();
     bool HasSubKeys();
     bool DeleteKey(const std::string& path);
@@ -73,6 +81,10 @@ public:
     bool WriteBigEndian(long value, const std::string& name);
     bool WriteBinary(const std::vector<unsigned char>& data, const std::string& name);
     bool RenameValue(const std::string& oldName, const std::string& newName);
+    // Writes the changes made so far to the store's file.
+    bool Flush();
+    // Placeholders: hive files do not exist here, so these do nothing and
+    // give false or "".
     bool SaveKey(const std::string& path, const std::string& file);
     bool LoadKey(const std::string& path, const std::string& file);
     bool UnLoadKey(const std::string& path);
@@ -80,16 +92,11 @@ public:
     bool ReplaceKey(const std::string& path, const std::string& newFile, const std::string& oldFile);
     std::string FindKey(const std::string& text);
     std::string FindValue(const std::string& text);
-    const std::string& CurrentPath() const noexcept { return currentPath_; }
-    const std::string& CurrentKey() const noexcept { return currentKey_; }
-
-    // Writes the changes made so far to the store's file.
-    bool Flush();
-    RegistryStore& Store() noexcept { return store_; }
 
 private:
     // Root key and subkey path of a full path; nullopt for an unknown root.
     static std::optional<KeyPath> parsePath(const std::string& path);
+    static long kindOf(std::uint32_t type);
     bool writeRaw(const std::string& name, std::uint32_t type, std::string data);
     std::optional<RegistryValue> readRaw(const std::string& name);
     bool copyKey(const KeyPath& from, const KeyPath& to);

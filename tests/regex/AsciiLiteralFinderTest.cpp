@@ -12,14 +12,6 @@ namespace {
 
 using test::matchSpans;
 
-TEST(AsciiLiteralFinderTest, OnlyPlainAsciiPatternsAreLiterals) {
-    EXPECT_EQ(AsciiLiteralFinder::literalOf("error"), "error");
-    EXPECT_EQ(AsciiLiteralFinder::literalOf("C:\\\\temp\\.txt"), "C:\\temp.txt");
-    EXPECT_EQ(AsciiLiteralFinder::literalOf("a\\(b\\)\\|c"), "a(b)|c");
-    for (const char* pattern : {"", "a.b", "a|b", "^a", "a*", "\\d", "\\bcat\\b", "[ab]", "caf\xc3\xa9", "a/b", "x{2}"})
-        EXPECT_EQ(AsciiLiteralFinder::literalOf(pattern), std::nullopt) << pattern;
-}
-
 // The fast route must find exactly what the regular-expression engine finds
 // for the same literal written so that it cannot take the fast route.
 TEST(AsciiLiteralFinderTest, FindsWhatTheEngineFindsIgnoringCase) {

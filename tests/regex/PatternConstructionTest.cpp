@@ -5,15 +5,6 @@
 namespace vantorel {
 namespace {
 
-TEST(PatternConstructionTest, PlainTextMatchesItselfLiterally) {
-    // Metacharacters, a line break, "-" and "/" all match themselves and nothing else.
-    for (const std::string text : {"a.b", "C:\\temp", "(x+y)*2 = $5 | [a]{1}", "^start$", "a-b/c\nd"}) {
-        const std::string pattern = EscapePlainText(text);
-        EXPECT_EQ(CountMatches("<" + text + "> <" + text + ">", pattern, false), 2u) << text;
-    }
-    EXPECT_EQ(CountMatches("axb", EscapePlainText("a.b"), false), 0u);
-}
-
 TEST(PatternConstructionTest, WholeWordsOnlyInPlainTextMode) {
     const JobPattern plain = buildJobPattern("cat", "dog", {false, true});
     EXPECT_EQ(plain.findPattern, "\\bcat\\b");

@@ -1,6 +1,5 @@
 // Case-insensitive matching follows ECMAScript's Canonicalize for every
-// character, not PCRE2's Unicode case folding, and single-byte text keeps
-// ECMAScript's ASCII-only character types under the Windows-1252 tables.
+// character, not PCRE2's Unicode case folding, in UTF-8 and single-byte text.
 
 #include <gtest/gtest.h>
 
@@ -111,51 +110,6 @@ TEST(RegexCaseFolding, SingleByteBackReferencesIgnoreCaseLikeEcmaScript) {
             const bool equal = folding.canonicalize(windows1252ToCodePoint(static_cast<unsigned char>(a))) ==
                                folding.canonicalize(windows1252ToCodePoint(static_cast<unsigned char>(b)));
             EXPECT_EQ(pattern.countMatches(text), equal ? 1u : 0u) << "bytes " << a << ", " << b;
-        }
-    }
-}
-
-// The Windows-1252 tables pair letters but keep \d \w \s \b and . as
-// ECMAScript defines them: ASCII digits and word characters; tab to CR,
-// space and no-break space; everything but LF and CR.
-TEST(RegexCaseFolding, SingleByteCharacterTypesStayEcmaScripts) {
-    auto range = [](unsigned first, unsigned last) {
-        std::set<unsigned> set;
-        for (unsigned b = first; b <= last; ++b) set.insert(b);
-        return set;
-    };
-    std::set<unsigned> word = range('0', '9');
-    for (unsigned b : range('A', 'Z')) word.insert(b);
-    for (unsigned b : range('a', 'z')) word.insert(b);
-    word.insert('_');
-    std::set<unsigned> space = range(0x09, 0x0D);
-    space.insert(0x20);
-    space.insert(0xA0);
-    std::set<unsigned> all = range(0, 255);
-    std::set<unsigned> dot = all;
-    dot.erase('\n');
-    dot.erase('\r');
-    auto complement = [&all](const std::set<unsigned>& set) {
-        std::set<unsigned> rest;
-        for (unsigned b : all)
-            if (!set.count(b)) rest.insert(b);
-        return rest;
-    };
-    const std::string subject = allBytes();
-    const std::pair<const char*, std::set<unsigned>> cases[] = {
-        {"\\d", range('0', '9')}, {"\\w", word}, {"\\W", complement(word)}, {"\\s", space},
-        {"\\S", complement(space)}, {".", dot}, {"[\\w\\s]", [&] { auto s = word; s.insert(space.begin(), space.end()); return s; }()},
-        {"\\w\\b", word},
-    };
-    for (const auto& [pattern, expected] : cases) {
-        for (const bool ignoreCase : {false, true}) {
-            const Regex regex(pattern, ignoreCase);
-            std::set<unsigned> found;
-            // One byte at a time, so that \b sees the byte alone.
-            for (unsigned b = 0; b < 256; ++b)
-                if (regex.forEncoding(TextEncoding::Windows1252).countMatches(subject.substr(b, 1)) > 0)
-                    found.insert(b);
-            EXPECT_EQ(found, expected) << pattern << (ignoreCase ? " (ignore case)" : "");
         }
     }
 }

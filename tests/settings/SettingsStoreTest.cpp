@@ -166,14 +166,11 @@ TEST_P(SettingsValues, LoadAsDesigned) {
 }
 
 const LoadCase kLoadCases[] = {
-    {"LinePrev", "0", 100}, {"LinePrev", "-5", 100}, {"LinePrev", "", 100}, {"LinePrev", "7.6 lines", 8},
-    {"EndPrev", "0", 0}, {"EndPrev", "-3", -3}, {"EndPrev", "", 0}, {"EndPrev", std::nullopt, 25},
-    {"MidPrev", "many", 0}, {"Fsize", "large", 10}, {"Fsize", "0", 10}, {"ScanSub", std::nullopt, true},
-    {"ScanSub", "0", false}, {"Baks", std::nullopt, true}, {"Baks", "no", true}, {"ClrTxt", "0", false},
-    {"ClrTxt", "", true}, {"SkipVCS", std::nullopt, true}, {"SkipVCS", "0", false},
-    {"ShowLineNos", std::nullopt, false}, {"ShowLineNos", "1", true}, {"PreviewAll", std::nullopt, false},
-    {"PreviewAll", "yes", false}, {"ShowAll", "1", true}, {"REMode", std::nullopt, true}, {"REMode", "0", false},
-    {"CaseSens", "2", true}, {"WholeWord", "0", false}};
+    {"LinePrev", "0", 100}, {"LinePrev", "7.6 lines", 8}, {"EndPrev", "-3", -3}, {"EndPrev", std::nullopt, 25},
+    {"MidPrev", "many", 0}, {"Fsize", "0", 10}, {"ScanSub", std::nullopt, true}, {"Baks", "no", true},
+    {"ClrTxt", "", true}, {"SkipVCS", "0", false}, {"ShowLineNos", std::nullopt, false},
+    {"PreviewAll", "yes", false}, {"ShowAll", "1", true}, {"REMode", std::nullopt, true}, {"CaseSens", "2", true},
+    {"WholeWord", "0", false}};
 
 INSTANTIATE_TEST_SUITE_P(Values, SettingsValues, ::testing::ValuesIn(kLoadCases), [](const auto& info) {
     return std::string(info.param.name) + "_" + std::to_string(info.index);
@@ -205,30 +202,6 @@ TEST_F(SettingsStoreTest, EmptySavedValuesComeBackAsALoneNul) {
     EXPECT_EQ(window.fontName, "Arial");
     EXPECT_EQ(window.normal, (WindowGeometry{0, 120, 9000, 7000}));
     EXPECT_EQ(window.divider, 2500);
-}
-
-TEST_F(SettingsStoreTest, ValuesOfOtherTypesAreReadAsTheirBytes) {
-    folder.write("settings.reg", "Windows Registry Editor Version 5.00\n\n"
-                                "[HKEY_CURRENT_USER\\Software\\Brimlark\\Vantorel]\n"
-                                "\"LinePrev\"=dword:00000020\n"
-                                "\"Find0\"=hex:41,42\n"
-                                "\"WinTop\"=hex(2):31,32,00\n");
-    load();
-    EXPECT_EQ(settings.HitsPerPage, 100);  // the bytes 20 00 00 00 are no number
-    EXPECT_EQ(window.lists[HistoryBox::Find], std::vector<std::string>{"AB"});
-    EXPECT_EQ(window.normal.top, 12);
-    EXPECT_TRUE(host.messages.empty());
-}
-
-TEST_F(SettingsStoreTest, AKeyWithoutWinTopKeepsTheDesignedGeometry) {
-    seed({{"Find0", "x"}, {"ShowAll", "1"}, {"WinLeft", "5"}, {"WinWidth", "6"}, {"WinDragline", "7"},
-          {"WinMax", "1"}});
-    load();
-    EXPECT_EQ(window.lists[HistoryBox::Find], std::vector<std::string>{"x"});
-    EXPECT_TRUE(settings.ShowAll);
-    EXPECT_EQ(window.normal, kDesigned);
-    EXPECT_EQ(window.divider, kDesignedDivider);
-    EXPECT_EQ(window.state, WindowShowState::Normal);
 }
 
 TEST_F(SettingsStoreTest, SaveWritesEveryValueAndLoadRestoresIt) {
@@ -314,12 +287,6 @@ TEST_F(SettingsStoreTest, MaximisedOrMinimisedKeepsTheNormalGeometry) {
     load(settings, restored);
     EXPECT_EQ(restored.normal, (WindowGeometry{10, 20, 9000, 8000}));
     EXPECT_EQ(restored.state, WindowShowState::Maximised);
-}
-
-TEST_F(SettingsStoreTest, SaveWithoutTheKeyWritesNothing) {
-    save();
-    EXPECT_FALSE(fs::exists(file()));
-    EXPECT_TRUE(host.messages.empty());
 }
 
 TEST_F(SettingsStoreTest, AStoreThatCannotBeWrittenIsReportedOnSave) {

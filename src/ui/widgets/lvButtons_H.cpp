@@ -183,22 +183,6 @@ void lvButtons_H::setShowFocusRect(bool on) {
     update();
 }
 
-void lvButtons_H::setValue(bool on) {
-    design_.setDefault(isDefault());
-    if (const auto text = design_.setValue(on)) {
-        notice(text);
-        return;
-    }
-    if (!on && autoExclusive() && isChecked()) {
-        // Qt keeps one member of a group checked; a Value set to false is cleared all the same.
-        setAutoExclusive(false);
-        setChecked(false);
-        setAutoExclusive(true);
-    } else {
-        setChecked(on);
-    }
-}
-
 void lvButtons_H::setPictureSize(int size) {
     notice(design_.setPictureSize(static_cast<std::int16_t>(size)));
     changed();
@@ -368,12 +352,6 @@ void lvButtons_H::keyPressEvent(QKeyEvent* event) {
         return;
     }
     QPushButton::keyPressEvent(event);
-}
-
-void lvButtons_H::nextCheckState() {
-    // A click on an option button sets it; only another member clears it.
-    if (s().Mode == button::Option) setChecked(true);
-    else QPushButton::nextCheckState();
 }
 
 bool lvButtons_H::hitButton(const QPoint& pos) const {

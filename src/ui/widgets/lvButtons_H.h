@@ -9,6 +9,9 @@
 // Option-mode buttons with the same parent form a group: when one member's
 // Value becomes true, the others' become false. Check and option buttons
 // toggle on a click, on Space and on Enter; push buttons click on all three.
+// The check and option modes are kept for compatibility with the program's
+// published interface; the program's windows use push buttons only
+// (lvButtons_HModes.cpp).
 // Screen readers see a button, check box or radio button named by its caption.
 
 #include <QPixmap>
@@ -84,6 +87,7 @@ public:
     void setPictureAlign(int align);
     bool showFocusRect() const { return s().ShowFocusRect; }
     void setShowFocusRect(bool on);
+    // Check and option modes only (lvButtons_HModes.cpp).
     bool value() const { return isCheckable() && isChecked(); }
     void setValue(bool on);
     int pictureSize() const { return s().PictureSize; }
@@ -138,7 +142,7 @@ protected:
     void enterEvent(QEnterEvent* event) override;
     void leaveEvent(QEvent* event) override;
     void changeEvent(QEvent* event) override;
-    void nextCheckState() override;
+    void nextCheckState() override;  // lvButtons_HModes.cpp
     bool hitButton(const QPoint& pos) const override;
 
 private:
