@@ -19,10 +19,7 @@ ConsoleHost::ConsoleHost(const CliOptions& options, bool interactive, const std:
       printer_(printerFor(options)) {}
 
 void ConsoleHost::showMessage(const Message& message) {
-    if (message.kind == MessageKind::Summary) {
-        summaries_.push_back(message);  // shown after the summary line
-        return;
-    }
+    if (message.kind == MessageKind::Summary) return;  // the outcome's notes, after the summary line
     std::fprintf(stderr, "%s\n", terminalText(message.text).c_str());
 }
 
@@ -119,7 +116,7 @@ void ConsoleHost::appendExtracted(std::string_view text) {
 
 void ConsoleHost::finish(const RunOutcome& outcome) {
     printHeldRows();
-    if (outcome.result == RunResult::Completed) printer_->summary(outcome, summaryParts(outcome, summaries_));
+    if (outcome.result == RunResult::Completed) printer_->summary(outcome);
 }
 
 }  // namespace vantorel::cli

@@ -53,7 +53,6 @@ private:
     bool holdRows_ = false;
     std::vector<FileReport> heldRows_;
     std::vector<ResultRow> rows_;
-    std::vector<Message> summaries_;
     std::string realStartFolder_;
     std::size_t leftOutOfDiff_ = 0;
 };

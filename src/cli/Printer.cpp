@@ -43,9 +43,9 @@ std::string writeName(const FileReport& row) {
 }
 
 // The status line, then each note on lines of its own.
-void printTextSummary(std::FILE* out, const SummaryParts& parts) {
-    std::fprintf(out, "%s\n", parts.status.c_str());
-    for (const std::string& note : parts.notes) std::fprintf(out, "%s\n", terminalText(note).c_str());
+void printTextSummary(std::FILE* out, const RunOutcome& outcome) {
+    std::fprintf(out, "%s\n", outcome.statusText.c_str());
+    for (const std::string& note : outcome.summaryNotes) std::fprintf(out, "%s\n", terminalText(note).c_str());
 }
 
 // Path, matches, size, modified and, for a written file, what became of it, TAB between.
@@ -58,14 +58,14 @@ public:
                      number(row.characters), formatDateTime(row.modified).c_str(), write.empty() ? "" : "\t",
                      write.c_str());
     }
-    void summary(const RunOutcome&, const SummaryParts& parts) override { printTextSummary(out_, parts); }
+    void summary(const RunOutcome& outcome) override { printTextSummary(out_, outcome); }
 };
 
 // The summary alone.
 class SummaryPrinter : public Printer {
 public:
     using Printer::Printer;
-    void summary(const RunOutcome&, const SummaryParts& parts) override { printTextSummary(out_, parts); }
+    void summary(const RunOutcome& outcome) override { printTextSummary(out_, outcome); }
 };
 
 // A dry run: its diff on standard output, the summary where `out` says.
@@ -73,7 +73,7 @@ class DiffPrinter : public Printer {
 public:
     using Printer::Printer;
     void diff(const std::string& text) override { std::fwrite(text.data(), 1, text.size(), stdout); }
-    void summary(const RunOutcome&, const SummaryParts& parts) override { printTextSummary(out_, parts); }
+    void summary(const RunOutcome& outcome) override { printTextSummary(out_, outcome); }
 };
 
 // One object per row (without rows: none), the diff inside its row, then one for the summary.
@@ -97,18 +97,18 @@ public:
                      formatDateTime(row.modified).c_str(), extra.c_str());
     }
 
-    void summary(const RunOutcome& outcome, const SummaryParts& parts) override {
+    void summary(const RunOutcome& outcome) override {
         std::string messages = "[";
-        for (std::size_t i = 0; i < parts.notes.size(); ++i) {
+        for (std::size_t i = 0; i < outcome.summaryNotes.size(); ++i) {
             if (i > 0) messages += ',';
-            messages += jsonString(terminalText(parts.notes[i]));
+            messages += jsonString(terminalText(outcome.summaryNotes[i]));
         }
         messages += "]";
         std::fprintf(out_,
                      "{\"summary\":%s,\"filesProcessed\":%llu,\"matches\":%llu,\"filesWithMatches\":%llu,"
                      "\"readOnlySkipped\":%llu,\"writesRefused\":%llu,\"stopped\":%s,\"replaced\":%s,"
                      "\"messages\":%s}\n",
-                     jsonString(parts.status).c_str(), number(outcome.filesDone), number(outcome.totalMatches),
+                     jsonString(outcome.statusText).c_str(), number(outcome.filesDone), number(outcome.totalMatches),
                      number(outcome.filesWithMatches), number(outcome.readOnlySkipped),
                      number(outcome.writesRefused), outcome.stopped ? "true" : "false",
                      outcome.replaced ? "true" : "false", messages.c_str());

@@ -11,7 +11,6 @@
 
 #include "cli/CliOptions.h"
 #include "core/RunTypes.h"
-#include "search/RunSummary.h"
 
 namespace vantorel::cli {
 
@@ -24,7 +23,7 @@ public:
     virtual void diff(const std::string& text) { (void)text; }
     virtual void row(const FileReport& row) { (void)row; }
     // The summary of a completed run.
-    virtual void summary(const RunOutcome& outcome, const SummaryParts& parts) = 0;
+    virtual void summary(const RunOutcome& outcome) = 0;
 
     // Where rows and summaries go: flushed before a question is asked.
     std::FILE* out() const { return out_; }

@@ -19,7 +19,7 @@
 #include "results/MatchListExport.h"
 #include "regex/EngineSelfTest.h"
 #include "search/RequestFrom.h"
-#include "search/RunSummary.h"
+#include "search/RefusedPattern.h"
 #include "search/SearchRun.h"
 
 namespace {

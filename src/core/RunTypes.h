@@ -139,6 +139,9 @@ struct RunOutcome {
     // ones aside (each was reported).
     std::uint64_t writesRefused = 0;
     std::string statusText;
+    // What the summary's messages add to the status line, in the order they
+    // were shown: a stop, the read-only warning, no files or no matches.
+    std::vector<std::string> summaryNotes;
     // What the preview highlights once a completed run is over, stopped or
     // not: the find pattern, after a Replace the replacement as plain text;
     // empty means no highlighting (a batch run).

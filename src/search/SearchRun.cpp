@@ -425,23 +425,32 @@ private:
             outcome_.statusText = replaceSummary(filesDone_, totalMatches_, filesWithMatches_);
             host_.setStatus(outcome_.statusText);
             outcome_.previewPattern = jobs_.empty() ? std::string() : EscapePlainText(jobs_.front().replaceText());
-            if (stopped) host_.showMessage(Message{kReplaceStopped, kProgramTitle, MessageIcon::None, MessageKind::Summary});
+            if (stopped) note(Message{kReplaceStopped, kProgramTitle, MessageIcon::None, MessageKind::Summary});
             std::string text = outcome_.statusText;
-            if (outcome_.readOnlySkipped > 0)
-                text += "\r\nWarning! " + std::to_string(outcome_.readOnlySkipped) +
-                        " of the above file(s) were Read-Only and their replacements were not saved.";
+            if (outcome_.readOnlySkipped > 0) {
+                const std::string warning = "Warning! " + std::to_string(outcome_.readOnlySkipped) +
+                                            " of the above file(s) were Read-Only and their replacements were not saved.";
+                text += "\r\n" + warning;
+                outcome_.summaryNotes.push_back(warning);
+            }
             host_.showMessage(information(text, MessageKind::Summary, kReplaceComplete));
         } else {
             outcome_.statusText = searchSummary(filesDone_, totalMatches_, filesWithMatches_);
             host_.setStatus(outcome_.statusText);
             outcome_.previewPattern = jobs_.empty() ? std::string() : jobs_.front().findPattern();
-            if (stopped) host_.showMessage(Message{kSearchStopped, kProgramTitle, MessageIcon::None, MessageKind::Summary});
+            if (stopped) note(Message{kSearchStopped, kProgramTitle, MessageIcon::None, MessageKind::Summary});
         }
         if (request_.batch) outcome_.previewPattern.clear();
         if (files_.empty())
-            host_.showMessage(information(kNoFiles, MessageKind::Summary, kSearchComplete));
+            note(information(kNoFiles, MessageKind::Summary, kSearchComplete));
         else if (matchesFound_ == 0 && !confirmed_)  // a confirmed Replace found them in its counting pass
-            host_.showMessage(information(kNoMatches, MessageKind::Summary, kSearchComplete));
+            note(information(kNoMatches, MessageKind::Summary, kSearchComplete));
+    }
+
+    // A summary message that stands apart from the status line.
+    void note(Message message) {
+        outcome_.summaryNotes.push_back(message.text);
+        host_.showMessage(std::move(message));
     }
 
     const RunRequest& request_;

@@ -28,7 +28,7 @@
 #include "history/UndoJournal.h"
 #include "results/ResultRow.h"
 #include "results/RtfReader.h"
-#include "search/RunSummary.h"
+#include "search/RefusedPattern.h"
 #include "ui/windows/BatchBar.h"
 #include "ui/windows/BatchFrm.h"
 #include "ui/widgets/ColourProgressBar.h"
