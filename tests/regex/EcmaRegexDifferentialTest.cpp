@@ -114,5 +114,21 @@ TEST_F(EcmaRegexDifferential, AgreesInUtf8Text) { expectAgreement(TextEncoding::
 
 TEST_F(EcmaRegexDifferential, AgreesInSingleByteText) { expectAgreement(TextEncoding::Windows1252); }
 
+TEST_F(EcmaRegexDifferential, RefusesWhatEcmaScriptRefuses) {
+    int refused = 0;
+    for (const json& c : cases()) {
+        if (!c.contains("error")) continue;
+        ++refused;
+        const std::string pattern = c["pattern"];
+        try {
+            Regex regex(pattern, c["ignoreCase"].get<bool>());
+            ADD_FAILURE() << describe(c) << ": accepted, but ECMAScript says " << c["error"].get<std::string>();
+        } catch (const PatternError& e) {
+            EXPECT_LE(e.offset(), countCharacters(pattern, TextEncoding::Utf8)) << describe(c);
+        }
+    }
+    EXPECT_GT(refused, 40);
+}
+
 }  // namespace
 }  // namespace vantorel

@@ -8,6 +8,7 @@
 #include <csignal>
 
 #include "settings/RegistryFile.h"
+#include "support/ScopedEnvironment.h"
 #include "support/ScriptedMessages.h"
 #include "support/SystemCallFaults.h"
 #include "support/TempTree.h"
@@ -22,6 +23,21 @@ using test::TempTree;
 const KeyPath kKey{HKEY_CURRENT_USER, {"Software", "Brimlark", "Vantorel"}};
 
 std::string sz(const std::string& text) { return text + '\0'; }
+
+TEST(RegistryStore, TheFileFollowsTheEnvironment) {
+    const struct {
+        const char *own, *xdg, *file;  // VANTOREL_CONFIG_HOME, XDG_CONFIG_HOME (HOME is /home/u)
+    } cases[] = {{"/tmp/t1", "/x/cfg", "/tmp/t1/settings.reg"}, {nullptr, "/x/cfg", "/x/cfg/vantorel/settings.reg"},
+                 {"", "/x/cfg", "/x/cfg/vantorel/settings.reg"},
+                 {nullptr, "rel/cfg", "/home/u/.config/vantorel/settings.reg"},
+                 {nullptr, nullptr, "/home/u/.config/vantorel/settings.reg"}};
+    test::ScopedEnvironment env("HOME", "/home/u");
+    for (const auto& c : cases) {
+        env.set("VANTOREL_CONFIG_HOME", c.own);
+        env.set("XDG_CONFIG_HOME", c.xdg);
+        EXPECT_EQ(RegistryStore::defaultFile(), fs::path(c.file));
+    }
+}
 
 TEST(RegistryStore, ChangesReachTheFileOnlyWhenFlushed) {
     TempTree folder;
