@@ -180,25 +180,5 @@ TEST(OrderedWorkTest, WorkWaitingForItsTurnSeesWhatTheDriverDidWithEarlierResult
     }
 }
 
-TEST(OrderedWorkTest, GivingUpTheWalkReleasesWorkWaitingForItsTurn) {
-    std::atomic<bool> stop{false};
-    Progress progress;
-    std::atomic<int> refused{0};
-    {
-        Work work(10, 3, 4, [](std::size_t) { return true; },
-                  [&](std::size_t position, Work::Turn& turn) {
-                      progress.start(position);
-                      if (!turn.waitUntil([&](std::size_t handled) { return handled >= position; })) ++refused;
-                      return std::uint64_t{position};
-                  },
-                  stop);
-        std::size_t position = 0;
-        std::optional<std::uint64_t> result;
-        ASSERT_TRUE(work.next(position, result));
-        progress.waitUntil([&] { return progress.started.count(2) > 0; });
-    }  // handled is 0: work at 2 and beyond waits until the pool lets it go
-    EXPECT_GE(refused.load(), 1);
-}
-
 }  // namespace
 }  // namespace vantorel

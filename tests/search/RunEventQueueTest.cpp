@@ -86,21 +86,6 @@ TEST(RunEventQueueTest, AFullQueueHoldsTheWorkerUntilTheWindowTakesAnEvent) {
     }
 }
 
-TEST(RunEventQueueTest, WakesTheWindowForTheFirstRowOfAListAndTheEndOnly) {
-    RunEventQueue queue;
-    WakeUps wakeUps;
-    wakeUps.attach(queue);
-    const std::vector<std::pair<RunReport, int>> steps = {
-        {reports::Status{"Searching"}, 0}, {reports::Row{}, 1},         {reports::Row{}, 1},
-        {reports::RowsCleared{}, 1},       {reports::Row{}, 2},         {reports::Progress{}, 2},
-        {reports::Finished{}, 3},
-    };
-    for (const auto& [report, expected] : steps) {
-        queue.post(report);
-        EXPECT_EQ(wakeUps.count, expected) << report.index();
-    }
-}
-
 TEST(RunEventQueueTest, ARoundTripComesAfterWhatWasPostedAndWaitsForTheWindowsAnswer) {
     for (const bool given : {true, false}) {
         RunEventQueue queue;
