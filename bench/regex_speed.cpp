@@ -18,7 +18,7 @@
 #include <string>
 #include <vector>
 
-#include "search/Regex.h"
+#include "regex/Regex.h"
 
 namespace {
 

@@ -17,8 +17,8 @@
 #include <string>
 #include <vector>
 
-#include "core/RegistryFile.h"
-#include "core/RegistryStore.h"
+#include "settings/RegistryFile.h"
+#include "settings/RegistryStore.h"
 
 namespace {
 

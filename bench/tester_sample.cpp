@@ -19,8 +19,8 @@
 #include <QTimer>
 #include <cstdio>
 
-#include "ui/DesktopServices.h"
-#include "ui/RegExTestFrm.h"
+#include "ui/platform/DesktopServices.h"
+#include "ui/windows/RegExTestFrm.h"
 
 using namespace vantorel;
 

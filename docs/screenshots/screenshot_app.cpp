@@ -6,9 +6,9 @@
 #include <QApplication>
 #include <QStyleFactory>
 
-#include "ui/ReadableIndicatorStyle.h"
-#include "ui/RepForm.h"
-#include "ui/TerminationSignals.h"
+#include "ui/widgets/ReadableIndicatorStyle.h"
+#include "ui/windows/RepForm.h"
+#include "ui/platform/TerminationSignals.h"
 
 namespace {
 

@@ -7,9 +7,9 @@
 #include <QFile>
 
 #include "library/RegexTester.h"
-#include "ui/BatchFrm.h"
-#include "ui/RegExLibFrm.h"
-#include "ui/RegExTestFrm.h"
+#include "ui/windows/BatchFrm.h"
+#include "ui/windows/RegExLibFrm.h"
+#include "ui/windows/RegExTestFrm.h"
 
 int main(int argc, char** argv) {
     QApplication app(argc, argv);

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "search/RunTypes.h"
+#include "core/RunTypes.h"
 
 namespace vantorel::cli {
 

@@ -1,13 +1,15 @@
 #pragma once
-// The terminal as the front end of a run: rows and summaries on standard
-// output, problems on standard error, questions asked at the terminal.
+// The terminal as the front end of a run: rows and summaries through the
+// printer the options chose, problems on standard error, questions asked at
+// the terminal.
 
 #include <atomic>
-#include <cstdio>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "cli/CliOptions.h"
+#include "cli/Printer.h"
 #include "files/FileFunctions.h"
 #include "results/ResultRow.h"
 #include "search/RunHost.h"
@@ -40,27 +42,19 @@ private:
     void addRow(const FileReport& row);
     void appendExtracted(std::string_view text);
     void showChanges(const reports::Changes& changes);
-    void printRow(const FileReport& row);
     void printHeldRows();
 
     const CliOptions& options_;
     bool interactive_;
     const std::atomic<bool>& stop_;  // Ctrl+C while a question waits answers No
-    std::FILE* report_;  // where rows and summaries go
+    std::unique_ptr<Printer> printer_;
     // The counting pass's rows are held back: the writing pass replaces
     // them, unless it never runs.
     bool holdRows_ = false;
     std::vector<FileReport> heldRows_;
     std::vector<ResultRow> rows_;
-    std::vector<Message> summaries_;
     std::string realStartFolder_;
     std::size_t leftOutOfDiff_ = 0;
-    std::string pendingDiff_;  // a dry run's diff for the row that follows (--json)
 };
-
-// The text of a message for a terminal: CR LF becomes LF.
-std::string terminalText(const std::string& text);
-// A JSON string literal, or {"bytes":"<base64>"} for bytes that are not UTF-8.
-std::string jsonString(std::string_view text);
 
 }  // namespace vantorel::cli

@@ -1,12 +1,13 @@
 #include "cli/SavedWork.h"
 
 #include <cstdio>
-#include <stdexcept>
 
+#include "cli/ConsoleHost.h"
 #include "core/ProgramFolder.h"
 #include "library/BatchJobFile.h"
 #include "library/BatchQueue.h"
 #include "library/LibraryFile.h"
+#include "library/SavedWorkLoad.h"
 
 namespace vantorel::cli {
 namespace {
@@ -24,31 +25,22 @@ std::string shownPath(const RecordFile& file) {
 
 void fail(const std::string& text) { std::fprintf(stderr, "vantorel-cli: %s\n", text.c_str()); }
 
-// Reads a file's records; nothing when it cannot be read, said as the
-// window says it, with the file and the system's reason after it.
-template <class Read>
-auto readOrSay(Read read, const char* failure) -> std::optional<decltype(read())> {
-    try {
-        return read();
-    } catch (const RecordFileError& error) {
-        const std::string text = failure;
-        fail(text + (text.ends_with(": ") ? "" : "\n") + error.path().string() + ": " + error.what());
-        return std::nullopt;
-    } catch (const std::exception& error) {
-        const std::string text = failure;
-        fail(text + (text.ends_with(": ") ? "" : "\n") + error.what());
-        return std::nullopt;
-    }
-}
+// Saved work that cannot be read is said as the program's own complaint,
+// with the file and the system's reason.
+class Complaints : public MessageHost {
+public:
+    void showMessage(const Message& message) override { fail(terminalText(message.text)); }
+    bool askYesNo(const Message&) override { return false; }
+};
 
 std::optional<std::vector<LibraryEntry>> readLibrary(const CliOptions& options) {
-    const LibraryFile file(savedFile(options, kLibraryFileName));
-    return readOrSay([&] { return file.read(); }, "Error loading regular expression library.");
+    Complaints complaints;
+    return loadLibrary(LibraryFile(savedFile(options, kLibraryFileName)), complaints, LoadDetail::FileNamed);
 }
 
 std::optional<std::vector<std::string>> readJobLines(const CliOptions& options) {
-    const BatchJobFile file(savedFile(options, kBatchJobsFileName));
-    return readOrSay([&] { return file.jobLines(); }, "Error loading batch jobs list: ");
+    Complaints complaints;
+    return loadJobLines(BatchJobFile(savedFile(options, kBatchJobsFileName)), complaints, LoadDetail::FileNamed);
 }
 
 bool dataFolderExists(const CliOptions& options) {

@@ -7,7 +7,7 @@
 
 #include "cli/CliOptions.h"
 #include "core/MessageHost.h"
-#include "search/RunTypes.h"
+#include "core/RunTypes.h"
 
 namespace vantorel::cli {
 

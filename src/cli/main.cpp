@@ -13,12 +13,13 @@
 #include "cli/ConsoleHost.h"
 #include "cli/SavedWork.h"
 #include "cli/UndoCommand.h"
-#include "core/RegistryStore.h"
+#include "settings/RegistryStore.h"
 #include "core/SearchState.h"
-#include "core/SettingsStore.h"
+#include "settings/SettingsStore.h"
 #include "results/MatchListExport.h"
-#include "search/EngineSelfTest.h"
-#include "search/PatternConstruction.h"
+#include "regex/EngineSelfTest.h"
+#include "search/RequestFrom.h"
+#include "search/RefusedPattern.h"
 #include "search/SearchRun.h"
 
 namespace {
@@ -126,38 +127,39 @@ int main(int argc, char** argv) {
     }
 
     cli::ConsoleHost host(options, ::isatty(STDIN_FILENO) != 0, gState.stopRequested);
-    RunRequest request;
-    request.kind = options.kind;
-    if (auto steps = cli::runSteps(options, host)) request.jobs = std::move(*steps);
+    RunInputs typed;
+    typed.kind = options.kind;
+    if (auto steps = cli::runSteps(options, host)) typed.jobs = JobSource{std::move(*steps), options.job.has_value()};
     else return 2;
-    request.batch = options.job.has_value();
-    request.startFolder = absolute(options.folder.value_or("."));
-    request.filter = options.filter;
-    request.regularExpression = options.regularExpression;
-    request.ignoreCase = options.ignoreCase;
-    request.wholeWords = options.wholeWords;
-    request.scanSubfolders = options.subfolders;
-    request.skipVersionControl = !options.includeVersionControl;
-    request.makeBackups = options.backups;
-    request.showAll = options.showAll;
-    request.threads = options.threads;
-    request.journal = &journal;
-    request.dryRun = options.dryRun;
-    if (options.dryRun) request.changes = options.fileBytes ? ChangeLines::FileBytes : ChangeLines::Decoded;
+    typed.folder = absolute(options.folder.value_or("."));
+    typed.filter = options.filter;
+    typed.regularExpression = options.regularExpression;
+    typed.ignoreCase = options.ignoreCase;
+    typed.wholeWords = options.wholeWords;
+    typed.scanSubfolders = options.subfolders;
+    typed.skipVersionControl = !options.includeVersionControl;
+    typed.makeBackups = options.backups;
+    typed.showAll = options.showAll;
+    typed.threads = options.threads;
+    typed.dryRun = options.dryRun;
+    if (options.dryRun) typed.changes = options.fileBytes ? ChangeLines::FileBytes : ChangeLines::Decoded;
     if (!options.markedFile.empty()) {
-        request.markedOnly = true;
-        if (!readMarkedFiles(options.markedFile, request.markedFiles)) {
+        typed.markedFiles.emplace();
+        if (!readMarkedFiles(options.markedFile, *typed.markedFiles)) {
             std::fprintf(stderr, "vantorel-cli: cannot read the list of files '%s'\n", options.markedFile.c_str());
             return 2;
         }
     }
+    RunRequest request = requestFrom(std::move(typed));
+    request.journal = &journal;
 
     host.setStartFolder(request.startFolder);
     const RunOutcome outcome = RunSearch(request, gState, host);
-    if (outcome.patternError) {  // the line after "Regular Expression is invalid..."
-        if (request.jobs.size() > 1) std::fprintf(stderr, "Step %zu: ", outcome.invalidJob + 1);
-        std::fprintf(stderr, "%s\n", describePatternError(*outcome.patternError, options.regularExpression).c_str());
-    }
+    if (outcome.patternError)  // the line after "Regular Expression is invalid..."
+        std::fprintf(stderr, "%s\n",
+                     invalidPatternLine(*outcome.patternError, outcome.invalidJob, request.batch,
+                                        request.regularExpression)
+                         .c_str());
     host.finish(outcome);
     std::fflush(stdout);
 

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "core/FolderSync.h"
+#include "core/FrontEndMessages.h"
 #include "core/TemporaryFiles.h"
 
 namespace vantorel {
@@ -374,6 +375,18 @@ void AtomicFileWriter::discard() noexcept {
     fd_.reset();
     if (!tempName_.empty() && !committed_ && tempFolder_ >= 0) ::unlinkat(tempFolder_, tempName_.c_str(), 0);
     tempName_.clear();
+}
+
+bool saveBytes(MessageHost& messages, const std::string& path, std::string_view bytes) {
+    try {
+        AtomicFileWriter writer(path);
+        writer.write(bytes);
+        writer.commit();
+        return true;
+    } catch (const std::exception& error) {
+        messages.showMessage(fileNotSaved(path, error.what()));
+        return false;
+    }
 }
 
 }  // namespace vantorel

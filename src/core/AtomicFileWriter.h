@@ -25,6 +25,7 @@
 namespace vantorel {
 
 class FolderSync;
+class MessageHost;
 
 class AtomicFileWriter {
 public:
@@ -126,5 +127,10 @@ int linkOpenFile(int fd, int folder, const std::string& name);
 // Exchanges two names of one file system at once; 0, or the system's error
 // (EINVAL where the file system cannot).
 int exchangeNames(int fromFolder, const std::string& from, int toFolder, const std::string& to);
+
+// Writes `bytes` as the whole of the file the user named in a save dialog,
+// through an AtomicFileWriter; on failure says "<path> could not be saved."
+// with the reason, and returns false.
+bool saveBytes(MessageHost& messages, const std::string& path, std::string_view bytes);
 
 }  // namespace vantorel

@@ -25,6 +25,11 @@ Message errorSortingList() { return notice("Error sorting list"); }
 Message errorSelectingFolder() { return notice("Error selecting folder."); }
 Message unableToShowFile() { return notice("Unable to show file."); }
 
+Message errorLoadingFile(std::string_view reason) {
+    return Message{"Error Loading File\r\n" + std::string(reason), kProgramTitle, MessageIcon::Warning,
+                   MessageKind::FileError};
+}
+
 Message fileNotSaved(std::string_view path, std::string_view reason) {
     return Message{std::string(path) + " could not be saved.\r\n" + std::string(reason), kProgramTitle,
                    MessageIcon::Warning, MessageKind::FileError};

@@ -22,6 +22,8 @@ Message errorSortingList();
 Message errorSelectingFolder();
 // A file whose preview cannot be built.
 Message unableToShowFile();
+// A file that could not be loaded (the tester's sample), and why.
+Message errorLoadingFile(std::string_view reason);
 // Text that could not be saved under `path`, and why.
 Message fileNotSaved(std::string_view path, std::string_view reason);
 

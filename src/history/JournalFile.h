@@ -16,8 +16,8 @@
 #include <string_view>
 #include <vector>
 
-#include "search/FileText.h"
-#include "search/RunTypes.h"
+#include "files/FileText.h"
+#include "core/RunTypes.h"
 
 namespace vantorel::history {
 

@@ -25,7 +25,7 @@
 
 #include "core/FileDescriptor.h"
 #include "core/FolderSync.h"
-#include "search/FileText.h"
+#include "files/FileText.h"
 
 namespace vantorel::history {
 

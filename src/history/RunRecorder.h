@@ -21,7 +21,7 @@
 #include "core/FileDescriptor.h"
 #include "history/JournalFile.h"
 #include "history/KeptContents.h"
-#include "search/ReplaceRecorder.h"
+#include "core/ReplaceRecorder.h"
 
 namespace vantorel::history {
 

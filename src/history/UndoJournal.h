@@ -26,7 +26,7 @@
 #include "history/JournalFile.h"
 #include "history/JournalTrust.h"
 #include "history/UndoRun.h"
-#include "search/ReplaceRecorder.h"
+#include "core/ReplaceRecorder.h"
 
 namespace vantorel::history {
 

@@ -4,6 +4,7 @@
 
 #include "core/MessageHost.h"
 #include "library/ExpressionLibrary.h"
+#include "library/SavedWorkLoad.h"
 
 namespace vantorel {
 
@@ -32,21 +33,11 @@ bool BatchJobEditor::activate() {
 }
 
 void BatchJobEditor::loadLibrary() {
-    library_.clear();
-    try {
-        library_ = libraryFile_.read();
-    } catch (const std::exception&) {
-        say("Error loading regular expression library.", MessageKind::FileError);
-    }
+    library_ = vantorel::loadLibrary(libraryFile_, messages_).value_or(std::vector<LibraryEntry>());
 }
 
 void BatchJobEditor::loadJobs() {
-    jobLines_.clear();
-    try {
-        jobLines_ = jobs_.jobLines();
-    } catch (const std::exception& error) {
-        say(std::string("Error loading batch jobs list: ") + error.what(), MessageKind::FileError);
-    }
+    jobLines_ = loadJobLines(jobs_, messages_).value_or(std::vector<std::string>());
 }
 
 std::vector<std::string> BatchJobEditor::jobNames() const {

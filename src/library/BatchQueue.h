@@ -9,7 +9,7 @@
 
 #include "core/MessageHost.h"
 #include "library/LibraryEntry.h"
-#include "search/RunTypes.h"
+#include "core/RunTypes.h"
 
 namespace vantorel {
 

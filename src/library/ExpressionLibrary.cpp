@@ -4,7 +4,8 @@
 
 #include "core/MessageHost.h"
 #include "core/TextEncoding.h"
-#include "search/EcmaCaseFolding.h"
+#include "library/SavedWorkLoad.h"
+#include "regex/EcmaCaseFolding.h"
 
 namespace vantorel {
 
@@ -31,12 +32,7 @@ void ExpressionLibrary::say(const std::string& text, bool failure) {
 }
 
 void ExpressionLibrary::load() {
-    entries_.clear();
-    try {
-        entries_ = file_.read();
-    } catch (const std::exception&) {
-        say("Error loading regular expression library.", true);
-    }
+    entries_ = loadLibrary(file_, messages_).value_or(std::vector<LibraryEntry>());
 }
 
 ExpressionLibrary::SaveResult ExpressionLibrary::save(const LibraryEntry& typed, std::size_t* index) {

@@ -11,7 +11,7 @@
 #include "core/ProgramFolder.h"
 #include "core/TextEncoding.h"
 #include "files/FileFunctions.h"
-#include "search/FileText.h"
+#include "files/FileText.h"
 
 namespace vantorel {
 namespace {

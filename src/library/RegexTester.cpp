@@ -4,10 +4,10 @@
 #include <stdexcept>
 
 #include "core/TextEncoding.h"
-#include "search/FileText.h"
-#include "search/PatternConstruction.h"
-#include "search/Regex.h"
-#include "search/ReplaceTemplate.h"
+#include "files/FileText.h"
+#include "regex/PatternConstruction.h"
+#include "regex/Regex.h"
+#include "regex/ReplaceTemplate.h"
 
 namespace vantorel {
 namespace {

@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "search/ChangeHunks.h"
+#include "results/ChangeHunks.h"
 
 namespace vantorel {
 

@@ -4,8 +4,8 @@
 #include <cstdio>
 #include <exception>
 
-#include "search/FileText.h"
-#include "search/Regex.h"
+#include "files/FileText.h"
+#include "regex/Regex.h"
 
 namespace vantorel {
 namespace {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "search/RunTypes.h"
+#include "core/RunTypes.h"
 
 namespace vantorel {
 

@@ -107,4 +107,8 @@ bool savesAsRichText(std::string_view path) {
     return path.size() >= 3 && path.substr(path.size() - 3) == "rtf";
 }
 
+std::string bytesToSave(std::string_view path, const StyledText& text, std::string_view fontName, int fontPoints) {
+    return savesAsRichText(path) ? toRtf(text, fontName, std::max(1, fontPoints)) : toPlainText(text);
+}
+
 }  // namespace vantorel

@@ -20,4 +20,8 @@ std::string toPlainText(const StyledText& text);
 // program has always done ("a.rtf" yes; "a.RTF" and "a.txt" no).
 bool savesAsRichText(std::string_view path);
 
+// What a file chosen in a save dialog gets: an RTF document in the font
+// (at least 1 point) when savesAsRichText(path), otherwise the plain text.
+std::string bytesToSave(std::string_view path, const StyledText& text, std::string_view fontName, int fontPoints);
+
 }  // namespace vantorel

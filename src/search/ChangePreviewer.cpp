@@ -3,8 +3,8 @@
 #include <system_error>
 
 #include "files/FileFunctions.h"
-#include "search/FileText.h"
-#include "search/PatternConstruction.h"
+#include "files/FileText.h"
+#include "regex/PatternConstruction.h"
 
 namespace vantorel {
 

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "core/TreeRoot.h"
-#include "search/ChangePreview.h"
+#include "search/FileChanges.h"
 #include "search/FileProcessor.h"
 #include "search/WriteBack.h"
 

@@ -5,8 +5,8 @@
 #include <sys/stat.h>
 
 #include "files/FileFunctions.h"
-#include "search/AsciiLiteralFinder.h"
-#include "search/FileText.h"
+#include "regex/AsciiLiteralFinder.h"
+#include "files/FileText.h"
 #include "search/WriteBack.h"
 
 namespace vantorel {

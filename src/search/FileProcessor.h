@@ -9,10 +9,10 @@
 #include <vector>
 
 #include "core/MessageHost.h"
-#include "search/ChangePreview.h"
-#include "search/Regex.h"
-#include "search/ReplaceTemplate.h"
-#include "search/RunTypes.h"
+#include "search/FileChanges.h"
+#include "regex/Regex.h"
+#include "regex/ReplaceTemplate.h"
+#include "core/RunTypes.h"
 #include "search/WriteBack.h"
 
 namespace vantorel {

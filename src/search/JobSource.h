@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "search/RunTypes.h"
+#include "core/RunTypes.h"
 
 namespace vantorel {
 

@@ -13,7 +13,7 @@
 #include "core/TemporaryFiles.h"
 #include "core/TreeRoot.h"
 #include "files/FileFunctions.h"
-#include "search/ReplaceRecorder.h"
+#include "core/ReplaceRecorder.h"
 #include "search/WriteMessages.h"
 
 namespace vantorel {

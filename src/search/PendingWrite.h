@@ -12,7 +12,7 @@
 
 #include "core/FileIdentity.h"
 #include "core/MessageHost.h"
-#include "search/RunTypes.h"
+#include "core/RunTypes.h"
 #include "search/WriteBudget.h"
 #include "search/WriteTarget.h"
 

@@ -7,8 +7,8 @@
 #include <variant>
 
 #include "core/StyledText.h"
-#include "search/ChangePreview.h"
-#include "search/RunTypes.h"
+#include "search/FileChanges.h"
+#include "core/RunTypes.h"
 
 namespace vantorel::reports {
 

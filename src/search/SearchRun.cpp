@@ -15,8 +15,8 @@
 #include "files/FileListBuilder.h"
 #include "search/FileProcessor.h"
 #include "search/OrderedWork.h"
-#include "search/PatternConstruction.h"
-#include "search/ReplaceRecorder.h"
+#include "regex/PatternConstruction.h"
+#include "core/ReplaceRecorder.h"
 
 namespace vantorel {
 namespace {
@@ -244,8 +244,7 @@ private:
     }
 
     void runPass(PassKind pass) {
-        filesDone_ = totalMatches_ = filesWithMatches_ = matchesFound_ = writesRefused_ = 0;
-        state_.readOnlySkipped = 0;
+        filesDone_ = totalMatches_ = filesWithMatches_ = matchesFound_ = writesRefused_ = readOnlySkipped_ = 0;
         host_.passStarted(pass);
         if (files_.empty()) return;
         const bool writing = pass == PassKind::Writing;
@@ -407,7 +406,7 @@ private:
         if (file.read && (file.matches > 0 || write || request_.markedOnly || request_.showAll))
             host_.addRow(FileReport{path, counted, file.characters, file.modified, request_.markedOnly, std::move(write)});
         for (const Message& message : messages) host_.showMessage(message);
-        if (readOnly) ++state_.readOnlySkipped;
+        if (readOnly) ++readOnlySkipped_;
         else if (write && !write->written()) ++writesRefused_;
         return counted;
     }
@@ -421,28 +420,37 @@ private:
         outcome_.totalMatches = totalMatches_;
         outcome_.writesRefused = writesRefused_;
         outcome_.filesWithMatches = filesWithMatches_;
-        outcome_.readOnlySkipped = static_cast<std::uint64_t>(state_.readOnlySkipped.load());
+        outcome_.readOnlySkipped = readOnlySkipped_;
         if (replace) {
             outcome_.statusText = replaceSummary(filesDone_, totalMatches_, filesWithMatches_);
             host_.setStatus(outcome_.statusText);
-            state_.previewPattern = jobs_.empty() ? std::string() : EscapePlainText(jobs_.front().replaceText());
-            if (stopped) host_.showMessage(Message{kReplaceStopped, kProgramTitle, MessageIcon::None, MessageKind::Summary});
+            outcome_.previewPattern = jobs_.empty() ? std::string() : EscapePlainText(jobs_.front().replaceText());
+            if (stopped) note(Message{kReplaceStopped, kProgramTitle, MessageIcon::None, MessageKind::Summary});
             std::string text = outcome_.statusText;
-            if (outcome_.readOnlySkipped > 0)
-                text += "\r\nWarning! " + std::to_string(outcome_.readOnlySkipped) +
-                        " of the above file(s) were Read-Only and their replacements were not saved.";
+            if (outcome_.readOnlySkipped > 0) {
+                const std::string warning = "Warning! " + std::to_string(outcome_.readOnlySkipped) +
+                                            " of the above file(s) were Read-Only and their replacements were not saved.";
+                text += "\r\n" + warning;
+                outcome_.summaryNotes.push_back(warning);
+            }
             host_.showMessage(information(text, MessageKind::Summary, kReplaceComplete));
         } else {
             outcome_.statusText = searchSummary(filesDone_, totalMatches_, filesWithMatches_);
             host_.setStatus(outcome_.statusText);
-            state_.previewPattern = jobs_.empty() ? std::string() : jobs_.front().findPattern();
-            if (stopped) host_.showMessage(Message{kSearchStopped, kProgramTitle, MessageIcon::None, MessageKind::Summary});
+            outcome_.previewPattern = jobs_.empty() ? std::string() : jobs_.front().findPattern();
+            if (stopped) note(Message{kSearchStopped, kProgramTitle, MessageIcon::None, MessageKind::Summary});
         }
-        if (request_.batch) state_.previewPattern.clear();
+        if (request_.batch) outcome_.previewPattern.clear();
         if (files_.empty())
-            host_.showMessage(information(kNoFiles, MessageKind::Summary, kSearchComplete));
+            note(information(kNoFiles, MessageKind::Summary, kSearchComplete));
         else if (matchesFound_ == 0 && !confirmed_)  // a confirmed Replace found them in its counting pass
-            host_.showMessage(information(kNoMatches, MessageKind::Summary, kSearchComplete));
+            note(information(kNoMatches, MessageKind::Summary, kSearchComplete));
+    }
+
+    // A summary message that stands apart from the status line.
+    void note(Message message) {
+        outcome_.summaryNotes.push_back(message.text);
+        host_.showMessage(std::move(message));
     }
 
     const RunRequest& request_;
@@ -484,6 +492,7 @@ private:
     std::uint64_t totalMatches_ = 0;     // in the writing pass, those written
     std::uint64_t matchesFound_ = 0;     // written or not
     std::uint64_t writesRefused_ = 0;
+    std::uint64_t readOnlySkipped_ = 0;
     std::uint64_t filesWithMatches_ = 0;
 };
 

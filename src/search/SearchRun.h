@@ -5,7 +5,7 @@
 
 #include "core/SearchState.h"
 #include "search/RunHost.h"
-#include "search/RunTypes.h"
+#include "core/RunTypes.h"
 
 namespace vantorel {
 

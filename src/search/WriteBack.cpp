@@ -118,33 +118,6 @@ WriteCheck checkWrite(const std::string& path, const FileText& text, const Write
 
 }  // namespace
 
-namespace {
-
-constexpr std::pair<WriteStatus, std::string_view> kStatusNames[] = {
-    {WriteStatus::Written, "written"},
-    {WriteStatus::ReadOnly, "read-only"},
-    {WriteStatus::OutsideStartFolder, "outside-start-folder"},
-    {WriteStatus::NotExactText, "not-exact-text"},
-    {WriteStatus::ForeignOwner, "foreign-owner"},
-    {WriteStatus::BackupFailed, "backup-failed"},
-    {WriteStatus::ChangedMeanwhile, "changed-meanwhile"},
-    {WriteStatus::Failed, "failed"},
-};
-
-}  // namespace
-
-std::string_view writeStatusName(WriteStatus status) noexcept {
-    for (const auto& [known, name] : kStatusNames)
-        if (known == status) return name;
-    return "failed";
-}
-
-std::optional<WriteStatus> writeStatusNamed(std::string_view name) noexcept {
-    for (const auto& [status, known] : kStatusNames)
-        if (known == name) return status;
-    return std::nullopt;
-}
-
 std::uint64_t applyJobs(const FileText& text, const std::vector<CompiledJob>& jobs, TextSink& out, TextEdits* edits) {
     const TextEncoding encoding = text.encoding();
     auto applies = [encoding](const CompiledJob& job) {

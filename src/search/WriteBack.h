@@ -27,9 +27,9 @@
 #include <vector>
 
 #include "core/MessageHost.h"
-#include "search/FileText.h"
-#include "search/RunTypes.h"
-#include "search/TextEdits.h"
+#include "files/FileText.h"
+#include "core/RunTypes.h"
+#include "regex/TextEdits.h"
 #include "search/PendingWrite.h"
 #include "search/WriteBudget.h"
 #include "search/WriteTarget.h"

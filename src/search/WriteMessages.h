@@ -8,7 +8,7 @@
 #include "core/FileDescriptor.h"
 #include "core/MessageHost.h"
 #include "files/FileFunctions.h"
-#include "search/RunTypes.h"
+#include "core/RunTypes.h"
 #include "search/WriteBack.h"
 
 namespace vantorel {

@@ -6,11 +6,11 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "search/EngineSelfTest.h"
-#include "ui/GuiMessageHost.h"
-#include "ui/ReadableIndicatorStyle.h"
-#include "ui/RepForm.h"
-#include "ui/TerminationSignals.h"
+#include "regex/EngineSelfTest.h"
+#include "ui/platform/GuiMessageHost.h"
+#include "ui/widgets/ReadableIndicatorStyle.h"
+#include "ui/windows/RepForm.h"
+#include "ui/platform/TerminationSignals.h"
 
 namespace {
 

@@ -12,8 +12,8 @@
 #include <gtest/gtest.h>
 
 #include "cli/CliProcess.h"
-#include "core/CRegistry.h"
-#include "core/SettingsStore.h"
+#include "settings/CRegistry.h"
+#include "settings/SettingsStore.h"
 #include "support/TempTree.h"
 
 namespace vantorel {

@@ -19,15 +19,6 @@ TEST(TextEncodingTest, RecognisesValidUtf8Only) {
     EXPECT_FALSE(isValidUtf8(std::string(1000, 'a') + "\x80" + std::string(100, 'b')));
 }
 
-TEST(TextEncodingTest, CountsCharactersByEncoding) {
-    EXPECT_EQ(scanEncoding("caf\xc3\xa9").characters, 4u);
-    EXPECT_EQ(scanEncoding("\xef\xbb\xbfx").characters, 2u);  // the BOM is a character
-    EXPECT_EQ(scanEncoding("caf\xe9").encoding, TextEncoding::Windows1252);
-    EXPECT_EQ(scanEncoding("caf\xe9").characters, 4u);
-    EXPECT_EQ(scanEncoding(std::string("a\0b", 3)).characters, 3u);
-    EXPECT_EQ(scanEncoding(std::string(100, 'x') + "\xc3\xa9").characters, 101u);  // past the fast path
-}
-
 TEST(TextEncodingTest, EveryWindows1252ByteRoundTrips) {
     std::string all;
     for (int b = 0; b < 256; ++b) all += static_cast<char>(b);

@@ -22,17 +22,5 @@ TEST(BackupNameTest, LooksOnlyAtTheFourthCharacterFromTheEndOfTheName) {
     EXPECT_EQ(backupNameFor("/a.b/cd"), "/a.b/cd.bak");
 }
 
-TEST(FileHelpersTest, ExistenceAndReadOnlyFollowTheOwnerWriteBit) {
-    TempTree tree;
-    const std::string file = tree.write("f.txt", "x", 0444);
-    EXPECT_TRUE(FileExists(file));
-    EXPECT_FALSE(FileExists(tree.root()));
-    EXPECT_TRUE(FolderExists(tree.root()));
-    EXPECT_FALSE(FolderExists(file));
-    EXPECT_FALSE(FolderExists(""));
-    EXPECT_TRUE(IsReadOnly(file));  // also when running as root
-    EXPECT_FALSE(IsReadOnly(tree.write("g.txt", "x", 0644)));
-}
-
 }  // namespace
 }  // namespace vantorel

@@ -67,16 +67,6 @@ TEST_F(FileListBuilderTest, FilterWithoutPatternsTellsTheUser) {
     EXPECT_EQ(shown.size(), 1u);
 }
 
-TEST_F(FileListBuilderTest, ReportsEachFolderAsTheWalkReachesIt) {
-    std::vector<std::string> statuses;
-    FileListCallbacks callbacks;
-    callbacks.status = [&](const std::string& text) { statuses.push_back(text); };
-    BuildFileList(tree.root(), "*", true, stop, callbacks);
-    ASSERT_EQ(statuses.size(), 4u);
-    EXPECT_EQ(statuses[0], "Building File List: " + tree.root() + "/");
-    EXPECT_EQ(statuses[3], "Building File List: " + tree.root() + "/sub1/deep/");
-}
-
 TEST_F(FileListBuilderTest, LinkedFilesAreListedLinkedFoldersAreNotEntered) {
     ASSERT_EQ(::symlink(tree.path("sub1").c_str(), tree.path("sub2/loop").c_str()), 0);
     ASSERT_EQ(::symlink(tree.root().c_str(), tree.path("sub1/deep/up").c_str()), 0);

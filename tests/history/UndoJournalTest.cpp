@@ -36,20 +36,6 @@ protected:
     UndoJournal journal{state.path("undo")};
 };
 
-TEST(UndoJournalFolderTest, FollowsTheEnvironment) {
-    test::ScopedEnvironment env("HOME", "/home/u");
-    const struct {
-        const char *own, *state, *folder;
-    } cases[] = {{"/own", "/x/state", "/own/undo"},
-                 {nullptr, "/x/state", "/x/state/vantorel/undo"},
-                 {nullptr, "relative/state", "/home/u/.local/state/vantorel/undo"}};
-    for (const auto& c : cases) {
-        env.set("VANTOREL_CONFIG_HOME", c.own);
-        env.set("XDG_STATE_HOME", c.state);
-        EXPECT_EQ(UndoJournal::defaultFolder(), c.folder);
-    }
-}
-
 TEST_F(UndoJournalTest, ReplaceThenUndoGivesBackTheWholeTreeByteForByte) {
     for (const bool backups : {false, true}) {
         for (const bool links : {true, false}) {
@@ -114,24 +100,6 @@ TEST_F(UndoJournalTest, UndoTakesBackTheNewestRunNotYetTakenBackAndARunThatWrote
     EXPECT_TRUE(runs[0].undone && runs[1].undone);
 }
 
-TEST(UndoJournalKillTest, AJournalCutShortByAKillSaysWhichFilesWereWritten) {
-    for (const int killedAt : {1, 2, 4}) {
-        TempTree files, folder;
-        UndoJournal cut(folder.path("undo"));
-        for (const char* name : {"1.txt", "2.txt", "3.txt", "4.txt"}) files.write(name, std::string("cat ") + name);
-        const auto before = files.snapshot();
-        ASSERT_TRUE(killedBeforeRename(files.root(), killedAt, [&] { replace(files.root(), cut, "cat", "dog", false, 1); }))
-            << "killed before rename " << killedAt;
-        const std::optional<RecordedRun> run = cut.nextToUndo();
-        ASSERT_TRUE(run);
-        EXPECT_FALSE(run->finished);
-        const UndoJournal::Undo undo = cut.undo(*run);
-        EXPECT_EQ(undo.outcome.restored(), static_cast<std::uint64_t>(killedAt - 1));
-        EXPECT_EQ(undo.outcome.left(), 0u) << undoReport(undo.outcome);
-        EXPECT_EQ(filesIn(files), before);
-    }
-}
-
 TEST_F(UndoJournalTest, EveryCutOfAJournalReadsBackAsTheWholeRecordsBeforeTheCut) {
     for (const char* name : {"a.txt", "b.txt", "c.txt"}) tree.write(name, "cat\tand\nnew\\line");
     replace("cat", "dog", true);
@@ -169,17 +137,6 @@ TEST_F(UndoJournalTest, OnlyTheNewestRunsAreKeptSoTheSpaceUsedStaysBounded) {
     EXPECT_FALSE(two.nextToUndo());
 }
 
-TEST_F(UndoJournalTest, NoRunEntersTheJournalsFolders) {
-    UndoJournal inside(tree.path("state/undo"));
-    tree.write("f.txt", "cat");
-    history::replace(tree.root(), inside, "cat", "dog");
-    history::replace(tree.root(), inside, "dog", "cat");  // would rewrite the first run's kept contents if it went in
-    history::replace(tree.root(), inside, "cat", "cow");
-    EXPECT_EQ(inside.runs().size(), 3u);
-    for (int i = 0; i < 3; ++i) EXPECT_EQ(history::undoLast(inside).left(), 0u);
-    EXPECT_EQ(tree.read("f.txt"), "cat");
-}
-
 TEST_F(UndoJournalTest, AReplaceOverATreeHoldingAnotherJournalLeavesThatJournalWhole) {
     UndoJournal theirs(tree.path("home/bob/.local/state/vantorel/undo"));
     tree.write("f.txt", "cat");
@@ -204,22 +161,6 @@ TEST_F(UndoJournalTest, AReplaceOverATreeHoldingAnotherJournalLeavesThatJournalW
     EXPECT_EQ(history::undoLast(theirs).left(), 0u);
     EXPECT_EQ(history::undoLast(theirs).left(), 0u);
     EXPECT_EQ(tree.read("f.txt"), "cat");
-}
-
-TEST_F(UndoJournalTest, OldContentsOnAnotherFileSystemAreKeptAtItsTop) {
-    if (!secondFileSystemAt("/dev/shm", state)) GTEST_SKIP() << "no second writable file system at /dev/shm";
-    TempTree other("/dev/shm");
-    other.write("f.txt", "cat");
-    UndoJournal one(state.path("one"), 1);
-    history::replace(other.root(), one, "cat", "dog");
-    const std::string kept = "/dev/shm/" + std::string(kUndoFolderPrefix) + std::to_string(::geteuid()) + "/" +
-                             one.runs().front().name + "/1";
-    EXPECT_EQ(::access(kept.c_str(), F_OK), 0) << kept;
-    history::replace(other.root(), one, "dog", "cow");  // keeps one run: the first one's kept contents go
-    one.removeSetAside();
-    EXPECT_NE(::access(kept.c_str(), F_OK), 0);
-    history::undoLast(one);
-    EXPECT_EQ(other.read("f.txt"), "dog");
 }
 
 TEST_F(UndoJournalTest, AJournalThatCannotBeWrittenLetsTheReplaceGoOnAndSaysSo) {

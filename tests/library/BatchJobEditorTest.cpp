@@ -27,26 +27,6 @@ protected:
     BatchJobEditor editor{BatchJobFile(tree.root()), LibraryFile(tree.root()), messages, state};
 };
 
-TEST_F(BatchJobEditorTest, TheFirstJobSavedIsListedButNotSelectedLaterOnesAre) {
-    editor.start();
-    editor.addEntry("tags");
-    editor.addEntry("spaces");
-    EXPECT_TRUE(editor.save("Tidy"));
-    EXPECT_EQ(file(), "Tidy\ttags\tspaces\r\n");
-    EXPECT_EQ(editor.jobNames(), Texts{"Tidy"});
-    EXPECT_EQ(editor.currentJob(), -1);
-    EXPECT_FALSE(editor.changed());
-    ASSERT_EQ(messages.texts(), Texts{"Tidy saved."});
-    EXPECT_EQ(messages.messages[0].icon, MessageIcon::Information);
-    // A line of spaces is kept, and is no job: the new one is at position 1.
-    tree.write("BatchJobs.txt", "Tidy\ttags\r\n   \r\n\r\n");
-    editor.start();
-    EXPECT_TRUE(editor.save("Digits"));
-    EXPECT_EQ(file(), "Tidy\ttags\r\n   \r\nDigits\ttags\tspaces\r\n");
-    EXPECT_EQ(editor.currentJob(), 1);
-    EXPECT_EQ(editor.currentName(), "Digits");
-}
-
 TEST_F(BatchJobEditorTest, SavingUnderAnExistingNameAsksForEveryLineOfThatName) {
     const std::string before = "Tidy\ttags\r\nother\tdigits\r\nTIDY\tspaces\r\n";
     open(before);
@@ -65,25 +45,6 @@ TEST_F(BatchJobEditorTest, SavingUnderAnExistingNameAsksForEveryLineOfThatName) 
     EXPECT_EQ(file(), "tidy\tdigits\ttags\r\nother\tdigits\r\ntidy\tdigits\ttags\r\n");
     EXPECT_EQ(editor.currentJob(), 1);
     EXPECT_EQ(messages.texts(), Texts{"tidy saved."});
-}
-
-TEST_F(BatchJobEditorTest, DeletingAsksAndTheOnlyJobLeavesAnEmptyFile) {
-    open("Only\ttags\r\n");
-    editor.selectJob(0);
-    EXPECT_FALSE(editor.deleteJob());
-    EXPECT_EQ(messages.asked(), Texts{"Delete 'Only' ?"});
-    EXPECT_EQ(file(), "Only\ttags\r\n");
-    messages.answers = {true};
-    EXPECT_TRUE(editor.deleteJob());
-    EXPECT_TRUE(tree.exists("BatchJobs.txt"));
-    EXPECT_EQ(file(), "");
-    EXPECT_TRUE(editor.entries().empty());
-    EXPECT_TRUE(editor.jobNames().empty());
-    EXPECT_EQ(editor.currentJob(), -1);
-    // The next job saved is selected: the file exists.
-    editor.addEntry("tags");
-    editor.save("Next");
-    EXPECT_EQ(editor.currentJob(), 0);
 }
 
 TEST_F(BatchJobEditorTest, FailuresSayWhatFailedWithTheSystemsReason) {

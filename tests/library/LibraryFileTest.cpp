@@ -36,14 +36,6 @@ protected:
     LibraryFile file{tree.root()};
 };
 
-TEST_F(LibraryFileTest, AMissingFileHasNoEntriesAndAnAppendCreatesIt) {
-    EXPECT_TRUE(file.readPath().empty());
-    EXPECT_TRUE(file.read().empty());
-    file.append({"digits", "\\d+", ""});
-    EXPECT_EQ(tree.read("RegEx.txt"), "digits\t\\d+\t\r\n");
-    EXPECT_EQ(file.readPath(), std::filesystem::path(tree.path("RegEx.txt")));
-}
-
 TEST_F(LibraryFileTest, AnAppendKeepsEveryByteThatWasThere) {
     const std::string odd = "first\tf\r\n\r\nno tab here\r\nfour\ta\tb\tc\r\nlast\tl";
     tree.write("RegEx.txt", odd);

@@ -41,44 +41,6 @@ TEST(RegexTesterListing, AtMostAHundredAreListedTheNoticeFollowsAndNothingListsN
     EXPECT_TRUE(none.listing.empty());
 }
 
-TEST(RegexTesterPreview, TheReplacementGoesThroughTheEscapeTranslationAndTheEnginesRules) {
-    const struct {
-        const char* sample;
-        const char* pattern;
-        const char* replacement;
-        bool caseSensitive;
-        const char* replaced;
-    } cases[] = {
-        {"a-b", "-", "\\\\r", false, "a\\rb"},  // an escaped backslash, then the letter
-        {"a-b", "-", "\\n", false, "a\nb"},
-        {"a-b", "-", "\\T\\R", false, "a\t\rb"},
-        {"x=1", "(\\w)=(\\d)", "$2=$1 ($&)", false, "1=x (x=1)"},
-        {"Aa", "a", "_", false, "__"},
-        {"Aa", "a", "_", true, "A_"},
-        {"ab", "", "-", false, "-a-b-"},  // an empty expression still replaces
-        {"l1\nl2", "^", "> ", false, "> l1\n> l2"},
-    };
-    for (const auto& c : cases)
-        EXPECT_EQ(previewReplacement(c.sample, {c.pattern, c.replacement, c.caseSensitive}), c.replaced) << c.replacement;
-}
-
-TEST(RegexTesterRun, CatastrophicBacktrackingOrACancelEndsTheWork) {
-    const TesterUpdate runaway = runTester(std::string(40, 'a') + "!", {"^(a|a?)+$", "", false}, {true, true});
-    EXPECT_FALSE(runaway.list);
-    EXPECT_FALSE(runaway.replaced);
-    ASSERT_TRUE(runaway.problem);
-    EXPECT_NE(runaway.problem->reason.find("match limit"), std::string::npos) << runaway.problem->reason;
-    EXPECT_FALSE(runaway.problem->offset);
-
-    const TesterUpdate fine = runTester("abc", {"b", "x", false}, {false, true});
-    EXPECT_FALSE(fine.list);
-    EXPECT_EQ(fine.replaced, "axc");
-
-    const std::atomic<bool> cancel{true};
-    EXPECT_TRUE(runTester("aaa", {"a", "", false}, {true, false}, &cancel).cancelled);
-    EXPECT_TRUE(runTester("aaa", {"a", "b", false}, {false, true}, &cancel).cancelled);
-}
-
 TEST(RegexTesterMatches, PositionsCountCharactersAndCrLfOnceAndGroupsKeepTheirNames) {
     // "é" is two bytes and one place, CR LF one place, U+1F600 four bytes and two places.
     const MatchList list = listMatches("\xC3\xA9\r\n\xF0\x9F\x98\x80" "ab-cd", {"(?<=(?<before>\\w)-)(\\w)(x)?", "", false});

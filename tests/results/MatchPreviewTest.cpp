@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "search/Regex.h"
+#include "regex/Regex.h"
 #include "support/TempTree.h"
 
 namespace vantorel {

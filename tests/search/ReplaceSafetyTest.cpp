@@ -130,25 +130,6 @@ TEST(ReplaceSafetyTest, TwoReplacesAtOnceNeverLoseAChangeTheyReport) {
     }
 }
 
-// A stop while the files of a batch wait to be renamed in: they are written
-// and counted, and nothing says there were no matches.
-TEST(ReplaceSafetyTest, AStopWritesTheFilesWhoseNewTextIsFinished) {
-    TempTree tree;
-    for (int i = 0; i < 6; ++i) tree.write("f" + std::to_string(i) + ".txt", std::string(100000, 'a'));
-    SystemCallFaults::Scope faults;
-    SearchState state;
-    SystemCallFaults::beforeSyncfs = [&] { state.stopRequested = true; };
-    RecordingHost host;
-    host.answers = {true};
-    RunRequest r = replaceRequest(tree.root(), "a", "b");
-    r.threads = 2;
-    RunSearch(r, state, host);
-    for (int i = 0; i < 6; ++i) EXPECT_EQ(tree.read("f" + std::to_string(i) + ".txt"), std::string(100000, 'b'));
-    EXPECT_THAT(host.texts(),
-                ElementsAre("Replace operation stopped. Any replacements already made will not be undone.",
-                            "6 files processed, 600000 occurences changed in 6 file(s)"));
-}
-
 // Stopped at any moment of the writing pass, every file is old or new,
 // the summary counts exactly those written, and never says "no matches".
 TEST(ReplaceSafetyTest, AStopAtAnyMomentCountsExactlyWhatWasWritten) {

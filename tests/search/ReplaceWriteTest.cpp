@@ -171,39 +171,6 @@ TEST(ReplaceWriteTest, AFileThatCannotBeWrittenIsReportedByItsNameAndTheRunGoesO
     EXPECT_EQ(replace(tree, lockedOnly).messages.back(), "1 files processed, 0 occurences changed in 0 file(s)");
 }
 
-TEST(ReplaceWriteTest, NewTextsWaitingForTheirTurnHoldLittleMoreThanTheLargestFile) {
-    TempTree tree;
-    const std::string text = "a" + std::string(3 << 20, 'x');
-    for (int i = 10; i < 22; ++i) tree.write("f" + std::to_string(i) + ".txt", text);
-    std::uintmax_t peak = 0;
-    bool writing = false;
-    auto onRow = [&](const FileReport& row) {
-        if (!row.write) return;
-        std::uintmax_t waiting = 0;
-        for (const auto& entry : std::filesystem::directory_iterator(tree.root()))
-            if (entry.path().filename().string().find("vantorel-") != std::string::npos) waiting += entry.file_size();
-        peak = std::max(peak, waiting);
-        writing = true;
-        std::this_thread::sleep_for(std::chrono::milliseconds(100));  // a slow front end
-    };
-    replace(tree, job("a", "b"), 3, onRow);
-    EXPECT_TRUE(writing);
-    EXPECT_EQ(tree.read("f21.txt"), "b" + std::string(3 << 20, 'x'));
-    EXPECT_LE(peak, std::uintmax_t{20} << 20);  // the budget of 16 MB and one file beyond it
-}
-
-TEST(ReplaceWriteTest, EachFolderIsFlushedOnceAfterItsRenames) {
-    TempTree tree;
-    for (const char* name : {"a.txt", "b.txt", "c.txt", "sub/d.txt", "sub/e.txt"}) tree.write(name, "old");
-    SystemCallFaults::Scope faults;
-    SystemCallFaults::watchSyncs = true;
-    RunRequest r = job("old", "new");
-    r.makeBackups = true;
-    replace(tree, r, 2);
-    const std::string root = std::filesystem::canonical(tree.root()).string();
-    EXPECT_THAT(SystemCallFaults::syncedFolders(), ElementsAre(root, root + "/sub"));
-}
-
 TEST(ReplaceWriteTest, EveryNewFileIsOnDiskWholeBeforeItTakesItsFilesName) {
     for (const bool backups : {false, true}) {  // flushed many at once, or one by one
         TempTree tree;

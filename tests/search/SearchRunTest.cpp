@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "files/FileFunctions.h"
-#include "search/Regex.h"
+#include "regex/Regex.h"
 #include "support/RecordingHost.h"
 #include "support/Replacing.h"
 #include "support/TempTree.h"
@@ -49,7 +49,7 @@ TEST_F(SearchRunTest, FindListsFilesWithMatchesAndEndsWithTheStatusAlone) {
     EXPECT_EQ(outcome.statusText, "3 files processed, 3 occurences found in 2 file(s)");
     EXPECT_EQ(host.statuses.back(), outcome.statusText);
     EXPECT_THAT(host.messages, IsEmpty());
-    EXPECT_EQ(state.previewPattern, "cat");
+    EXPECT_EQ(outcome.previewPattern, "cat");
     EXPECT_EQ(host.rows[0].characters, 17u);
 }
 
@@ -123,7 +123,7 @@ TEST_F(SearchRunTest, ReplacingWithNothingIsConfirmedFirstAndANoToEitherQuestion
     EXPECT_EQ(rowsText(), "a.txt:2 ");
     EXPECT_EQ(declined.statusText, "1 files processed, 2 occurences found in 1 file(s)");
     EXPECT_THAT(host.messages, IsEmpty());
-    EXPECT_EQ(state.previewPattern, "a\\.b");
+    EXPECT_EQ(declined.previewPattern, "a\\.b");
 
     host = RecordingHost();
     host.answers = {true, true};
@@ -142,7 +142,8 @@ TEST_F(SearchRunTest, ReplaceCountsShowsEachFilesSectionAsksOnceThenRewritesTheF
     r.previewSection = [](const std::string& path, std::string_view text, TextEncoding, const CompiledPattern& pattern) {
         return StyledText{{FileNameOf(path) + "=" + std::to_string(pattern.countMatches(text)) + ":" + std::string(text), kGrey, true}};
     };
-    EXPECT_TRUE(run(r).replaced);
+    const RunOutcome outcome = run(r);
+    EXPECT_TRUE(outcome.replaced);
     EXPECT_EQ(tree.read("a.txt"), "color color");
     EXPECT_EQ(tree.mode("a.txt"), 0640);
     EXPECT_EQ(tree.read("b.txt"), "nothing");
@@ -155,7 +156,7 @@ TEST_F(SearchRunTest, ReplaceCountsShowsEachFilesSectionAsksOnceThenRewritesTheF
                             "clear", "pass:writing", "row:" + a + ":2", "row:" + c + ":1",
                             "message:Replace Operation Complete:3 files processed, 3 occurences changed in 2 file(s)",
                             "finished"));
-    EXPECT_EQ(state.previewPattern, "color");
+    EXPECT_EQ(outcome.previewPattern, "color");
     EXPECT_NE(std::find(host.statuses.begin(), host.statuses.end(), "Replace Files?"), host.statuses.end());
     EXPECT_NE(std::find(host.statuses.begin(), host.statuses.end(), "Replacing:c.txt"), host.statuses.end());
 }

@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "search/Regex.h"
+#include "regex/Regex.h"
 
 namespace vantorel::test {
 

@@ -1,13 +1,13 @@
 // The batch jobs window driven through its controls: a job built from the
-// library, reordered, saved, updated and deleted; the questions about changed
-// entries; the library read again on activation; and using a job.
+// library, reordered, saved, updated and deleted, and the questions about
+// changed entries.
 
 #include <QComboBox>
 #include <QInputDialog>
 #include <QTimer>
 
 #include "UiTestSupport.h"
-#include "ui/BatchFrm.h"
+#include "ui/windows/BatchFrm.h"
 
 using namespace vantorel;
 using namespace vantorel::test;
@@ -97,21 +97,6 @@ private slots:
         QVERIFY(!f.enabled("DelBtn") && !f.enabled("SaveBtn"));
     }
 
-    // As the library refuses an entry without a name.
-    void aJobNeedsANameThatIsNotOnlySpaces() {
-        BatchFixture f;
-        f.addFromLibrary(0);
-        for (const char* name : {"   ", ""}) {
-            f.messages.messages.clear();
-            f.saveAs(QString::fromLatin1(name));
-            QCOMPARE(f.messages.texts(), std::vector<std::string>{"Please enter a name for the batch job"});
-            QVERIFY(f.messages.questions.empty());
-            QCOMPARE(f.jobsFile(), QByteArray());
-        }
-        f.saveAs(" Tidy ");  // spaces around a name are the name's own
-        QCOMPARE(f.jobsFile(), QByteArray(" Tidy \ttags\r\n"));
-    }
-
     void changedEntriesAreConfirmedBeforeTheyAreLost() {
         BatchFixture f("One\ttags\r\nBare\r\nTwo\tdigits\r\n");
         f.chooseNext("BatchJobsCombo");
@@ -134,37 +119,6 @@ private slots:
         f.click("New_btn");
         QVERIFY(f.entries().isEmpty());
         QCOMPARE(f.combo("BatchJobsCombo")->currentIndex(), -1);
-    }
-
-    void theLibraryIsReadAgainOnActivationOnlyAfterItChanged() {
-        BatchFixture f;
-        writeBytes(f.folder.filePath("RegEx.txt"), "only\tx\t\r\n");
-        QEvent activate(QEvent::WindowActivate);
-        QApplication::sendEvent(f.window.get(), &activate);
-        QCOMPARE(f.combo("LibraryCombo")->count(), 3);
-        f.state.changed = true;
-        QApplication::sendEvent(f.window.get(), &activate);
-        QCOMPARE(f.combo("LibraryCombo")->count(), 1);
-        QVERIFY(!f.state.changed);
-    }
-
-    void usingAJobHandsItsStepsOverUnlessAnEntryIsMissing() {
-        BatchFixture f("Tidy\tspaces\tDigits\r\nFine\tdigits\ttags\r\n");
-        f.chooseNext("BatchJobsCombo");
-        f.clickEntry(1);
-        QCOMPARE(f.child<QLabel>("StepDetail")->text(), QString("'Digits' is not in the library"));
-        f.clickEntry(0);
-        QCOMPARE(f.child<QLabel>("StepDetail")->text(), QString("Find:  {2,}\nReplace with:  "));
-        f.click("usebtn");
-        QCOMPARE(f.messages.messages.size(), std::size_t{1});
-        QVERIFY(!f.window->queue());
-        QCOMPARE(f.window->result(), int(QDialog::Rejected));
-        f.chooseNext("BatchJobsCombo");
-        f.click("usebtn");
-        QCOMPARE(f.window->result(), int(QDialog::Accepted));
-        QVERIFY(f.window->queue());
-        QCOMPARE(f.window->queue()->steps.size(), std::size_t{2});
-        QCOMPARE(f.window->queue()->steps[1].findText, std::string("<[^>]+>"));
     }
 };
 

@@ -1,12 +1,12 @@
 // The window on a dark desktop: the preview's colours stay readable, and what
-// it saves keeps the engine's colours; check marks can be seen.
+// it saves keeps the engine's colours.
 
 #include <QStyleFactory>
 
 #include "UiTestSupport.h"
-#include "core/ReadableColour.h"
-#include "ui/ColourValues.h"
-#include "ui/ReadableIndicatorStyle.h"
+#include "appearance/ReadableColour.h"
+#include "ui/platform/ColourValues.h"
+#include "ui/widgets/ReadableIndicatorStyle.h"
 
 using namespace vantorel;
 
@@ -44,30 +44,6 @@ private slots:
         pane.setEnabled(true);
         QCOMPARE(pane.document()->begin().begin().fragment().charFormat().foreground().color(),
                  pane.palette().color(QPalette::Active, QPalette::Text));
-    }
-
-    // Fusion outlines a check box in a shade darker than the window: on a dark
-    // page the frame is lost, and with it every check box of the window.
-    void checkBoxesStandOutOnADarkPage() {
-        ui::ReadableIndicatorStyle style(QStyleFactory::create(QStringLiteral("Fusion")));
-        QPalette dark;
-        dark.setColor(QPalette::Window, QColor(0x2b, 0x2b, 0x2b));
-        dark.setColor(QPalette::Base, QColor(0x1e, 0x1e, 0x1e));
-        dark.setColor(QPalette::Text, QColor(0xe6, 0xe6, 0xe6));
-        dark.setColor(QPalette::WindowText, QColor(0xe6, 0xe6, 0xe6));
-        QCheckBox box(QStringLiteral("Regular Expression"));
-        box.setStyle(&style);
-        box.setPalette(dark);
-        box.resize(box.sizeHint());
-        const QImage image = box.grab().toImage();
-        QStyleOptionButton option;
-        option.initFrom(&box);
-        const QRect indicator = style.subElementRect(QStyle::SE_CheckBoxIndicator, &option, &box);
-        double best = 1;
-        for (int x = indicator.left(); x <= indicator.right(); ++x)
-            for (int y = indicator.top(); y <= indicator.bottom(); ++y)
-                best = std::max(best, contrastRatio(ui::toBgr(image.pixelColor(x, y)), 0x1E1E1E));
-        QVERIFY2(best >= 3, qPrintable(QString::number(best)));
     }
 };
 

@@ -1,15 +1,12 @@
 // The tester driven through its controls: dynamic update on and off, an
-// invalid expression, matches marked with their groups, a sample loaded
-// from a file, work that gives up, and an expression fetched from the library.
+// invalid expression, and matches marked with their groups.
 
-#include <QListWidget>
 #include <QPlainTextEdit>
 #include <QTableWidget>
 
 #include "UiTestSupport.h"
-#include "ui/PatternEdit.h"
-#include "ui/RegExLibFrm.h"
-#include "ui/RegExTestFrm.h"
+#include "ui/widgets/PatternEdit.h"
+#include "ui/windows/RegExTestFrm.h"
 
 using namespace vantorel;
 using namespace vantorel::test;
@@ -127,65 +124,6 @@ private slots:
         sample->setTextCursor(caret);
         QCOMPARE(f.window->selectedMatch(), 0);
         QVERIFY(!f.text("MatchTime").isEmpty());
-    }
-
-    void aSampleFileKeepsItsLineEndsAndAFailureIsSaid() {
-        TesterFixture f;
-        TempTree tree;
-        f.desktop.openAnswer = QString::fromStdString(tree.write("sample.txt", "one\r\ntwo\r\n"));
-        QVERIFY(f.updatedBy([&] { f.type("FText", "\\r\\n"); }));
-        QVERIFY(f.updatedBy([&] { f.click("LoadTxt"); }));
-        QCOMPARE(f.desktop.lastFilter, QString("Text Files (*.txt);;All Files (*)"));
-        QCOMPARE(f.text("InText"), QString("one\ntwo\n"));
-        QCOMPARE(f.text("foundlbl"), QString("(2)"));
-        // The loaded text is edited like a typed one.
-        QVERIFY(f.updatedBy([&] { QTest::keyClicks(f.child("InText"), "\r"); }));
-        QCOMPARE(f.text("foundlbl"), QString("(3)"));
-        // A file that is not taken says why, on a line of its own, and leaves the sample as it was.
-        f.desktop.openAnswer = QString::fromStdString(tree.path("missing.txt"));
-        f.click("LoadTxt");
-        QTRY_COMPARE(f.messages.texts().size(), std::size_t{1});
-        QCOMPARE(f.messages.texts().back(), std::string("Error Loading File\r\nThe file does not exist."));
-        QFile large(QString::fromStdString(tree.path("large.log")));
-        QVERIFY(large.open(QIODevice::WriteOnly) && large.resize((64 << 20) + 1));
-        large.close();
-        f.desktop.openAnswer = large.fileName();
-        f.click("LoadTxt");
-        QTRY_COMPARE(f.messages.texts().size(), std::size_t{2});
-        QCOMPARE(f.messages.texts().back(), "Error Loading File\r\n" + tree.path("large.log") +
-                                                " is larger than 64 MB, the most the tester takes.");
-        QCOMPARE(f.text("InText"), QString("\none\ntwo\n"));
-    }
-
-    void runawayWorkGivesUpWithAReasonAndNewerEditsWin() {
-        TesterFixture f;
-        QVERIFY(f.updatedBy([&] { f.window->setSample(QString(40, 'a') + "!"); }));
-        QVERIFY(f.updatedBy([&] { f.type("FText", "^(a|a?)+$"); }));
-        QCOMPARE(f.text("FRes"), QString("Error in Regular Expression!"));
-        QVERIFY(f.text("PatternProblem").contains("match limit"));
-        // Edits that follow each other at once: only the last one's result shows.
-        QSignalSpy updated(f.window.get(), &ui::RegExTestFrm::updated);
-        f.child<QLineEdit>("FText")->setText("^(a|a?)+$");
-        QApplication::processEvents();
-        f.child<QLineEdit>("FText")->setText("a");
-        QVERIFY(updated.wait(10000));
-        QVERIFY(!updated.wait(500));
-        QCOMPARE(updated.count(), 1);
-        QCOMPARE(f.text("foundlbl"), QString("(40)"));
-    }
-
-    void theLibraryHandsItsChoiceToTheTester() {
-        TesterFixture f;
-        QVERIFY(writeBytes(f.folder.filePath("RegEx.txt"), "digits\t\\d+\t#\r\n"));
-        f.type("FText", "mine");
-        f.type("RText", "keep");
-        whenModal([](QWidget* modal) {
-            QCOMPARE(modal->findChild<QLineEdit*>("REtxt")->text(), QString("mine"));
-            clickEntry(modal->findChild<QListWidget*>("RegExList"), 0, true);
-        });
-        f.click("ShowLibBtn");
-        QCOMPARE(f.text("FText"), QString("\\d+"));
-        QCOMPARE(f.text("RText"), QString("#"));
     }
 };
 

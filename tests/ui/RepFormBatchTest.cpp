@@ -4,7 +4,7 @@
 #include <QComboBox>
 
 #include "UiTestSupport.h"
-#include "ui/BatchFrm.h"
+#include "ui/windows/BatchFrm.h"
 
 using namespace vantorel;
 using namespace vantorel::test;
@@ -103,25 +103,6 @@ private slots:
         QVERIFY(f.messages.questions.empty());
         QCOMPARE(f.tree.read("site/a.html"), std::string("<p>The  colour   is <b>red</b></p>\n"));
         f.expectBatchMode(true, false);  // a refused run leaves the library button hidden
-    }
-
-    // The status of a refused step no longer applies once the user moves on.
-    void aNewActionClearsTheStatusOfTheLastRun_data() {
-        QTest::addColumn<QString>("action");
-        QTest::newRow("another job queued") << "queue";
-        QTest::newRow("queue cancelled") << "cancel";
-        QTest::newRow("options opened") << "options";
-    }
-    void aNewActionClearsTheStatusOfTheLastRun() {
-        QFETCH(QString, action);
-        BatchFormFixture f("Invalid\tspaces\tbad\r\nTidy\ttags\r\n");
-        f.useJob(0);
-        QVERIFY(f.runBy("FindBtn"));
-        QVERIFY(f.status().startsWith("Step 2: "));
-        if (action == "queue") f.useJob(1);
-        else if (action == "cancel") QTest::mouseClick(f.button("BatchCancelBtn"), Qt::LeftButton);
-        else QTest::mouseClick(f.button("OptBtn"), Qt::LeftButton);
-        QCOMPARE(f.status(), QString());
     }
 };
 

@@ -10,9 +10,9 @@
 
 #include "UiTestSupport.h"
 #include "core/TemporaryFiles.h"
-#include "ui/TerminationSignals.h"
-#include "ui/ColourProgressBar.h"
-#include "ui/ResultsView.h"
+#include "ui/platform/TerminationSignals.h"
+#include "ui/widgets/ColourProgressBar.h"
+#include "ui/models/ResultsView.h"
 
 using namespace vantorel;
 using namespace vantorel::test;
@@ -61,31 +61,6 @@ private slots:
         QCOMPARE(f.combo("FilterCombo")->count(), 7);  // "*.txt" was listed already
         QCOMPARE(f.combo("RepText")->count(), 0);        // only a Replace records it
         QCOMPARE(f.form->previewPattern(), std::string("colour"));
-    }
-
-    void aFolderAndFilterSavedEmptyComeBackEmpty() {
-        TempTree tree;
-        writeTree(tree);
-        QTemporaryDir working;  // where a path cut short would lead
-        const QString before = QDir::currentPath();
-        QDir::setCurrent(working.path());
-        FormFixture f;
-        f.setInputs("", "", "");
-        f.restart();  // both come back as a lone NUL
-        QCOMPARE(f.combo("StartDir")->currentText(), QString());
-        QCOMPARE(f.combo("FilterCombo")->currentText(), QString());
-        QTest::keyClicks(f.combo("StartDir")->lineEdit(), root(tree));
-        QTest::keyClicks(f.combo("FilterCombo")->lineEdit(), "*.txt");
-        f.combo("FindText")->setEditText("colour");
-        const bool ended = f.runBy("FindBtn");
-        QDir::setCurrent(before);
-        QVERIFY(ended);
-        QCOMPARE(f.messages.texts(), std::vector<std::string>());
-        QCOMPARE(f.column(0), QStringList({"b.txt", "a.txt"}));
-
-        // A NUL in the middle of a box ends its text.
-        f.combo("StartDir")->setEditText(root(tree) + QChar(u'\0') + "/docs");
-        QCOMPARE(f.combo("StartDir")->currentText(), root(tree));
     }
 
     void replaceAsksOnceOnTheWindowThreadAndRewritesFiles() {
@@ -172,27 +147,6 @@ private slots:
         QVERIFY(!f.status().isEmpty());  // says what is wrong
     }
 
-    void versionControlFoldersFollowTheSetting() {
-        TreeForm f;
-        f.tree.write(".git/config.txt", "zebra\n");
-        QVERIFY(f.run(root(f.tree), "*.txt", "zebra"));
-        QCOMPARE(f.messages.texts(), std::vector<std::string>({"No matches found in files."}));
-        f.form->settings().SkipVersionControl = false;
-        QVERIFY(f.runBy("FindBtn"));
-        QCOMPARE(f.column(0), QStringList({"config.txt"}));
-    }
-
-    void anUnexpectedErrorRestoresTheControls() {
-        TempTree tree;
-        tree.write("a.txt", std::string(40, 'a') + "!");
-        FormFixture f;
-        f.child<QCheckBox>("RegExpFind")->setChecked(true);
-        QVERIFY(f.run(root(tree), "*.txt", "^(\\w+\\s?)*$"));  // exceeds the engine's match limit
-        QCOMPARE(f.messages.messages.size(), size_t(1));  // the engine's failure
-        QVERIFY(f.idle() && f.button("ExtrBtn")->isEnabled());
-        QVERIFY(f.form->cursor().shape() != Qt::BusyCursor);
-    }
-
     void markedFilesRunTakesOnlyTheMarkedRows() {
         TreeForm f;
         QVERIFY(f.run(root(f.tree), "*.txt", "colour"));
@@ -212,27 +166,6 @@ private slots:
         QCOMPARE(f.column(0), QStringList({"a.txt"}));
         QCOMPARE(f.rows().index(0, 0).data(Qt::CheckStateRole).toInt(), int(Qt::Checked));
         QVERIFY(marked->isEnabled() && marked->isChecked());
-    }
-
-    void closingDuringALongMatchStopsTheRunWithoutWaitingForIt() {
-        // Every start in the long line tries every "ab " to its end: minutes of matching.
-        TempTree tree;
-        std::string line = "ab ";
-        while (line.size() < (4u << 20)) line += "ab ";
-        tree.write("a.txt", "ab y\n");
-        tree.write("b.txt", line + "x y\n");
-        for (const bool intoTheLongLine : {false, true}) {  // or right after the start
-            FormFixture f;
-            f.child<QCheckBox>("RegExpFind")->setChecked(true);
-            f.setInputs(root(tree), "*.txt", "(?:ab )*y");
-            f.form->show();
-            QTest::mouseClick(f.button("FindBtn"), Qt::LeftButton);
-            if (intoTheLongLine) QTRY_COMPARE(f.rows().rowCount(), 1);  // a.txt is done, b.txt under way
-            QVERIFY(f.form->close() && !f.form->isVisible());
-            QTRY_VERIFY(!f.form->isRunning());
-            QCOMPARE(f.messages.texts(), std::vector<std::string>());
-            QVERIFY(QFile::exists(f.config.path() + "/settings.reg"));
-        }
     }
 
     void aRequestToEndStopsTheRunAndClosesEveryWindowLeavingNoTemporaryFiles() {

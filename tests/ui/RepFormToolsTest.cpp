@@ -1,31 +1,15 @@
 // What the main window opens and how it is reached: the library handing a
-// pair to the find and replace boxes, the options dialog and the settings it
-// changes, the keyboard, drops, and the screen the window opens on.
+// pair to the find and replace boxes, and the keyboard.
 
-#include <QComboBox>
 #include <QListWidget>
 #include <QMenuBar>
-#include <QScreen>
-#include <QStyle>
-#include <QTreeView>
 
 #include "UiTestSupport.h"
-#include "ui/FontNames.h"
-#include "ui/RegExLibFrm.h"
-#include "ui/ScreenFit.h"
-#include "ui/frmOptions.h"
+#include "ui/platform/FontNames.h"
+#include "ui/windows/RegExLibFrm.h"
 
 using namespace vantorel;
 using namespace vantorel::test;
-
-namespace {
-
-ui::frmOptions* openOptions(FormFixture& f) {
-    QTest::mouseClick(f.button("OptBtn"), Qt::LeftButton);
-    return f.form->findChild<ui::frmOptions*>();
-}
-
-}  // namespace
 
 class RepFormToolsTest : public QObject {
     Q_OBJECT
@@ -70,48 +54,6 @@ private slots:
         QVERIFY(f.messages.messages.empty());
     }
 
-    void optionsChangeTheWindowAndItsSettings() {
-        TempTree tree;
-        tree.write("p.txt", "hit a\nhit b\nhit c\n");
-        FormFixture f;
-        f.showActive();
-        f.action("mAllFound")->trigger();  // one file at a time
-        f.form->settings().HitsPerPage = 2;
-        QVERIFY(f.run(root(tree), "*.txt", "hit"));
-        auto* heading = f.child<QLabel>("PreviewLbl");
-        QTRY_VERIFY(heading->text().startsWith(" Results 1-2: "));
-        f.combo("FindText")->setItems({"old", "older"});
-
-        ui::frmOptions* options = openOptions(f);
-        QVERIFY(options && options->isVisible() && options->isModal());
-        auto* hits = options->findChild<QLineEdit*>("HppTxt");
-        hits->selectAll();
-        QTest::keyClicks(hits, "10");
-        options->findChild<QCheckBox*>("ScanSubchk")->setChecked(false);
-        options->findChild<QCheckBox*>("createBakChk")->setChecked(true);
-        options->findChild<QComboBox*>("Combo1")->setEditText("Beta Sans");
-        f.messages.answers = {true};
-        QTest::mouseClick(options->findChild<QAbstractButton*>("cmdClearFindHist"), Qt::LeftButton);
-        QCOMPARE(f.combo("FindText")->count(), 0);
-        QCOMPARE(f.combo("FindText")->currentText(), QString("hit"));  // the text typed stays
-        QTest::mouseClick(options->findChild<QAbstractButton*>("CmdApply"), Qt::LeftButton);
-        // The file on show follows the limits and the font applied.
-        QTRY_VERIFY(heading->text().startsWith(" Results 1-3: "));
-        QCOMPARE(f.pane()->font().family(), QString("Beta Sans"));
-        QTest::mouseClick(options->findChild<QAbstractButton*>("CmdOK"), Qt::LeftButton);
-        QTRY_VERIFY(!f.form->findChild<ui::frmOptions*>());
-
-        // Ctrl+, opens it again; Cancel.
-        f.showActive();
-        QTest::keyClick(f.form.get(), Qt::Key_Comma, Qt::ControlModifier);
-        QTRY_VERIFY(f.form->findChild<ui::frmOptions*>());
-        QTest::mouseClick(f.form->findChild<ui::frmOptions*>()->findChild<QAbstractButton*>("CmdCancel"),
-                          Qt::LeftButton);
-        const AppSettings& kept = f.form->settings();
-        QCOMPARE(kept.HitsPerPage, 10L);
-        QVERIFY(!kept.ScanSubfolders && kept.MakeBackups);
-    }
-
     void keysReachTheFindBoxHelpAndEveryControlByItsOwnAccessKey() {
         FormFixture f;
         f.showActive();
@@ -139,47 +81,6 @@ private slots:
             keys[key] = caption;
         }
         QVERIFY(keys.contains('i') && keys.contains('p') && keys.contains('e'));  // Find, Replace, Extract
-    }
-
-    void aDroppedFolderOrFileBecomesTheStartFolder() {
-        TempTree tree;
-        tree.write("docs/a.txt", "a");
-        const QString docs = QString::fromStdString(tree.path("docs"));
-        FormFixture f;
-        QVERIFY(dropUrls(f.child<QTreeView>("ListView1")->viewport(), {QUrl::fromLocalFile(docs)}));
-        QCOMPARE(f.combo("StartDir")->currentText(), docs);
-        f.combo("StartDir")->setEditText(QString());
-        QVERIFY(dropUrls(f.combo("StartDir")->lineEdit(), {QUrl::fromLocalFile(docs + "/a.txt")}));
-        QCOMPARE(f.combo("StartDir")->currentText(), docs);
-        QVERIFY(!dropUrls(f.pane()->viewport(), {QUrl("https://example.org/docs/")}));
-        QCOMPARE(f.combo("StartDir")->currentText(), docs);
-    }
-
-    void theWindowFitsTheScreenItOpensOn() {
-        FormFixture f;
-        const QRect room = f.form->screen()->availableGeometry();
-        // As saved on a larger screen that is not there any more.
-        f.form->resize(room.width() + 300, room.height() + 200);
-        f.form->move(room.right() + 2000, room.bottom() + 1500);
-        f.showActive();
-        QVERIFY2(room.contains(f.form->frameGeometry()),
-                 qPrintable(QString("%1x%2").arg(f.form->width()).arg(f.form->height())));
-        // Room for the smallest window on a 1280x900 screen at a scale factor of 2.
-        QVERIFY2(f.form->minimumWidth() <= 640 && f.form->minimumHeight() <= 420,
-                 qPrintable(QString("%1x%2").arg(f.form->minimumWidth()).arg(f.form->minimumHeight())));
-
-        // A window that cannot fit keeps its minimum size and its top-left
-        // corner on the screen; not framed yet, it keeps room above it for
-        // the title bar it will get.
-        QWidget wide;
-        wide.setMinimumSize(room.width() + 100, 100);
-        wide.resize(wide.minimumSize());
-        wide.move(room.left() - 300, room.top() + 10);
-        ui::fitToScreen(&wide);
-        QCOMPARE(wide.width(), room.width() + 100);
-        const int border = wide.style()->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth, nullptr, &wide);
-        const int title = wide.style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, &wide);
-        QCOMPARE(wide.pos(), QPoint(room.left() + border, room.top() + title + border));
     }
 };
 

@@ -1,6 +1,6 @@
-// The window's own rules: option boxes, sorting, the preview's pages and
-// sections, the divider, the desktop actions and the settings kept between
-// sessions.
+// The window's own rules: option boxes, histories, the preview's pages and
+// sections, sorting and the divider from the keyboard, failures to open, and
+// the settings kept between sessions.
 
 #include <QDialog>
 #include <QHeaderView>
@@ -9,33 +9,19 @@
 #include <QThreadPool>
 #include <QTimer>
 #include <QTreeView>
-#include <sys/time.h>
-
-#include <QMenu>
 
 #include "UiTestSupport.h"
-#include "ui/FileDialog.h"
-#include "ui/ResultsView.h"
+#include "ui/platform/FileDialog.h"
+#include "ui/models/ResultsView.h"
 
 using namespace vantorel;
 using namespace vantorel::test;
 
 namespace {
 
-void setModified(const std::string& path, std::time_t when) {
-    const struct timeval times[2] = {{when, 0}, {when, 0}};
-    ::utimes(path.c_str(), times);
-}
-
 void showWindow(FormFixture& f) {
     f.showActive();
     f.form->resize(900, 700);  // larger than the test screen, which showing it fits
-}
-
-void clickHeader(FormFixture& f, int column) {
-    QHeaderView* header = f.child<QTreeView>("ListView1")->header();
-    QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
-                      QPoint(header->sectionViewportPosition(column) + 4, header->height() / 2));
 }
 
 void dragDivider(FormFixture& f, int by) {
@@ -86,35 +72,6 @@ private slots:
         QCOMPARE(find->itemText(0), QString("entry 10"));
         QCOMPARE(find->findText("entry 10"), 0);
         QCOMPARE(find->currentText(), QString("typing"));  // what is being typed stays
-    }
-
-    void sortingByAColumnKeepsTheTextsAndEachColumnsDirection() {
-        TempTree tree;
-        // name: matches, size; modified: s9 newest, s100 oldest.
-        setModified(tree.write("s9.txt", "xxxxx...."), 3000000);
-        setModified(tree.write("s10.txt", "x........."), 2000000);
-        setModified(tree.write("s100.txt", std::string(20, 'x') + std::string(80, '.')), 1000000);
-        FormFixture f;
-        showWindow(f);
-        QVERIFY(f.run(root(tree), "*.txt", "x"));
-        QCOMPARE(f.column(0), QStringList({"s10.txt", "s100.txt", "s9.txt"}));
-        QStringList before = f.column(4);
-        clickHeader(f, 3);  // "File Size", first click: descending, as numbers
-        QCOMPARE(f.column(3), QStringList({"100", "10", "9"}));
-        QCOMPARE(f.column(0), QStringList({"s100.txt", "s10.txt", "s9.txt"}));
-        clickHeader(f, 3);
-        QCOMPARE(f.column(3), QStringList({"9", "10", "100"}));
-        clickHeader(f, 4);  // "Modified": its own direction, newest first
-        QCOMPARE(f.column(0), QStringList({"s9.txt", "s10.txt", "s100.txt"}));
-        clickHeader(f, 0);  // "File Name": as text
-        QCOMPARE(f.column(0), QStringList({"s9.txt", "s100.txt", "s10.txt"}));
-        // Every row still shows its own texts.
-        QStringList dates = f.column(4);
-        dates.sort();
-        before.sort();
-        QCOMPARE(dates, before);
-        for (int r = 0; r < f.rows().rowCount(); ++r)
-            QCOMPARE(f.column(0)[r], "s" + f.column(3)[r] + ".txt");
     }
 
     void singleFilePreviewPagesThroughTheHits() {
@@ -208,105 +165,6 @@ private slots:
         QCOMPARE(f.column(2), QStringList({"3", "1", "0"}));
     }
 
-    void switchingPreviewModesShowsOneStateAtATime() {
-        TempTree tree;
-        tree.write("p.txt", "hit a\n");
-        tree.write("q.txt", "one hit\n");
-        FormFixture f;
-        showWindow(f);
-        auto* label = f.child<QLabel>("PreviewLbl");
-        auto settle = [] {  // pages and sections are built on the pool
-            QThreadPool::globalInstance()->waitForDone();
-            for (int i = 0; i < 3; ++i) QCoreApplication::processEvents();
-        };
-        f.setInputs(root(tree), "*.txt", "hit");
-
-        // A run one file at a time, then combined mode on: the notice alone,
-        // whatever row is clicked.
-        f.action("mAllFound")->trigger();
-        QVERIFY(f.runBy("FindBtn"));
-        settle();
-        QVERIFY(!label->text().isEmpty());
-        f.action("mAllFound")->trigger();
-        const QString notice = "Preview will not be updated until the search is performed again.";
-        QCOMPARE(f.pane()->toPlainText(), notice);
-        f.clickRow(1);
-        settle();
-        QCOMPARE(f.pane()->toPlainText(), notice);
-        QVERIFY(label->text().isEmpty());
-
-        // A combined run, then combined mode off with no row selected: nothing.
-        QVERIFY(f.runBy("FindBtn"));
-        QVERIFY(f.pane()->toPlainText().contains("p.txt  (1 Found)"));
-        f.child<ui::ResultsView>("ListView1")->setCurrentIndex(QModelIndex());
-        f.action("mAllFound")->trigger();
-        settle();
-        QCOMPARE(f.pane()->toPlainText(), QString());
-        QVERIFY(label->text().isEmpty());
-    }
-
-    void combinedPreviewScrollsToASectionAndBuildsLaterOnesOnDemand() {
-        TempTree tree;
-        std::string many;
-        for (int i = 0; i < 80; ++i) many += "hit " + std::to_string(i) + "\n";
-        tree.write("a.txt", many);
-        tree.write("b.txt", many);
-        tree.write("c.txt", "one hit\n");
-        FormFixture f;
-        f.previewCharacters = 2500;  // room for the first two sections only
-        f.restart();
-        showWindow(f);
-        QVERIFY(f.run(root(tree), "*.txt", "hit"));
-        QCOMPARE(f.rows().previewAnchorAt(2), -1);
-        const QString notice = "The preview holds the files above. Click a later file in the list to see its matches here.";
-        QVERIFY2(f.pane()->toPlainText().endsWith(notice + "\n\n"), qPrintable(f.pane()->toPlainText().right(200)));
-
-        auto click = [&](int row) { f.clickRow(row, 1); };
-        click(1);
-        QCOMPARE(f.pane()->firstVisibleBlockNumber(), f.rows().previewAnchorAt(1));
-        QVERIFY(f.sectionOf(1).startsWith(root(tree) + "/b.txt"));
-        click(0);
-        QCOMPARE(f.pane()->firstVisibleBlockNumber(), 0);
-
-        QSignalSpy shown(f.form.get(), &ui::RepForm::previewShown);
-        click(2);
-        QVERIFY(shown.wait());
-        const QString section = root(tree) + "/c.txt  (1 Found)\n00000001 | one hit";
-        QVERIFY2(f.pane()->toPlainText().contains(notice + "\n\n" + section), qPrintable(f.pane()->toPlainText().right(300)));
-        click(2);  // shown again in its place, not twice
-        QVERIFY(shown.wait());
-        QCOMPARE(f.pane()->toPlainText().count(section), 1);
-    }
-
-    void fileDialogFiltersInTheDesktopsForm() {
-        QCOMPARE(ui::desktopFilter("CSV files (*.csv)|*.csv|All files (*.*)|*.*"),
-                 QString("CSV files (*.csv);;All files (*)"));
-        QCOMPARE(ui::desktopFilter("Applications|*.exe"), QString("Applications (*.exe)"));
-        QCOMPARE(ui::desktopFilter(QString("Plain Text files (*.txt)") + QChar(u'\0') + "*.txt" + QChar(u'\0')),
-                 QString("Plain Text files (*.txt)"));
-    }
-
-    void theDividerKeepsItsLimits() {
-        FormFixture f;
-        showWindow(f);
-        const long inner = f.form->bandHeight();
-        QVERIFY(inner - ui::RepForm::kPreviewMinimum > ui::RepForm::kListMinimum);
-        dragDivider(f, -2000);
-        QCOMPARE(f.form->dividerPosition(), ui::RepForm::kListMinimum);
-        dragDivider(f, 3000);
-        QCOMPARE(f.form->dividerPosition(), inner - ui::RepForm::kPreviewMinimum);
-        dragDivider(f, -15);
-        QVERIFY(f.form->dividerPosition() < inner - ui::RepForm::kPreviewMinimum &&
-                f.form->dividerPosition() > ui::RepForm::kListMinimum);
-        // The list and the preview follow the divider.
-        QCOMPARE(f.child("DragLine")->geometry().top(), f.child("LowerFrame")->geometry().bottom() + 1);
-        QCOMPARE(f.child("PrevFrame")->geometry().top(), f.child("DragLine")->geometry().bottom() + 1);
-        // Too small a window for both: the preview keeps half of the band.
-        f.form->resize(900, 360);
-        QTRY_VERIFY(f.form->bandHeight() < ui::RepForm::kListMinimum + ui::RepForm::kPreviewMinimum);
-        QCOMPARE(f.form->dividerPosition(), f.form->bandHeight() - f.form->bandHeight() / 2);
-    }
-
     // What the mouse does on the headings and the divider, without it.
     void theListSortsAndTheDividerMovesFromTheKeyboard() {
         TempTree tree;
@@ -328,30 +186,6 @@ private slots:
         QVERIFY(f.form->dividerPosition() > top);
         QTest::keyClick(f.form.get(), Qt::Key_Up, Qt::ControlModifier | Qt::ShiftModifier);
         QCOMPARE(f.form->dividerPosition(), top);
-    }
-
-    void desktopActionsGoThroughTheDesktop() {
-        TempTree tree;
-        tree.write("a.txt", "hit\n");
-        FormFixture f;
-        showWindow(f);
-        f.desktop.folderAnswer = root(tree);
-        QTest::mouseClick(f.button("FolderButton"), Qt::LeftButton);
-        QCOMPARE(f.desktop.folderTitle, QString("Select Folder:"));
-        QCOMPARE(f.combo("StartDir")->currentText(), root(tree));
-        QCOMPARE(f.form->settings().LastFolder, tree.root());
-        f.desktop.folderAnswer.clear();  // cancelled: nothing changes
-        f.combo("StartDir")->setEditText(root(tree));
-        QTest::mouseClick(f.button("FolderButton"), Qt::LeftButton);
-        QCOMPARE(f.desktop.folderStart, root(tree));
-        QCOMPARE(f.combo("StartDir")->currentText(), root(tree));
-
-        QVERIFY(f.run(root(tree), "*.txt", "hit"));
-        f.clickRow(0, 1, true);
-        QCOMPARE(f.desktop.opened.back(), QUrl::fromLocalFile(root(tree) + "/a.txt"));
-
-        f.form->setStartFolder("\"/some folder/with \"quotes\"");
-        QCOMPARE(f.combo("StartDir")->currentText(), QString("/some folder/with quotes"));
     }
 
     void failuresToOpenAreReported() {
@@ -431,21 +265,6 @@ private slots:
         QCOMPARE(f.form->size(), QSize(760, 640));
         QCOMPARE(f.form->pos(), QPoint(40, 30));
         QCOMPARE(f.form->dividerPosition(), 2600L);
-    }
-
-    void theAboutBoxComesUpOnceOnTheFirstRun() {
-        FormFixture f;
-        f.form->show();
-        QTRY_VERIFY(f.form->findChild<QDialog*>("frmAbout") && f.form->findChild<QDialog*>("frmAbout")->isVisible());
-        auto* about = f.form->findChild<QDialog*>("frmAbout");
-        QCOMPARE(about->windowTitle(), QString("About Vantorel"));
-        const QString version = about->findChild<QLabel*>("lblVersion")->text();
-        QVERIFY(version.startsWith("Version ") && version.contains('-'));
-        QTest::mouseClick(about->findChild<QAbstractButton*>("CmdOK"), Qt::LeftButton);
-        QTRY_VERIFY(!f.form->findChild<QDialog*>("frmAbout"));
-        f.restart();
-        f.form->show();
-        QVERIFY(!f.child<QTimer>("SplashTimer")->isActive());
     }
 };
 

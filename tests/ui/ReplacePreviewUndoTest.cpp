@@ -1,8 +1,6 @@
 // Preview Replace and Undo Last Replace, driven through the window's
 // controls with every question answered through the message seam.
 
-#include <sys/stat.h>
-
 #include <QAbstractButton>
 #include <QLabel>
 #include <QTableView>
@@ -10,8 +8,8 @@
 
 #include "UiTestSupport.h"
 #include "results/ChangeListing.h"
-#include "ui/FileChangesModel.h"
-#include "ui/ReplacePreviewForm.h"
+#include "ui/models/ChangedLinesModel.h"
+#include "ui/windows/ReplacePreviewForm.h"
 
 using namespace vantorel;
 using namespace vantorel::test;
@@ -65,49 +63,6 @@ private slots:
         QCOMPARE(tree.read("b.txt"), std::string("cat and cat\n"));
     }
 
-    // Files of the same name in different folders stay apart however narrow
-    // the list; the counts follow the files as they are when shown.
-    void previewNamesFilesFromTheStartFolderAndCountsThemAsShown() {
-        TempTree tree;
-        const std::string folder = "sources_of_the_program_kept_in_a_long_folder";
-        tree.write(folder + "/config.h", "cat\n");
-        tree.write(folder + "_and_its_tests/config.h", "cat cat\n");
-        FormFixture f;
-        QVERIFY(f.run(root(tree), "*.h", "cat", "dog", "PreviewBtn"));
-        ui::ReplacePreviewForm* preview = f.form->previewWindow();
-        QVERIFY(preview);
-        const QAbstractItemModel& files = preview->files();
-        QSignalSpy shown(preview, &ui::ReplacePreviewForm::changesShown);
-        if (preview->changes().rowCount() == 0) QVERIFY(shown.wait(5000));
-        QStringList paths;
-        for (int row = 0; row < 2; ++row) {
-            const QModelIndex name = files.index(row, 0);
-            paths << name.data().toString();
-            QCOMPARE(name.data(Qt::ToolTipRole).toString(), QString::fromStdString(tree.path(paths.back().toStdString())));
-        }
-        QCOMPARE(QSet<QString>(paths.begin(), paths.end()),
-                 QSet<QString>({QString::fromStdString(folder + "/config.h"),
-                                QString::fromStdString(folder + "_and_its_tests/config.h")}));
-        // As the list shows them in a narrow window.
-        preview->resize(360, 300);
-        QStringList seen;
-        for (const DrawnText& text : drawnTexts(preview))
-            if (text.widget == preview->findChild<QTableView*>("PreviewFiles")->viewport() && text.text.contains("config"))
-                seen << text.text;
-        QCOMPARE(seen.size(), 2);
-        for (const QString& text : seen) QVERIFY2(text.endsWith("/config.h"), qPrintable(text));
-        QVERIFY2(seen[0] != seen[1], qPrintable(seen.join(" | ")));
-
-        // Changed after the preview: the list's count is the pane's.
-        const int second = files.index(0, 0).data().toString().contains("_tests") ? 0 : 1;
-        tree.write(files.index(second, 0).data().toString().toStdString(), "cat cat cat cat\n");
-        preview->showFile(second);
-        QVERIFY(shown.wait(5000));
-        QVERIFY(preview->findChild<QLabel*>("PreviewFileLbl")->toolTip().endsWith(": 4 occurences"));
-        QCOMPARE(files.index(second, 1).data().toString(), QString("4"));
-        QCOMPARE(preview->findChild<QLabel*>("PreviewSummary")->text(), QString("5 occurences in 2 file(s); 2 file(s) ticked"));
-    }
-
     void undoLastReplaceAsksWithTheRunsSummaryAndSaysWhatItLeft() {
         TempTree tree;
         tree.write("a.txt", "one cat\n");
@@ -132,25 +87,6 @@ private slots:
                                                 tree.path("b.txt") + ": changed since the replace: left as it is");
         QCOMPARE(f.status(), QString("1 file(s) restored. 1 file(s) left as they were."));
         QVERIFY(!undo->isEnabled());
-        QVERIFY(f.button("RepBtn")->isEnabled());
-    }
-
-    void undoLastReplaceTakesNothingFromAJournalOthersMayWrite() {
-        TempTree tree;
-        tree.write("a.txt", "cat\n");
-        FormFixture f;
-        f.messages.answers = {true};
-        QVERIFY(f.run(root(tree), "*.txt", "cat", "dog", "RepBtn"));
-        const std::string journal = state_->path().toStdString() + "/undo";
-        QVERIFY(::chmod(journal.c_str(), 0777) == 0);
-
-        f.messages.answers = {true};
-        f.action("mUndoReplace")->trigger();
-        QCOMPARE(f.messages.messages.back().title, std::string("Undo Last Replace"));
-        QCOMPARE(f.messages.texts().back(), "The undo journal " + journal + " is not used: " + journal +
-                                                " can be written by other users (mode 0777).\r\nNothing was undone.");
-        QCOMPARE(f.messages.questions.size(), std::size_t{1});  // the Replace's: Undo asked nothing
-        QCOMPARE(tree.read("a.txt"), std::string("dog\n"));
         QVERIFY(f.button("RepBtn")->isEnabled());
     }
 };

@@ -6,9 +6,9 @@
 #include <QRegularExpression>
 
 #include "UiTestSupport.h"
-#include "ui/ExtractForm.h"
-#include "ui/PopUpForm.h"
-#include "ui/ResultsView.h"
+#include "ui/windows/ExtractForm.h"
+#include "ui/windows/PopUpForm.h"
+#include "ui/models/ResultsView.h"
 
 using namespace vantorel;
 using namespace vantorel::test;

@@ -12,7 +12,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QMimeData>
 #include <QPaintEngine>
 #include <QPainter>
 #include <QStyleFactory>
@@ -31,18 +30,18 @@
 #include "library/LibraryState.h"
 #include "support/Answering.h"
 #include "support/TempTree.h"
-#include "ui/BatchFrm.h"
-#include "ui/DesktopServices.h"
-#include "ui/ExtractForm.h"
-#include "ui/HistoryCombo.h"
-#include "ui/PreviewPane.h"
-#include "ui/RegExLibFrm.h"
-#include "ui/RegExTestFrm.h"
-#include "ui/RepForm.h"
-#include "ui/ReplacePreviewForm.h"
-#include "ui/ResultsModel.h"
-#include "ui/frmAbout.h"
-#include "ui/frmOptions.h"
+#include "ui/windows/BatchFrm.h"
+#include "ui/platform/DesktopServices.h"
+#include "ui/windows/ExtractForm.h"
+#include "ui/widgets/HistoryCombo.h"
+#include "ui/widgets/PreviewPane.h"
+#include "ui/windows/RegExLibFrm.h"
+#include "ui/windows/RegExTestFrm.h"
+#include "ui/windows/RepForm.h"
+#include "ui/windows/ReplacePreviewForm.h"
+#include "ui/models/ResultsModel.h"
+#include "ui/windows/frmAbout.h"
+#include "ui/windows/frmOptions.h"
 
 namespace vantorel::test {
 
@@ -66,19 +65,12 @@ private:
 class RecordingDesktop : public ui::DesktopServices {
 public:
     std::vector<QUrl> opened;
-    QString folderAnswer;
-    QString folderTitle;
-    QString folderStart;
 
     void openUrl(const QUrl& url, QObject*, std::function<void(bool)> done) override {
         opened.push_back(url);
         if (done) done(true);
     }
-    QString chooseFolder(QWidget*, const QString& title, const QString& start) override {
-        folderTitle = title;
-        folderStart = start;
-        return folderAnswer;
-    }
+    QString chooseFolder(QWidget*, const QString&, const QString&) override { return {}; }
     // What the file dialogs are asked and answer ("" is a cancel).
     QString saveAnswer;
     QString openAnswer;
@@ -113,9 +105,6 @@ T* namedChild(const QObject* window, const char* name) {
     return found;
 }
 
-// A temporary tree's root as the window shows it.
-inline QString root(const TempTree& tree) { return QString::fromStdString(tree.root()); }
-
 // A file written whole, and a file's bytes (empty when it cannot be read).
 inline bool writeBytes(const QString& path, const QByteArray& bytes) {
     QFile out(path);
@@ -125,6 +114,9 @@ inline QByteArray fileBytes(const QString& path) {
     QFile in(path);
     return in.open(QIODevice::ReadOnly) ? in.readAll() : QByteArray();
 }
+
+// A temporary tree's root as the window shows it.
+inline QString root(const TempTree& tree) { return QString::fromStdString(tree.root()); }
 
 // Clicks, and when `twice` double-clicks, an entry of a list.
 inline void clickEntry(QListWidget* list, int row, bool twice = false) {
@@ -257,19 +249,6 @@ struct LibraryWindowFixture {
         return out;
     }
 };
-
-// Drags URLs over a widget and drops them there; true when the drop was taken.
-inline bool dropUrls(QWidget* target, const QList<QUrl>& urls) {
-    QMimeData data;
-    data.setUrls(urls);
-    const QPoint at(10, 10);
-    QDragEnterEvent enter(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(target, &enter);
-    if (!enter.isAccepted()) return false;
-    QDropEvent dropped(QPointF(at), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(target, &dropped);
-    return dropped.isAccepted();
-}
 
 // Calls `act` with the modal window (a library, a message box) once it is
 // up, from inside its own event loop.

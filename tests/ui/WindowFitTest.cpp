@@ -1,12 +1,8 @@
 // Every window as it opens at the scale factor this test runs at (CTest runs
 // it at 1, 1.5 and 2 on a 1280x800 screen), in a light and a dark palette:
 // it lies within the screen, each of its controls can be reached, and each
-// of its texts can be read. The main window's narrow and low shapes, its
-// geometry across scale factors, and the message boxes' titles.
+// of its texts can be read.
 
-#include <QGridLayout>
-#include <QMessageBox>
-#include <QProcess>
 #include <QScreen>
 #include <QScrollArea>
 #include <QStyle>
@@ -14,11 +10,8 @@
 #include <QTextEdit>
 
 #include "UiTestSupport.h"
-#include "core/ReadableColour.h"
-#include "ui/ColourProgressBar.h"
-#include "ui/ColourValues.h"
-#include "ui/GuiMessageHost.h"
-#include "ui/ScreenFit.h"
+#include "appearance/ReadableColour.h"
+#include "ui/platform/ColourValues.h"
 
 using namespace vantorel;
 using namespace vantorel::test;
@@ -147,124 +140,6 @@ private slots:
             if (edit->document()->isEmpty() && !edit->placeholderText().isEmpty())
                 expectReadable(edit->placeholderText(), edit, palette.color(QPalette::PlaceholderText), page, edit->font());
         }
-    }
-
-    // The bar's figure over either of its colours, in both passes.
-    void theProgressFigureCanBeRead() {
-        for (const PassKind pass : {PassKind::Searching, PassKind::Writing}) {
-            ui::ColourProgressBar bar;
-            bar.setProgress(50, pass);
-            for (const QColor& part : {bar.fillColour(), bar.backColour()})
-                QVERIFY(contrastRatio(ui::toBgr(ui::ColourProgressBar::figureColourOn(part)), ui::toBgr(part)) >=
-                        kLeastTextContrast);
-        }
-    }
-
-    // Narrowed as far as it goes: the version and the logo give way before
-    // the progress bar, which stays between Stop and Options.
-    void theProgressBarGivesWayLast() {
-        FormFixture f;
-        f.showActive();
-        QWidget* bar = f.child("ProgressBar");
-        const int preferred = bar->sizeHint().width();
-        QVERIFY(f.form->minimumWidth() <= f.form->screen()->availableGeometry().width());
-        for (int width = f.form->width() + 300; width >= f.form->minimumWidth(); width -= 7) {
-            f.form->resize(width, f.form->height());
-            QTRY_COMPARE(f.child("MidFrame")->width(), f.form->centralWidget()->width());
-            QVERIFY2(bar->isVisible() && bar->width() >= bar->minimumWidth() &&
-                         bar->width() >= bar->fontMetrics().horizontalAdvance("100%"),
-                     qPrintable(QString("%1 wide at %2").arg(bar->width()).arg(width)));
-            QVERIFY(bar->geometry().left() > f.button("StopBtn")->geometry().right() &&
-                    bar->geometry().right() < f.button("OptBtn")->geometry().left());
-            if (bar->width() < preferred)
-                QVERIFY2(!f.child("VLabel")->isVisible() && !f.child("Picture2")->isVisible(),
-                         qPrintable(QString("the bar gave way first at %1").arg(width)));
-        }
-    }
-
-    // On the screen as it is, the preview shows more than a line or two.
-    void thePreviewKeepsAUsableShare() {
-        FormFixture f;
-        f.showActive();
-        auto* pane = f.pane();
-        const int lines = pane->viewport()->height() / pane->fontMetrics().lineSpacing();
-        QVERIFY2(lines >= 3, qPrintable(QString("%1 lines in %2").arg(lines).arg(sizeText(pane->geometry()))));
-    }
-
-    // A window saved filling the screen at another scale factor fills it here too.
-    void aWindowSavedAtAnotherScaleCoversTheSameScreen() {
-        const QByteArray saveTo = qgetenv("VANTOREL_SAVE_WINDOW_TO");
-        if (!saveTo.isEmpty()) {  // the other scale factor's run, started below
-            RecordingMessages messages;
-            ui::RepFormOptions options;
-            options.messages = &messages;
-            options.settingsFile = saveTo.toStdString();
-            ui::RepForm form(options);
-            form.findChild<QTimer*>("SplashTimer")->stop();
-            form.show();
-            QVERIFY(QTest::qWaitForWindowExposed(&form));
-            const QRect room = form.screen()->availableGeometry();
-            form.resize(room.size() - (form.frameGeometry().size() - form.size()));
-            form.move(room.topLeft());
-            form.close();
-            return;
-        }
-        QTemporaryDir config;
-        const QString file = config.filePath("settings.reg");
-        const double here = QGuiApplication::primaryScreen()->devicePixelRatio();
-        QProcess other;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert("QT_SCALE_FACTOR", here == 2 ? "1" : "2");
-        environment.insert("VANTOREL_SAVE_WINDOW_TO", file);
-        other.setProcessEnvironment(environment);
-        other.start(QCoreApplication::applicationFilePath(), {"aWindowSavedAtAnotherScaleCoversTheSameScreen"});
-        QVERIFY(other.waitForFinished(60000));
-        QVERIFY2(other.exitCode() == 0, other.readAllStandardOutput().constData());
-
-        RecordingMessages messages;
-        ui::RepFormOptions options;
-        options.messages = &messages;
-        options.settingsFile = file.toStdString();
-        ui::RepForm form(options);
-        form.findChild<QTimer*>("SplashTimer")->stop();
-        form.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&form));
-        const QRect room = form.screen()->availableGeometry();
-        QVERIFY2(room.contains(form.frameGeometry()) && form.frameGeometry().width() >= room.width() * 9 / 10 &&
-                     form.frameGeometry().height() >= room.height() * 9 / 10,
-                 qPrintable(sizeText(form.frameGeometry()) + " on " + sizeText(room)));
-    }
-
-    // The window system's title bar holds the title, the window's icon and
-    // its buttons: a box with a short text is made wide enough for them.
-    void messageBoxesShowTheirTitle_data() {
-        QTest::addColumn<QString>("title");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("short text") << "Vantorel" << "Done.";
-        QTest::newRow("question") << "Vantorel" << "Sure?";
-        QTest::newRow("long title") << "Undo Last Replace" << "No.";
-    }
-    void messageBoxesShowTheirTitle() {
-        QFETCH(QString, title);
-        QFETCH(QString, text);
-        QWidget owner;
-        ui::GuiMessageHost host(&owner);
-        int width = 0, room = 0;
-        whenModal([&](QWidget* modal) {
-            auto* box = qobject_cast<QMessageBox*>(modal);
-            QVERIFY(box);
-            QFont bold = box->font();
-            bold.setBold(true);
-            const QStyle* style = box->style();
-            room = QFontMetrics(bold).horizontalAdvance(title) +
-                   4 * style->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, box) +
-                   2 * style->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth, nullptr, box);
-            width = box->width();
-            box->reject();
-        });
-        if (text.endsWith('?')) host.askYesNo(Message{text.toStdString(), title.toStdString()});
-        else host.showMessage(Message{text.toStdString(), title.toStdString()});
-        QVERIFY2(width >= room, qPrintable(QString("%1 wide, the title needs %2").arg(width).arg(room)));
     }
 };
 

@@ -1,11 +1,11 @@
-// The options dialog on its own: validation while typing, Apply, OK and
-// Cancel, the font list, and the history buttons' questions.
+// The options dialog on its own: Apply, an empty font and a size not taken,
+// and the history buttons' questions.
 
 #include <QComboBox>
 
 #include "UiTestSupport.h"
-#include "ui/FontNames.h"
-#include "ui/frmOptions.h"
+#include "ui/platform/FontNames.h"
+#include "ui/windows/frmOptions.h"
 
 using namespace vantorel;
 using namespace vantorel::test;
@@ -23,57 +23,13 @@ class frmOptionsTest : public QObject {
         T* child(const char* name) const {
             return namedChild<T>(form.get(), name);
         }
-        QLineEdit* edit(const char* name) const { return child<QLineEdit>(name); }
         QAbstractButton* button(const char* name) const { return child<QAbstractButton>(name); }
-        // Replaces a box's text by typing, as a user would.
-        void type(const char* name, const QString& keys) const {
-            QLineEdit* box = edit(name);
-            box->selectAll();
-            QTest::keyClicks(box, keys);
-        }
         void click(const char* name) const { QTest::mouseClick(button(name), Qt::LeftButton); }
     };
 
 private slots:
     void initTestCase() {
         ui::setFontNameSource([] { return QStringList{QStringLiteral("Beta Sans"), QStringLiteral("Alpha Mono")}; });
-    }
-
-    void numberBoxesShowTheirValueWhileTyping() {
-        const struct {
-            const char *box, *typed, *shown;
-        } cases[] = {{"HppTxt", "abc", "1"}, {"BetPrevTxt", "250px", "250"}};  // letters; a number then letters
-        for (const auto& c : cases) {
-            Dialog d;
-            QVERIFY(!d.button("CmdApply")->isEnabled());
-            d.type(c.box, c.typed);
-            QCOMPARE(d.edit(c.box)->text(), QString(c.shown));
-            QVERIFY(d.button("CmdApply")->isEnabled());
-        }
-    }
-
-    void theDialogShowsTheSettingsAndFillsTheFontsOnce() {
-        int reads = 0;
-        ui::setFontNameSource([&reads] {
-            ++reads;
-            return QStringList{QStringLiteral("Beta Sans"), QStringLiteral("Alpha Mono")};
-        });
-        Dialog first;
-        Dialog second;
-        second.settings.PreviewFontName = "Not Installed";
-        second.form = std::make_unique<ui::frmOptions>(second.settings, second.messages);
-        QCOMPARE(reads, 1);
-        auto* fonts = second.child<QComboBox>("Combo1");
-        QCOMPARE(fonts->count(), 2);
-        QCOMPARE(fonts->itemText(0), QStringLiteral("Beta Sans"));  // in the system's order
-        QCOMPARE(fonts->currentText(), QStringLiteral("Not Installed"));
-        auto* sizes = second.child<QComboBox>("Combo2");
-        QCOMPARE(sizes->count(), 16);
-        QCOMPARE(sizes->itemText(15), QStringLiteral("40"));
-        QCOMPARE(second.edit("HppTxt")->text(), QStringLiteral("100"));
-        QVERIFY(second.child<QCheckBox>("ScanSubchk")->isChecked());
-        QVERIFY(second.child<QCheckBox>("SkipVcsChk")->isChecked());
-        initTestCase();  // the counter goes out of scope
     }
 
     void applyTakesTheBoxesAndAnEmptyFontBecomesArial() {
@@ -101,27 +57,6 @@ private slots:
             QCOMPARE(size->currentText(), QString::number(d.settings.PreviewFontSize));
         }
         QCOMPARE(d.settings.PreviewFontSize, 16L);
-    }
-
-    void cancelAfterApplyKeepsTheAppliedValues() {
-        Dialog d;
-        d.form->show();
-        d.type("BetPrevTxt", QStringLiteral("80"));
-        d.click("CmdApply");
-        d.type("BetPrevTxt", QStringLiteral("5"));
-        d.child<QCheckBox>("LineNosChk")->setChecked(false);
-        d.click("CmdCancel");
-        QCOMPARE(d.form->result(), int(QDialog::Rejected));
-        QVERIFY(!d.form->isVisible());
-        QCOMPARE(d.settings.CharsBetween, 80L);
-        QVERIFY(d.settings.ShowLineNumbers);
-
-        Dialog ok;
-        ok.form->show();
-        ok.type("EndPrevTxt", QStringLiteral("3"));
-        QTest::keyClick(ok.edit("EndPrevTxt"), Qt::Key_Return);  // OK is the default button
-        QCOMPARE(ok.form->result(), int(QDialog::Accepted));
-        QCOMPARE(ok.settings.CharsAround, 3L);
     }
 
     void aHistoryIsClearedOnlyOnYes() {

@@ -1,0 +1,38 @@
+# Every folder of src/ includes only itself, the folders it declares in the
+# top-level CMakeLists.txt (vantorel_layer) and, in the engine, no Qt. The
+# build already refuses an undeclared include in a file that a source
+# compiles; this reads every file, headers no source includes among them.
+#
+#   cmake -DSOURCE_DIR=<src> -DLAYERS="core=|files=core|..." -P CheckLayers.cmake
+cmake_minimum_required(VERSION 3.20)
+string(REPLACE "|" ";" layers "${LAYERS}")
+set(faults "")
+foreach(layer IN LISTS layers)
+  string(REGEX MATCH "^([a-z]+)=(.*)$" ignored "${layer}")
+  set(folder "${CMAKE_MATCH_1}")
+  string(REPLACE "," ";" allowed "${CMAKE_MATCH_2}")
+  list(APPEND allowed ${folder})
+  file(GLOB_RECURSE files ${SOURCE_DIR}/${folder}/*.h ${SOURCE_DIR}/${folder}/*.cpp)
+  foreach(file IN LISTS files)
+    file(STRINGS ${file} includes REGEX "^[ \t]*#[ \t]*include[ \t]*[<\"]")
+    file(RELATIVE_PATH name ${SOURCE_DIR} ${file})
+    foreach(line IN LISTS includes)
+      string(REGEX MATCH "[<\"]([^>\"]+)[>\"]" ignored "${line}")
+      set(included "${CMAKE_MATCH_1}")
+      if(NOT folder STREQUAL "ui" AND included MATCHES "^(Q[A-Za-z]+|qt[a-z]*)(/|$)")
+        list(APPEND faults "${name}: the engine uses no Qt, but it includes <${included}>")
+      elseif(line MATCHES "\"" AND included MATCHES "^([a-z]+)/")
+        set(target_folder "${CMAKE_MATCH_1}")
+        if(EXISTS ${SOURCE_DIR}/${target_folder} AND NOT target_folder IN_LIST allowed)
+          list(APPEND faults "${name}: ${folder} does not depend on ${target_folder}, but it includes \"${included}\"")
+        endif()
+      endif()
+    endforeach()
+  endforeach()
+endforeach()
+if(faults)
+  list(JOIN faults "\n" faults)
+  message(FATAL_ERROR "Includes that break the layers:\n${faults}")
+endif()
+list(LENGTH layers count)
+message(STATUS "${count} folders include only what they declare")
