@@ -127,11 +127,11 @@ int main(int argc, char** argv) {
     }
 
     cli::ConsoleHost host(options, ::isatty(STDIN_FILENO) != 0, gState.stopRequested);
-    RunInputs typed;
+    auto steps = cli::runSteps(options, host);
+    if (!steps) return 2;
+    RunRequest typed;
     typed.kind = options.kind;
-    if (auto steps = cli::runSteps(options, host)) typed.jobs = JobSource{std::move(*steps), options.job.has_value()};
-    else return 2;
-    typed.folder = absolute(options.folder.value_or("."));
+    typed.startFolder = absolute(options.folder.value_or("."));
     typed.filter = options.filter;
     typed.regularExpression = options.regularExpression;
     typed.ignoreCase = options.ignoreCase;
@@ -143,14 +143,16 @@ int main(int argc, char** argv) {
     typed.threads = options.threads;
     typed.dryRun = options.dryRun;
     if (options.dryRun) typed.changes = options.fileBytes ? ChangeLines::FileBytes : ChangeLines::Decoded;
+    std::optional<std::vector<std::string>> marked;
     if (!options.markedFile.empty()) {
-        typed.markedFiles.emplace();
-        if (!readMarkedFiles(options.markedFile, *typed.markedFiles)) {
+        marked.emplace();
+        if (!readMarkedFiles(options.markedFile, *marked)) {
             std::fprintf(stderr, "vantorel-cli: cannot read the list of files '%s'\n", options.markedFile.c_str());
             return 2;
         }
     }
-    RunRequest request = requestFrom(std::move(typed));
+    RunRequest request =
+        requestFrom(std::move(typed), JobSource{std::move(*steps), options.job.has_value()}, std::move(marked));
     request.journal = &journal;
 
     host.setStartFolder(request.startFolder);

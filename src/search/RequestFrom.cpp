@@ -15,25 +15,12 @@ std::string fromCurrentFolder(std::string folder) {
 
 }  // namespace
 
-RunRequest requestFrom(RunInputs inputs) {
-    RunRequest request;
-    request.kind = inputs.kind;
-    request.jobs = std::move(inputs.jobs.jobs);
-    request.batch = inputs.jobs.batch;
-    request.startFolder = fromCurrentFolder(std::move(inputs.folder));
-    request.filter = std::move(inputs.filter);
-    request.regularExpression = inputs.regularExpression;
-    request.ignoreCase = inputs.ignoreCase;
-    request.wholeWords = inputs.wholeWords;
-    request.scanSubfolders = inputs.scanSubfolders;
-    request.skipVersionControl = inputs.skipVersionControl;
-    request.makeBackups = inputs.makeBackups;
-    request.showAll = inputs.showAll;
-    request.markedOnly = inputs.markedFiles.has_value();
-    if (inputs.markedFiles) request.markedFiles = std::move(*inputs.markedFiles);
-    request.threads = inputs.threads;
-    request.dryRun = inputs.dryRun;
-    request.changes = inputs.changes;
+RunRequest requestFrom(RunRequest request, JobSource jobs, std::optional<std::vector<std::string>> markedFiles) {
+    request.jobs = std::move(jobs.jobs);
+    request.batch = jobs.batch;
+    request.startFolder = fromCurrentFolder(std::move(request.startFolder));
+    request.markedOnly = markedFiles.has_value();
+    request.markedFiles = markedFiles ? std::move(*markedFiles) : std::vector<std::string>();
     return request;
 }
 

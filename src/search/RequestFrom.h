@@ -11,28 +11,13 @@
 
 namespace vantorel {
 
-struct RunInputs {
-    RunKind kind = RunKind::Find;
-    JobSource jobs;
-    // As given; a relative folder is taken from the current folder.
-    std::string folder;
-    std::string filter;
-    bool regularExpression = false;
-    bool ignoreCase = false;
-    bool wholeWords = false;
-    bool scanSubfolders = true;
-    bool skipVersionControl = true;
-    bool makeBackups = false;
-    bool showAll = false;
-    // Set: the run goes over these files (full paths) and nothing else.
-    std::optional<std::vector<std::string>> markedFiles;
-    unsigned threads = 0;
-    bool dryRun = false;
-    std::optional<ChangeLines> changes;
-};
-
-// The request of those inputs. What is still wrong with it (a pattern, the
-// filter, the folder) the run itself refuses, with its own messages.
-RunRequest requestFrom(RunInputs inputs);
+// Completes a request that a front end filled with the user's options and
+// the start folder as given: the jobs and whether they are a batch from
+// their source, a relative folder taken from the current folder, and, when
+// given, the files (full paths) the run goes over and nothing else. What is
+// still wrong with it (a pattern, the filter, the folder) the run itself
+// refuses, with its own messages.
+RunRequest requestFrom(RunRequest request, JobSource jobs,
+                       std::optional<std::vector<std::string>> markedFiles = std::nullopt);
 
 }  // namespace vantorel

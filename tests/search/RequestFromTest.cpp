@@ -20,17 +20,13 @@ TEST(RequestFromTest, ARelativeFolderIsTakenFromTheCurrentFolderAndMarkedFilesLi
         {"site/../a", current + "/site/../a"},
     };
     for (const auto& c : cases) {
-        RunInputs inputs;
-        inputs.folder = c.folder;
-        EXPECT_EQ(requestFrom(inputs).startFolder, c.startFolder);
+        EXPECT_EQ(requestFrom(RunRequest{.startFolder = c.folder}, JobSource{}).startFolder, c.startFolder);
     }
-    RunInputs marked;
-    marked.jobs = JobSource::batchSteps({{"a", "b"}, {"c", "d"}});
-    marked.markedFiles = std::vector<std::string>{};
-    const RunRequest request = requestFrom(marked);
+    const RunRequest request =
+        requestFrom(RunRequest{}, JobSource::batchSteps({{"a", "b"}, {"c", "d"}}), std::vector<std::string>{});
     EXPECT_TRUE(request.markedOnly && request.markedFiles.empty() && request.batch);
     EXPECT_EQ(request.jobs.size(), 2u);
-    EXPECT_FALSE(requestFrom(RunInputs{}).markedOnly);
+    EXPECT_FALSE(requestFrom(RunRequest{}, JobSource{}).markedOnly);
 }
 
 }  // namespace

@@ -30,10 +30,9 @@ PreviewSettings RunRequestBuilder::previewSettings() const {
 bool RunRequestBuilder::ignoreCase() const { return !inputs_.option(OptionBox::MatchCase)->isChecked(); }
 
 RunRequest RunRequestBuilder::build(RunKind kind, JobSource jobs) const {
-    RunInputs typed;
+    RunRequest typed;
     typed.kind = kind;
-    typed.jobs = std::move(jobs);
-    typed.folder = inputs_.box(HistoryBox::Folder)->currentText().toStdString();
+    typed.startFolder = inputs_.box(HistoryBox::Folder)->currentText().toStdString();
     typed.filter = inputs_.box(HistoryBox::Filter)->text();
     typed.regularExpression = inputs_.option(OptionBox::RegularExpression)->isChecked();
     typed.ignoreCase = ignoreCase();
@@ -43,8 +42,9 @@ RunRequest RunRequestBuilder::build(RunKind kind, JobSource jobs) const {
     typed.skipVersionControl = settings_.SkipVersionControl;
     typed.makeBackups = settings_.MakeBackups;
     typed.showAll = settings_.ShowAll;
-    if (inputs_.markedBox()->isChecked()) typed.markedFiles = rows_.checkedPaths();
-    RunRequest request = requestFrom(std::move(typed));
+    std::optional<std::vector<std::string>> marked;
+    if (inputs_.markedBox()->isChecked()) marked = rows_.checkedPaths();
+    RunRequest request = requestFrom(std::move(typed), std::move(jobs), std::move(marked));
     if (settings_.PreviewAll) {
         const MatchPreview preview(previewSettings());
         auto built = std::make_shared<std::atomic<long>>(0);
